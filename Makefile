@@ -1,0 +1,25 @@
+# The two commands of the README. Both install what is missing, then build.
+ARGS ?= /exp_txt_report /exp_xml_report
+JOBS ?= $(shell nproc)
+
+.PHONY: run test deps build build-asan
+
+deps:
+	@sh tools/install_deps.sh
+
+build: deps
+	cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake --build build -j$(JOBS)
+
+build-asan: deps
+	cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DLUMENSCOPE_SANITIZE=ON
+	cmake --build build-asan -j$(JOBS)
+
+run: build
+	./build/lumenscope $(ARGS)
+
+# Every test in the plain build, then the unit tests again under AddressSanitizer and UBSan.
+test: build build-asan
+	ctest --test-dir build --output-on-failure -j$(JOBS)
+	ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+		ctest --test-dir build-asan --output-on-failure -L unit -j$(JOBS)

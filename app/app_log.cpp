@@ -1,0 +1,49 @@
+#include "app_log.h"
+
+#include <cstdarg>
+#include <ctime>
+
+AppLog::AppLog(const char* path) {
+    m_enabled = true;
+    m_stream = std::fopen(path, "w");
+}
+
+AppLog::~AppLog() {
+    if (m_stream) std::fclose(m_stream);
+}
+
+std::string formatLogPrefix(int year, int month, int day, int hour, int minute, int second) {
+    char prefix[AppLog::kPrefixBufferSize];
+    std::snprintf(prefix, sizeof prefix, "%i/%i/%i @ %.2i:%.2i:%.2i >> ", year, month, day, hour, minute, second);
+    return prefix;
+}
+
+void AppLog::write(const char* format, ...) {
+    if (!m_enabled || !m_stream) return;
+
+    std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    const std::string prefix = formatLogPrefix(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
+                                               local.tm_min, local.tm_sec);
+
+    char message[kMessageBufferSize] = {};
+    va_list args;
+    va_start(args, format);
+    std::vsnprintf(message, sizeof message, format, args);
+    va_end(args);
+
+    std::lock_guard<std::mutex> guard(m_lineLock);
+    std::fprintf(m_stream, "%s%s\n", prefix.c_str(), message);
+    std::fflush(m_stream);
+}
+
+AppLog& appLog() {
+    static AppLog log;
+    return log;
+}
+
+namespace {
+// Opens the log before main, so that a crash anywhere after start leaves a log behind.
+[[maybe_unused]] const bool kLogOpenedAtStart = (appLog(), true);
+}  // namespace

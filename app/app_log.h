@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdio>
+#include <mutex>
+#include <string>
+
+// The program's one log: a plain text file, one flushed line per write, each line prefixed with the local
+// date and time. When the file cannot be opened every write is silently dropped.
+class AppLog {
+public:
+    static constexpr const char* kFileName = "Lumenscope_log.txt";
+    static constexpr size_t kPrefixBufferSize = 128;
+    static constexpr size_t kMessageBufferSize = 32768;
+
+    // Opens (and truncates) the file at `path`; a relative path lands in the working directory.
+    explicit AppLog(const char* path = kFileName);
+    ~AppLog();
+    AppLog(const AppLog&) = delete;
+    AppLog& operator=(const AppLog&) = delete;
+
+    void write(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    bool isOpen() const { return m_stream != nullptr; }
+
+private:
+    bool m_enabled = true;
+    FILE* m_stream = nullptr;
+    std::mutex m_lineLock;  // keeps two threads from garbling one line
+};
+
+// Builds "Y/M/D @ hh:mm:ss >> " from broken-down local time; exposed for tests.
+std::string formatLogPrefix(int year, int month, int day, int hour, int minute, int second);
+
+// The application log, constructed before main runs.
+AppLog& appLog();

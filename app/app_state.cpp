@@ -1,0 +1,49 @@
+#include "app_state.h"
+
+#include <cstring>
+
+#include "platform/process.h"
+
+AppState gApp;
+
+void resetAppState(AppState& s) {
+    s = AppState{};
+
+    s.glMajorVersion = 4;
+    s.glMinorVersion = 5;
+    s.onlineCheckEnabled = true;
+    s.openclSupportEnabled = true;
+    s.temperatureRefreshEnabled = true;
+    s.fieldTextColour = 0x825046;
+    s.headerBrushColour = 0xC8C8C8;
+    s.panelBrushColour = 16;  // the system's button-face colour index plus one
+
+    s.gl3TorusRadeonFix = true;
+    s.glRenderInClDemos = true;
+    s.demoMsaa = 0;
+    s.demoWinWidth = 600;
+    s.demoWinHeight = 600;
+    s.clDeviceType = 4;
+    s.gl4TessLevelOuter = 16.0f;
+    s.gl4TessLevelInner = 8.0f;
+    s.gl4TessLevelAnim = true;
+    s.clSurfaceSegsX = 511;
+    s.clSurfaceSegsZ = 511;
+    s.clNativeSin = true;
+    s.clGlInterop = false;
+    s.clExplicitWorkgroupSize = true;
+    s.clParticlesGpu = 1000000;
+    s.clParticlesCpu = 1000000;
+    s.clJuliaAnimated = true;
+    s.clJuliaRttSize = 512;
+}
+
+void initAppState(AppState& s) {
+    resetAppState(s);
+    const std::string dir = lumenscope::platform::executableDirectory();
+    std::strncpy(s.exeDirectory, dir.c_str(), sizeof s.exeDirectory - 1);
+    s.demoLock = std::make_unique<std::mutex>();
+    s.furArray = std::make_unique<uint32_t[]>(AppState::kFurArrayWords);
+    for (auto& buffer : s.reportBuffers) buffer = std::make_unique<char[]>(AppState::kReportBufferSize);
+    s.processorCount = lumenscope::platform::processorCount();
+}

@@ -1,0 +1,113 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+// Every run-time option, selection and handle of the application, in one global block. It is reset to its
+// start values at entry (resetAppState); nothing here persists between runs. No lock: fields read by demo
+// threads are written before those threads start or are single words.
+struct AppState {
+    static constexpr size_t kExeDirectorySize = 1024;
+    static constexpr size_t kReportBufferCount = 3;
+    static constexpr size_t kReportBufferSize = 1000000;
+    static constexpr size_t kFurArrayWords = 10;
+
+    // General fields
+    void* instanceHandle = nullptr;
+    char exeDirectory[kExeDirectorySize] = {};  // ends with '/'
+    uint32_t processorCount = 0;
+    int32_t glMajorVersion = 0;
+    int32_t glMinorVersion = 0;
+    bool onlineCheckEnabled = false;
+    bool openclSupportEnabled = false;
+    bool exportXmlReport = false;
+    bool exportTxtReport = false;
+    bool closeAppEndOfDemo = false;
+
+    bool startDemoClDeformer = false;
+    bool startDemoClPostfx = false;
+    bool startDemoClParticles = false;
+    bool startDemoClJulia = false;
+    bool startDemoGl3Torus = false;
+    bool startDemoGl3Triangle = false;
+    bool startDemoGl2FurryCube = false;
+    bool startDemoGl2HdrDof = false;
+    bool startDemoGl2Gi = false;
+    bool startDemoGl2SoftShadows = false;
+    bool startDemoGl2PointSprite = false;
+    bool startDemoGl2Vtf = false;
+    bool startDemoGl2Toon = false;
+    bool startDemoGl2SimpleTorus = false;
+
+    uint32_t gpuCount = 0;
+    int32_t selectedGpu = 0;
+    int32_t physxVersion = 0;
+    bool osIsVista = false;
+    int32_t cpuSpeedMhz = 0;
+    std::unique_ptr<std::thread> updateThread;
+
+    // Window handles, owned by the GUI once it exists.
+    void* splashWindow = nullptr;
+    void* mainWindow = nullptr;
+    void* tabControl = nullptr;
+    void* gpuPanel = nullptr;
+    void* openglPanel = nullptr;
+    void* toolsPanel = nullptr;
+    void* cudaPanel = nullptr;
+    void* openclPanel = nullptr;
+    void* validationPanel = nullptr;
+    void* glCapsDialog = nullptr;
+    uint32_t refreshTimerId = 0;
+    uint32_t demoThrottleMs = 0;  // extra sleep per demo frame, 50 while the main window is minimised
+    bool temperatureRefreshEnabled = false;
+
+    // Colours as 0x00BBGGRR.
+    uint32_t fieldTextColour = 0;
+    uint32_t headerTextColour = 0;
+    uint32_t headerBackColour = 0;
+    uint32_t headerBrushColour = 0;
+    uint32_t panelBrushColour = 0;
+
+    std::unique_ptr<std::mutex> demoLock;
+    std::unique_ptr<char[]> reportBuffers[kReportBufferCount];
+    std::unique_ptr<uint32_t[]> furArray;
+
+    // Demo and compute settings the command line can change.
+    bool gl3TorusRadeonFix = false;
+    bool glRenderInClDemos = false;
+    int32_t demoMsaa = 0;
+    int32_t demoWinWidth = 0;
+    int32_t demoWinHeight = 0;
+    bool benchLogResults = false;
+    int32_t benchDuration = 0;  // milliseconds; 0 runs until closed
+    uint32_t clDeviceType = 0;  // CL_DEVICE_TYPE_GPU (4) or CL_DEVICE_TYPE_CPU (2)
+    int32_t clDeviceIndex = 0;
+    bool clDeviceIndexForced = false;
+    float gl4TessLevelOuter = 0.0f;
+    float gl4TessLevelInner = 0.0f;
+    bool gl4TessLevelAnim = false;
+    int32_t clSurfaceSegsX = 0;
+    int32_t clSurfaceSegsZ = 0;
+    int32_t clKernelWorkload = 0;
+    bool clKernelWorkloadDoCheck = false;
+    bool clNativeSin = false;
+    bool clGlInterop = false;
+    bool clExplicitWorkgroupSize = false;
+    int32_t clKernelWorkloadMad = 0;
+    bool clUseLocalMem = false;
+    int32_t clParticlesGpu = 0;
+    int32_t clParticlesCpu = 0;
+    bool clParticlesSin = false;
+    bool clJuliaAnimated = false;
+    int32_t clJuliaRttSize = 0;
+};
+
+extern AppState gApp;
+
+// Zeroes the state and sets every start value and command-line default. Allocates nothing.
+void resetAppState(AppState& state);
+
+// Step 1 of start-up: start values, executable directory, processor count, lock and buffers.
+void initAppState(AppState& state);

@@ -1,0 +1,129 @@
+#include "lifecycle.h"
+
+#include <string>
+
+#include "app_log.h"
+#include "app_state.h"
+#include "command_line.h"
+#include "compute/cuda_discovery.h"
+#include "compute/opencl_discovery.h"
+#include "demos/demo_context.h"
+#include "engine/vantalux.h"
+#include "gpu_log_block.h"
+#include "kalidor/kalidor.h"
+#include "kalidor/platform/display_device_source.h"
+#include "message_boxes.h"
+#include "report/report_generator.h"
+#include "version.h"
+
+using Kalidornm::Kalidor;
+
+namespace {
+
+constexpr int kMaxListedDisplayDevices = 10;
+constexpr int kMaxLoggedGpuStrings = 10;
+
+void logVersionLine(const char* what) {
+    appLog().write("%s %d.%d.%d.%d %s", lumenscope::kDisplayName, lumenscope::kVersionMajor,
+                   lumenscope::kVersionMinor, lumenscope::kVersionPatch, lumenscope::kVersionBuild, what);
+}
+
+void logDisplayDevices() {
+    for (int i = 0; i < kMaxListedDisplayDevices; ++i) {
+        Kalidornm::DisplaySlot device;
+        if (!Kalidornm::enumDisplayDevice(i, &device)) break;
+        appLog().write("- DEV %d - DeviceID: %s", i, device.deviceId);
+        appLog().write("- DEV %d - DeviceName: %s", i, device.deviceName);
+        appLog().write("- DEV %d - DeviceString: %s", i, device.deviceString);
+        appLog().write("- DEV %d - DeviceKey: %s", i, device.deviceKey);
+    }
+}
+
+void logDisplayDeviceStrings(Kalidor& library) {
+    for (int i = 0; i < kMaxLoggedGpuStrings; ++i) {
+        const char* id = library.getGpuDisplayDeviceId(i);
+        const char* text = library.getGpuDisplayDeviceString(i);
+        if (!id || !*id || !text || !*text) break;
+        appLog().write("- Device ID string (%d): %s", i, id);
+        appLog().write("- Display device string (%d): %s", i, text);
+    }
+}
+
+void writeBatchReports(const AppState& state) {
+    if (state.exportXmlReport) {
+        report::generateReport();
+        report::writeXmlReport("report.xml");
+    }
+    if (state.exportTxtReport) {
+        report::generateReport();
+        report::writeTextReport("report.txt");
+    }
+}
+
+// The main window comes with the GUI; until then an interactive start ends here.
+void runMainDialog() { appLog().write("%s startup ok.", lumenscope::kDisplayName); }
+
+void shutdownApplication(AppState& state, Kalidor* library) {
+    for (int slot = 0; slot < kDemoSlotCount; ++slot) stopDemo(demoContext(DemoSlot(slot)));
+    state.furArray.reset();
+    state.glCapsDialog = nullptr;
+    compute::releaseOpenCl();
+    logVersionLine("shutdown...");
+    if (library) library->shutdown();
+    // The update thread is never waited for: it may hang on the network and must not hold the exit.
+    if (state.updateThread) {
+        state.updateThread->detach();
+        state.updateThread.reset();
+    }
+    appLog().write("%s shutdown ok.", lumenscope::kDisplayName);
+    Vantalux_nsp::Vantalux::getInstance()->shutdown(nullptr);
+    state.demoLock.reset();
+    compute::freeOpenClPlatforms();
+    compute::freeCudaDevices();
+    for (auto& buffer : state.reportBuffers) buffer.reset();
+}
+
+}  // namespace
+
+int runLumenscope(int argc, const char* const* argv) {
+    AppState& state = gApp;
+    initAppState(state);
+    logVersionLine("startup...");
+
+    const std::string commandLine = joinArguments(argc, argv);
+    parseCommandLine(state, commandLine.c_str());
+
+    logDisplayDevices();
+    const bool batch = state.exportXmlReport || state.exportTxtReport;
+    state.updateThread.reset();
+
+    if (state.openclSupportEnabled) compute::discoverOpenCl();
+
+    Kalidor* library = Kalidor::getInstance();
+    if (!library || !library->startup(0, 0, 64, 64, state.glMajorVersion, state.glMinorVersion, true)) {
+        showErrorBox("Could not initialize Kalidor. Lumenscope startup failed. Bye!");
+        return 0;
+    }
+
+    state.gpuCount = library->getGpuCount();
+    logDisplayDeviceStrings(*library);
+    if (state.gpuCount > 0) logDetectedGpus(*library, state.gpuCount);
+    state.cpuSpeedMhz = int32_t(library->getCpuSpeedMhz());
+
+    compute::discoverCuda();
+    Vantalux_nsp::vxTraceMgr::getInstance()->disable();
+    Vantalux_nsp::Vantalux::getInstance()->startup(state.glMajorVersion, state.glMinorVersion, nullptr);
+
+    state.osIsVista = library->isVista();
+    state.physxVersion = int32_t(library->getPhysxVersion());
+    state.headerTextColour = 0xFFFFFF;
+    state.headerBackColour = 0xAF712A;
+
+    if (batch)
+        writeBatchReports(state);
+    else
+        runMainDialog();
+
+    shutdownApplication(state, library);
+    return 0;
+}

@@ -1,0 +1,3 @@
+#include "lifecycle.h"
+
+int main(int argc, char** argv) { return runLumenscope(argc, argv); }

@@ -1,0 +1,9 @@
+#pragma once
+
+// CUDA devices, found once at start-up.
+namespace compute {
+
+void discoverCuda();
+void freeCudaDevices();
+
+}  // namespace compute

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+
+namespace Kalidornm {
+
+inline constexpr int kDisplaySlotCount = 25;
+
+// One display adapter as the operating system lists it. `deviceId` has the form
+// "PCI\VEN_vvvv&DEV_dddd&SUBSYS_ssssvvvv&REV_rr"; an empty one ends the used part of the table.
+struct DisplaySlot {
+    char deviceId[128] = {};
+    char deviceString[128] = {};
+    char deviceName[128] = {};
+    char deviceKey[128] = {};
+};
+
+// The primary display device (slot 0) and its decoded PCI ids.
+struct PrimaryDisplay {
+    bool m_has_display_device = false;
+    char m_display_device_name[64] = {};
+    char m_display_device_string[256] = {};
+    char m_display_device_id_string[256] = {};
+    char vendorText[5] = {};
+    char deviceText[5] = {};
+    char subvendorText[5] = {};
+    char subdeviceText[5] = {};
+    char revisionText[7] = {};
+    int32_t vendorId = -1;
+    int32_t deviceId = -1;
+    int32_t subvendorId = -1;
+    int32_t subdeviceId = -1;
+};
+
+// The driver's own values for the primary device.
+struct PrimaryDriverValues {
+    char driverVersion[256] = "Unknown version";
+    char driverDescription[256] = {};
+    char driverDate[256] = {};
+    char deviceDescription[256] = {};
+    char openGLDriverName[256] = {};
+    char adapterString[256] = {};
+    char biosString[256] = {};
+    char catalystVersion[256] = {};
+    char releaseVersion[256] = {};
+    uint32_t memorySizeBytes = 0;
+};
+
+struct DisplayDeviceData {
+    DisplaySlot slots[kDisplaySlotCount];
+    PrimaryDisplay primary;
+};
+
+}  // namespace Kalidornm

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+
+#include "gpu_record.h"
+
+namespace Kalidornm {
+
+// What a vendor reader answers for the records it created. The facade picks the reader by the record's
+// vendor class; every read goes to the driver, stores what it learnt in the record and reports success.
+// The defaults answer "cannot read", which is all a record without a vendor reader gets.
+// Out parameters may be null and are then skipped.
+class GpuLiveReader {
+public:
+    virtual ~GpuLiveReader() = default;
+
+    virtual bool readTemperatures(GpuRecord&, float* /*coreC*/, float* /*boardC*/, float* /*memoryC*/,
+                                  float* /*vrmC*/) {
+        return false;
+    }
+    virtual bool readFanSpeed(GpuRecord&, float* /*percent*/, float* /*rpm*/) { return false; }
+    virtual bool readLoad(GpuRecord&, float* /*gpuPercent*/, float* /*frameBufferPercent*/) { return false; }
+    virtual bool readCurrentClocks(GpuRecord&, uint32_t* /*pstate*/, float* /*gpuMhz*/, float* /*memMhz*/,
+                                   float* /*shaderMhz*/, float* /*volts*/) {
+        return false;
+    }
+    virtual bool readPerfLevel(GpuRecord&, uint32_t /*level*/, uint32_t* /*id*/, float* /*gpuMhz*/,
+                               float* /*memMhz*/, float* /*shaderMhz*/, float* /*volts*/) {
+        return false;
+    }
+};
+
+}  // namespace Kalidornm

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "cpu_os_info.h"
+#include "display_devices.h"
+#include "gpu_live_reader.h"
+#include "gpu_record.h"
+#include "opengl/opengl_state.h"
+#include "platform/sources.h"
+#include "vendors/amd_reader.h"
+#include "vendors/nvidia_reader.h"
+
+namespace Kalidornm {
+
+inline constexpr int kCapabilityFlagCount = 50;
+
+// Primary vendor as told by the first display device; kind 0 is refined later from the OpenGL vendor string.
+enum PrimaryVendorKind : int32_t {
+    kPrimaryVendorNone = 0,
+    kPrimaryVendorNvidia = 1,
+    kPrimaryVendorAmd = 2,
+    kPrimaryVendorS3 = 3,
+    kPrimaryVendorIntel = 4,
+    kPrimaryVendorOther = 5,
+};
+
+PrimaryVendorKind primaryVendorKindOf(int32_t pciVendorId);
+
+// Machine-level state of one render window: capability flags, primary device, driver values, CPU and OS,
+// the vendor readers' blocks and what the OpenGL probe learnt.
+struct HardwareCaps {
+    bool capabilityFlags[kCapabilityFlagCount] = {};
+    int32_t primaryVendorKind = kPrimaryVendorNone;
+    OpenGlState gl;
+    PrimaryDriverValues driver;
+    CpuOsInfo cpuOs;
+    DisplayDeviceData display;
+    NvidiaState nvidia;
+    AmdState amd;
+    std::unique_ptr<GpuLiveReader> nvidiaReader;
+    std::unique_ptr<GpuLiveReader> amdReader;
+    KalidorSources sources;
+
+    // Fills the display slots, the CPU block and the GPU list, in the order that gives the list its order:
+    // display devices, CPU, NVIDIA records, AMD records, then every other adapter.
+    void init(GpuList& gpus);
+
+    // The reader that serves records of this class, or null.
+    GpuLiveReader* readerFor(GpuVendorClass vendorClass) const;
+
+    // Lets go of what the readers loaded.
+    void cleanup();
+
+    // Steps of init, each in the file of its component.
+    void _readDisplayDeviceData();
+    void _queryCPUInfo();
+    void NVAPI_Init(GpuList& gpus);
+    void ATI_Init(GpuList& gpus);
+    void _createOtherAdapterRecords(GpuList& gpus);
+};
+
+}  // namespace Kalidornm

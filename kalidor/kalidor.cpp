@@ -1,0 +1,88 @@
+#include "kalidor.h"
+
+#include <cstring>
+#include <new>
+
+#include "library_globals.h"
+#include "library_log.h"
+
+namespace Kalidornm {
+
+LibraryGlobals gGlobals;
+
+namespace {
+Kalidor* gInstance = nullptr;
+KalidorSources gSources;
+}  // namespace
+
+Kalidor::Kalidor() = default;
+Kalidor::~Kalidor() = default;
+
+Kalidor* Kalidor::getInstance() {
+    if (gInstance) return gInstance;
+    gInstance = new (std::nothrow) Kalidor();
+    if (!gInstance) return nullptr;
+    auto window = std::unique_ptr<RenderWindow>(new (std::nothrow) RenderWindow());
+    if (window) {
+        gGlobals.mainWindow = window.get();
+        gGlobals.windows.push_back(std::move(window));
+    }
+    return gInstance;
+}
+
+void Kalidor::destroyInstance() {
+    delete gInstance;
+    gInstance = nullptr;
+}
+
+void Kalidor::setSources(const KalidorSources& sources) { gSources = sources; }
+
+HardwareCaps* Kalidor::caps() const { return gGlobals.mainWindow ? gGlobals.mainWindow->caps() : nullptr; }
+
+bool Kalidor::startup(int glMajor, int glMinor) { return startup(2, 2, 2, 2, glMajor, glMinor, true); }
+
+bool Kalidor::startup(int, int, int width, int height, int glMajor, int glMinor, bool debugContext) {
+    LibraryLog& trace = generalTrace();
+    trace.write("Kalidor::startup()");
+    if (gGlobals.started) return true;
+    if (!gGlobals.mainWindow) return false;
+
+    // No window is needed: the probe context is headless, so the hidden window of other platforms has no twin.
+    trace.write("Kalidor::startup() - Kalidor_DummyW");
+    if (HardwareCaps* machine = caps()) machine->sources = gSources;
+    if (!gGlobals.mainWindow->create(width, height, 32, 24, 8, 0, glMajor, glMinor, debugContext, gGlobals.gpus))
+        return false;
+    trace.write("Kalidor::startup() - Kalidor_DummyW OK.");
+
+    gGlobals.isVista = std::strstr(gGlobals.summary.osDescription, "Vista") != nullptr;
+
+    // The physics runtime publishes no version on this platform; the values keep their defaults.
+    trace.write("Kalidor::startup() - PhysX info");
+    trace.write("Kalidor::startup() - PhysX info OK.");
+
+    gGlobals.hasDisplayDevice = caps()->display.primary.m_has_display_device;
+    if (!gGlobals.hasDisplayDevice) return true;
+
+    gGlobals.started = true;
+    trace.write("Kalidor::startup() - scanGraphicsHardware()");
+    const bool scanned = scanGraphicsHardware();
+    trace.write("Kalidor::startup() - scanGraphicsHardware() OK.");
+    trace.write("Kalidor::startup() OK.");
+    return scanned;
+}
+
+bool Kalidor::shutdown() {
+    if (!gGlobals.started) return false;
+    for (auto& window : gGlobals.windows) {
+        window->destroyContext();
+        if (HardwareCaps* machine = window->caps()) machine->cleanup();
+    }
+    gGlobals.gpus.clear();
+    gGlobals.windows.clear();
+    gGlobals.mainWindow = nullptr;
+    gGlobals.started = false;
+    destroyInstance();
+    return true;
+}
+
+}  // namespace Kalidornm

@@ -1,0 +1,83 @@
+#include "kalidor.h"
+#include <utility>
+
+#include "library_globals.h"
+
+namespace Kalidornm {
+
+bool Kalidor::readGpuTemperatures(int gpu, float* coreC, float* boardC, float* memoryC, float* vrmC) {
+    GpuRecord* r = record(gpu);
+    GpuLiveReader* reader = r ? readerOf(*r) : nullptr;
+    return reader && reader->readTemperatures(*r, coreC, boardC, memoryC, vrmC);
+}
+
+float Kalidor::readGpuCoreTemperature(int gpu) {
+    float core = 0.0f;
+    return readGpuTemperatures(gpu, &core, nullptr, nullptr, nullptr) ? core : 0.0f;
+}
+
+bool Kalidor::readGpuFanSpeed(int gpu, float* percent, float* rpm) {
+    GpuRecord* r = record(gpu);
+    GpuLiveReader* reader = r ? readerOf(*r) : nullptr;
+    return reader && reader->readFanSpeed(*r, percent, rpm);
+}
+
+bool Kalidor::readGpuLoad(int gpu, float* gpuPercent, float* frameBufferPercent) {
+    GpuRecord* r = record(gpu);
+    GpuLiveReader* reader = r ? readerOf(*r) : nullptr;
+    return reader && reader->readLoad(*r, gpuPercent, frameBufferPercent);
+}
+
+bool Kalidor::readGpuCurrentClocks(int gpu, uint32_t* pstate, float* gpuMhz, float* memMhz, float* shaderMhz,
+                                   float* volts) {
+    GpuRecord* r = record(gpu);
+    GpuLiveReader* reader = r ? readerOf(*r) : nullptr;
+    return reader && reader->readCurrentClocks(*r, pstate, gpuMhz, memMhz, shaderMhz, volts);
+}
+
+bool Kalidor::readGpuPerfLevel(int gpu, uint32_t level, uint32_t* id, float* gpuMhz, float* memMhz,
+                               float* shaderMhz, float* volts) {
+    GpuRecord* r = record(gpu);
+    if (!r || level >= r->perfLevelCount) return false;
+    GpuLiveReader* reader = readerOf(*r);
+    return reader && reader->readPerfLevel(*r, level, id, gpuMhz, memMhz, shaderMhz, volts);
+}
+
+namespace {
+
+// Out order is core, board, memory, VRM, as the temperature read gives them.
+template <typename Track>
+bool trackedTemperatures(GpuRecord* r, Track track, float* coreC, float* boardC, float* memoryC, float* vrmC) {
+    if (!r) return false;
+    const std::pair<TempSensor*, float*> sensors[] = {
+        {&r->sensorGpu, coreC}, {&r->sensorBoard, boardC}, {&r->sensorMemory, memoryC}, {&r->sensorVrm, vrmC}};
+    for (auto [sensor, out] : sensors) {
+        const float value = track(*sensor);
+        if (out) *out = value;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool Kalidor::readGpuMaxTemperatures(int gpu, float* coreC, float* boardC, float* memoryC, float* vrmC) {
+    return trackedTemperatures(
+        record(gpu),
+        [](TempSensor& s) {
+            if (s.current > s.max) s.max = s.current;
+            return s.max;
+        },
+        coreC, boardC, memoryC, vrmC);
+}
+
+bool Kalidor::readGpuMinTemperatures(int gpu, float* coreC, float* boardC, float* memoryC, float* vrmC) {
+    return trackedTemperatures(
+        record(gpu),
+        [](TempSensor& s) {
+            if (s.current < s.min) s.min = s.current;
+            return s.min;
+        },
+        coreC, boardC, memoryC, vrmC);
+}
+
+}  // namespace Kalidornm

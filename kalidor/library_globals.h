@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "gpu_record.h"
+#include "render_window.h"
+
+namespace Kalidornm {
+
+// The primary GPU as the scan saw it at the end of start-up; never refreshed but for the display mode.
+struct GpuSummary {
+    char gpuName[256] = {};
+    char driverText[256] = {};
+    char codename[128] = {};
+    char biosVersion[256] = {};
+    char cpuName[256] = {};
+    char osDescription[256] = {};
+    char osShortName[128] = {};
+    char openGLVersion[256] = {};
+    char glslVersion[256] = {};
+    int32_t tdpWatts = 0;
+    int32_t unifiedShaders = 0;
+    int32_t vertexPipes = 0;
+    int32_t pixelPipes = 0;
+    int32_t tmus = 0;
+    int32_t rops = 0;
+    uint32_t videoMemoryMb = 0;
+    uint32_t vendorId = 0;
+    uint32_t deviceId = 0;
+    uint32_t gpuCount = 0;
+    uint32_t totalGpuCount = 0;
+    uint64_t physicalMemory = 0;
+    bool hasArrayAndBufferTextures = false;
+    uint32_t displayWidth = 0, displayHeight = 0, displayFrequency = 0, displayBitsPerPixel = 0;
+    std::vector<std::string> extensionNames;
+    uint32_t glExtensionCount = 0;
+    uint32_t wglExtensionCount = 0;
+};
+
+// The library's one global block.
+struct LibraryGlobals {
+    bool started = false;
+    GpuList gpus;
+    int32_t gpu_db_index = -1;
+    std::vector<std::unique_ptr<RenderWindow>> windows;
+    RenderWindow* mainWindow = nullptr;
+    bool hasDisplayDevice = false;
+    bool isVista = false;
+    uint32_t physxVersion = 0;
+    bool physxOnGpu = false;
+    GpuSummary summary;
+};
+
+extern LibraryGlobals gGlobals;
+
+}  // namespace Kalidornm

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "hardware_caps.h"
+
+namespace Kalidornm {
+
+// Owner of the hidden OpenGL probe context and of the machine's HardwareCaps.
+class RenderWindow {
+public:
+    RenderWindow();
+    virtual ~RenderWindow();
+
+    // Reads the hardware (HardwareCaps::init), then with glMajor of 1 or more creates the probe context and
+    // runs the OpenGL probe. Fails only without HardwareCaps; a failed OpenGL context is not a failure.
+    bool create(int width, int height, int colorBits, int depthBits, int stencilBits, int msaaSamples, int glMajor,
+                int glMinor, bool debugContext, GpuList& gpus);
+    void destroyContext();
+
+    HardwareCaps* caps() const { return m_caps.get(); }
+    uint32_t serial() const { return m_serial; }
+    bool hasNvxMemoryInfo() const { return m_hasNvxMemoryInfo; }
+    bool hasAtiMemInfo() const { return m_hasAtiMemInfo; }
+
+    int requestedGlMajor = 0;
+    int requestedGlMinor = 0;
+    int width = 0, height = 0, colorBits = 0, depthBits = 0, stencilBits = 0, msaaSamples = 0;
+    bool debugContext = false;
+
+private:
+    // Creates the OpenGL context and reads what it offers; false when no context could be made.
+    bool _createProbeContext();
+    void _destroyProbeContext();
+
+    uint32_t m_serial;
+    std::unique_ptr<HardwareCaps> m_caps;
+    bool m_hasNvxMemoryInfo = false;
+    bool m_hasAtiMemInfo = false;
+};
+
+// Serial numbers shared by the library's list nodes and windows; the first is 1.
+uint32_t nextLibrarySerial();
+
+}  // namespace Kalidornm

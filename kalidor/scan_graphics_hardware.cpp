@@ -1,0 +1,14 @@
+#include "kalidor.h"
+#include "library_globals.h"
+#include "library_log.h"
+
+namespace Kalidornm {
+
+// Fills the summary of the primary GPU. The steps land with the display-device reader.
+bool Kalidor::scanGraphicsHardware() {
+    generalTrace().write("Kalidor::scanGraphicsHardware() - START");
+    generalTrace().write("Kalidor::scanGraphicsHardware() - END");
+    return true;
+}
+
+}  // namespace Kalidornm

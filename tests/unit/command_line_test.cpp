@@ -1,0 +1,184 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "app/app_state.h"
+#include "app/command_line.h"
+
+namespace {
+
+AppState parsed(const char* line) {
+    AppState state;
+    resetAppState(state);
+    parseCommandLine(state, line);
+    return state;
+}
+
+TEST(CommandLine, EmptyOrNullLineLeavesEveryDefault) {
+    for (const char* line : {static_cast<const char*>(nullptr), "", "   ", "hello world"}) {
+        const AppState s = parsed(line);
+        EXPECT_TRUE(s.onlineCheckEnabled);
+        EXPECT_EQ(s.glMajorVersion, 4);
+        EXPECT_EQ(s.glMinorVersion, 5);
+        EXPECT_TRUE(s.gl3TorusRadeonFix);
+        EXPECT_TRUE(s.glRenderInClDemos);
+        EXPECT_EQ(s.demoMsaa, 0);
+        EXPECT_EQ(s.demoWinWidth, 600);
+        EXPECT_EQ(s.demoWinHeight, 600);
+        EXPECT_FALSE(s.benchLogResults);
+        EXPECT_EQ(s.benchDuration, 0);
+        EXPECT_EQ(s.clDeviceType, 4u);
+        EXPECT_FALSE(s.clDeviceIndexForced);
+        EXPECT_FLOAT_EQ(s.gl4TessLevelOuter, 16.0f);
+        EXPECT_FLOAT_EQ(s.gl4TessLevelInner, 8.0f);
+        EXPECT_TRUE(s.gl4TessLevelAnim);
+        EXPECT_EQ(s.clSurfaceSegsX, 511);
+        EXPECT_EQ(s.clSurfaceSegsZ, 511);
+        EXPECT_TRUE(s.clNativeSin);
+        EXPECT_FALSE(s.clGlInterop);
+        EXPECT_TRUE(s.clExplicitWorkgroupSize);
+        EXPECT_EQ(s.clParticlesGpu, 1000000);
+        EXPECT_EQ(s.clParticlesCpu, 1000000);
+        EXPECT_TRUE(s.clJuliaAnimated);
+        EXPECT_EQ(s.clJuliaRttSize, 512);
+        EXPECT_TRUE(s.openclSupportEnabled);
+        EXPECT_FALSE(s.exportXmlReport);
+        EXPECT_FALSE(s.exportTxtReport);
+    }
+}
+
+TEST(CommandLine, OptionsAreFoundAnywhereButOnlyInTheirOwnCase) {
+    EXPECT_EQ(parsed("x/gl31y").glMinorVersion, 1);
+    EXPECT_EQ(parsed("x/gl31y").glMajorVersion, 3);
+    EXPECT_EQ(parsed("/GL31").glMajorVersion, 4);
+    EXPECT_TRUE(parsed("--please/exp_txt_report!").exportTxtReport);
+    EXPECT_FALSE(parsed("/EXP_TXT_REPORT").exportTxtReport);
+}
+
+TEST(CommandLine, LaterTableRowsWinWhereverTheyStand) {
+    for (const char* line : {"/gl30 /gl32", "/gl32 /gl30", "/gl31 /gl30 /gl32"}) {
+        const AppState s = parsed(line);
+        EXPECT_EQ(s.glMajorVersion, 3) << line;
+        EXPECT_EQ(s.glMinorVersion, 2) << line;
+    }
+    EXPECT_EQ(parsed("/cl_cpu /cl_gpu").clDeviceType, 2u);
+    EXPECT_EQ(parsed("/cl_gpu /cl_cpu").clDeviceType, 2u);
+    EXPECT_EQ(parsed("/bench_duration=500 /cl_duration=100").benchDuration, 500);
+    EXPECT_EQ(parsed("/cl_kernel_workload_sin=7 /cl_kernel_workload=3").clKernelWorkload, 7);
+}
+
+TEST(CommandLine, ValuesAreReadOnlyDirectlyBehindTheEqualsSignAndOnlyTheFirstCounts) {
+    EXPECT_EQ(parsed("/demo_win_width=abc").demoWinWidth, 600);
+    EXPECT_EQ(parsed("/demo_win_width= 800").demoWinWidth, 800);  // scanf skips white space before a number
+    EXPECT_EQ(parsed("/demo_win_width=1024x").demoWinWidth, 1024);
+    EXPECT_EQ(parsed("/demo_win_width=640 /demo_win_width=800").demoWinWidth, 640);
+    EXPECT_EQ(parsed("/demo_win_height=-3").demoWinHeight, -3);
+    EXPECT_EQ(parsed("/demo_msaa=8").demoMsaa, 8);
+    EXPECT_FLOAT_EQ(parsed("/gl4_tess_level_outer=2.5").gl4TessLevelOuter, 2.5f);
+    EXPECT_FLOAT_EQ(parsed("/gl4_tess_level_inner=x").gl4TessLevelInner, 8.0f);
+    EXPECT_EQ(parsed("/cl_julia_rtt_size=1024").clJuliaRttSize, 1024);
+    EXPECT_EQ(parsed("/cl_particles_gpu=42 /cl_particles_cpu=7").clParticlesCpu, 7);
+    EXPECT_EQ(parsed("/cl_kernel_workload_mad=9").clKernelWorkloadMad, 9);
+}
+
+TEST(CommandLine, SegmentCountsTurnZeroIntoOneAndPassNegativesThrough) {
+    EXPECT_EQ(parsed("/cl_surface_segs_x=0").clSurfaceSegsX, 1);
+    EXPECT_EQ(parsed("/cl_surface_segs_z=0").clSurfaceSegsZ, 1);
+    EXPECT_EQ(parsed("/cl_surface_segs_x=-5").clSurfaceSegsX, -5);
+    EXPECT_EQ(parsed("/cl_surface_segs_z=64").clSurfaceSegsZ, 64);
+}
+
+TEST(CommandLine, DeviceIndexIsForcedOnlyWhenItsNumberReads) {
+    const AppState forced = parsed("/cl_device_index=3");
+    EXPECT_EQ(forced.clDeviceIndex, 3);
+    EXPECT_TRUE(forced.clDeviceIndexForced);
+    const AppState unread = parsed("/cl_device_index=z");
+    EXPECT_EQ(unread.clDeviceIndex, 0);
+    EXPECT_FALSE(unread.clDeviceIndexForced);
+}
+
+TEST(CommandLine, PrefixOptionsAreGivenByTheLongerOnes) {
+    const AppState s = parsed("/cl_log_results_surface_deformer");
+    EXPECT_TRUE(s.benchLogResults);
+    // "/cl_kernel_workload_sin_do_check" contains no '=' so it sets no workload, only the check.
+    const AppState check = parsed("/cl_kernel_workload_sin_do_check");
+    EXPECT_TRUE(check.clKernelWorkloadDoCheck);
+    EXPECT_EQ(check.clKernelWorkload, 0);
+}
+
+TEST(CommandLine, EveryFlagMovesItsFieldAwayFromTheDefault) {
+    const AppState s = parsed(
+        "/no_online_check /disable_gl3_torus_radeon_fix /disable_gl_render_in_cl_demos /bench_log_results "
+        "/close_app_end_of_demo /gl4_no_tess_level_anim /cl_demo_native_sin_disabled /cl_demo_gl_interop_disabled "
+        "/cl_demo_explicit_workgroup_size_disabled /cl_demo_use_local_mem /cl_particles_sin /cl_julia_not_animated "
+        "/disable_cl_support /exp_xml_report /exp_txt_report");
+    EXPECT_FALSE(s.onlineCheckEnabled);
+    EXPECT_FALSE(s.gl3TorusRadeonFix);
+    EXPECT_FALSE(s.glRenderInClDemos);
+    EXPECT_TRUE(s.benchLogResults);
+    EXPECT_TRUE(s.closeAppEndOfDemo);
+    EXPECT_FALSE(s.gl4TessLevelAnim);
+    EXPECT_FALSE(s.clNativeSin);
+    EXPECT_FALSE(s.clGlInterop);
+    EXPECT_FALSE(s.clExplicitWorkgroupSize);
+    EXPECT_TRUE(s.clUseLocalMem);
+    EXPECT_TRUE(s.clParticlesSin);
+    EXPECT_FALSE(s.clJuliaAnimated);
+    EXPECT_FALSE(s.openclSupportEnabled);
+    EXPECT_TRUE(s.exportXmlReport);
+    EXPECT_TRUE(s.exportTxtReport);
+}
+
+TEST(CommandLine, EachAutoStartOptionSetsOnlyItsOwnFlag) {
+    struct Case {
+        const char* option;
+        bool AppState::*field;
+    };
+    const Case cases[] = {
+        {"/start_demo_cl_deformer", &AppState::startDemoClDeformer},
+        {"/start_demo_cl_postfx", &AppState::startDemoClPostfx},
+        {"/start_demo_cl_particles", &AppState::startDemoClParticles},
+        {"/start_demo_cl_julia", &AppState::startDemoClJulia},
+        {"/start_demo_gl3_torus", &AppState::startDemoGl3Torus},
+        {"/start_demo_gl3_triangle", &AppState::startDemoGl3Triangle},
+        {"/start_demo_gl2_furry_cube", &AppState::startDemoGl2FurryCube},
+        {"/start_demo_gl2_hdr_dof", &AppState::startDemoGl2HdrDof},
+        {"/start_demo_gl2_gi", &AppState::startDemoGl2Gi},
+        {"/start_demo_gl2_soft_shadows", &AppState::startDemoGl2SoftShadows},
+        {"/start_demo_gl2_point_sprite", &AppState::startDemoGl2PointSprite},
+        {"/start_demo_gl2_vtf", &AppState::startDemoGl2Vtf},
+        {"/start_demo_gl2_toon", &AppState::startDemoGl2Toon},
+        {"/start_demo_gl2_simple_torus", &AppState::startDemoGl2SimpleTorus},
+    };
+    for (const Case& given : cases) {
+        const AppState s = parsed(given.option);
+        for (const Case& other : cases) EXPECT_EQ(s.*(other.field), &given == &other) << given.option;
+    }
+}
+
+TEST(CommandLine, KnowsFiftyThreeOptionsAndNoneIsAnUnrelatedSubstringOfAnother) {
+    ASSERT_EQ(commandLineOptionCount(), 53u);
+    EXPECT_EQ(commandLineOptionText(53), nullptr);
+    // The one intended overlap: "/cl_log_results" inside its surface-deformer twin.
+    for (size_t i = 0; i < 53; ++i) {
+        for (size_t j = 0; j < 53; ++j) {
+            if (i == j) continue;
+            const std::string a = commandLineOptionText(i), b = commandLineOptionText(j);
+            if (b.find(a) == std::string::npos) continue;
+            EXPECT_EQ(a, "/cl_log_results") << a << " in " << b;
+        }
+    }
+}
+
+TEST(CommandLine, JoinsArgumentsWithSingleBlanksWithoutTheProgramName) {
+    const char* argv[] = {"/usr/bin/lumenscope", "/exp_txt_report", "/demo_win_width=", "640"};
+    EXPECT_EQ(joinArguments(4, argv), "/exp_txt_report /demo_win_width= 640");
+    EXPECT_EQ(joinArguments(1, argv), "");
+    // A value split from its option by the shell is still read, as on the raw line.
+    AppState s;
+    resetAppState(s);
+    parseCommandLine(s, joinArguments(4, argv).c_str());
+    EXPECT_EQ(s.demoWinWidth, 640);
+}
+
+}  // namespace

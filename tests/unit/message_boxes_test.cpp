@@ -1,0 +1,67 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "app/message_boxes.h"
+#include "engine/vantalux.h"
+
+namespace {
+
+struct ShownBox {
+    MessageBoxKind kind;
+    std::string title, text;
+};
+std::vector<ShownBox> gShown;
+
+void recordBox(MessageBoxKind kind, const char* title, const char* text) { gShown.push_back({kind, title, text}); }
+
+TEST(MessageBoxes, EachKindHasItsTitleAndReachesTheEngineTraceWithItsLevel) {
+    gShown.clear();
+    setMessageBoxPresenter(recordBox);
+    auto* trace = Vantalux_nsp::vxTraceMgr::getInstance();
+    trace->enable();
+    showErrorBox("Could not %s. Bye!", "start");
+    showWarningBox("careful %d", 2);
+    showInfoBox("%s", "fyi");
+    setMessageBoxPresenter(nullptr);
+
+    ASSERT_EQ(gShown.size(), 3u);
+    EXPECT_EQ(gShown[0].title, "Lumenscope Error");
+    EXPECT_EQ(gShown[0].text, "Could not start. Bye!");
+    EXPECT_EQ(gShown[1].title, "Lumenscope Warning");
+    EXPECT_EQ(gShown[2].title, "Lumenscope Info");
+    const auto lines = trace->recentLines();
+    ASSERT_GE(lines.size(), 3u);
+    EXPECT_EQ(lines[lines.size() - 3], "1: Could not start. Bye!");
+    EXPECT_EQ(lines[lines.size() - 2], "2: careful 2");
+    EXPECT_EQ(lines[lines.size() - 1], "4: fyi");
+
+    trace->disable();
+    showInfoBox("silent");
+    EXPECT_EQ(trace->recentLines().back(), "4: fyi");
+}
+
+TEST(MessageBoxes, OversizedTextIsCutToTheSharedBuffer) {
+    gShown.clear();
+    setMessageBoxPresenter(recordBox);
+    const std::string huge(50000, 'y');
+    showInfoBox("%s", huge.c_str());
+    setMessageBoxPresenter(nullptr);
+    ASSERT_EQ(gShown.size(), 1u);
+    EXPECT_EQ(gShown[0].text.size(), 31999u);
+}
+
+TEST(ShellHelpers, FahrenheitIsComputedInDoublePrecision) {
+    EXPECT_DOUBLE_EQ(celsiusToFahrenheit(0.0f), 32.0);
+    EXPECT_DOUBLE_EQ(celsiusToFahrenheit(100.0f), 212.0);
+    EXPECT_DOUBLE_EQ(celsiusToFahrenheit(-40.0f), -40.0);
+    EXPECT_DOUBLE_EQ(celsiusToFahrenheit(36.6f), double(36.6f) * 1.8 + 32.0);
+}
+
+TEST(ShellHelpers, OpenUrlIgnoresNullAndEmpty) {
+    openUrl(nullptr);
+    openUrl("");
+}
+
+}  // namespace

@@ -1,0 +1,28 @@
+#!/bin/sh
+# Installs the Debian packages that building, running and testing need; does nothing when all are present.
+# Works as root or through sudo.
+set -eu
+
+PACKAGES="
+g++ make cmake pkg-config
+libgtest-dev libgmock-dev libbenchmark-dev
+libpci-dev pci.ids
+libegl-dev libgl-dev libglew-dev libegl-mesa0 libgl1-mesa-dri
+ocl-icd-libopencl1 ocl-icd-opencl-dev opencl-headers pocl-opencl-icd
+nlohmann-json3-dev
+"
+
+missing=""
+for package in $PACKAGES; do
+    if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed"; then
+        missing="$missing $package"
+    fi
+done
+[ -z "$missing" ] && exit 0
+
+echo "Installing:$missing"
+if [ "$(id -u)" -eq 0 ]; then SUDO=""; else SUDO="sudo"; fi
+export DEBIAN_FRONTEND=noninteractive
+$SUDO apt-get update -q
+# shellcheck disable=SC2086
+$SUDO apt-get install -y -q --no-install-recommends $missing

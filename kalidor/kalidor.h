@@ -35,10 +35,16 @@ public:
     bool isVista() const;
     uint32_t getPhysxVersion() const;
     bool isPhysxOnGpu() const;
+    // (more system accessors: CPU, memory, OS)
+
+    // Display mode
 
     // Primary GPU summary
     bool hasDisplayDevice() const;
     const char* getPrimaryGpuName() const;
+    // (more summary accessors)
+
+    // Primary-device driver values
 
     // Per-GPU identity and cached values
     uint32_t getGpuCount() const;
@@ -66,6 +72,12 @@ public:
     // Tracked extremes of the last readings; no driver call.
     bool readGpuMaxTemperatures(int gpu, float* coreC, float* boardC, float* memoryC, float* vrmC);
     bool readGpuMinTemperatures(int gpu, float* coreC, float* boardC, float* memoryC, float* vrmC);
+
+    // NVIDIA only
+
+    // AMD only
+
+    // OpenGL
 
     // The main render window's machine state (null before getInstance succeeded).
     HardwareCaps* caps() const;

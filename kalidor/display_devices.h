@@ -51,4 +51,8 @@ struct DisplayDeviceData {
     PrimaryDisplay primary;
 };
 
+// Four hex digit characters to a number: each is upper-cased, '0'-'9' give 0-9, anything else its code
+// minus 55 ('A'-'F' give 10-15). No validation.
+uint32_t hexQuad(char c0, char c1, char c2, char c3);
+
 }  // namespace Kalidornm

@@ -50,6 +50,14 @@ struct HardwareCaps {
     // The reader that serves records of this class, or null.
     GpuLiveReader* readerFor(GpuVendorClass vendorClass) const;
 
+    // The first display slot (skipping `skip`) whose vendor and device match and whose subvendor and subdevice
+    // match or are 0 on either side; kNoDisplaySlot when none fits.
+    uint32_t findDisplaySlot(uint32_t vendor, uint32_t device, uint32_t subvendor, uint32_t subdevice,
+                             uint32_t skip) const;
+
+    // Reads the driver's values for the record's display device into the record.
+    bool readGpuDriverRegistry(GpuRecord& record);
+
     // Lets go of what the readers loaded.
     void cleanup();
 

@@ -1,0 +1,18 @@
+// Row counts of the generated device tables, written by tools/gen_gpu_tables.py
+// together with gpu_table_*.inc. Do not edit.
+#pragma once
+
+#include <cstddef>
+
+namespace Kalidornm {
+
+inline constexpr std::size_t nvidiaSeedRowCount = 531;
+inline constexpr std::size_t nvidiaLaterRowCount = 379;
+inline constexpr std::size_t amdSeedRowCount = 282;
+inline constexpr std::size_t amdLaterRowCount = 111;
+inline constexpr std::size_t intelSeedRowCount = 71;
+inline constexpr std::size_t intelLaterRowCount = 155;
+inline constexpr std::size_t s3SeedRowCount = 4;
+inline constexpr std::size_t s3LaterRowCount = 0;
+
+}  // namespace Kalidornm

@@ -1,6 +1,7 @@
-# Unit tests of the GPU identification database (kalidor/gpu_database).
+# Unit tests of the GPU identification database and the PCI vendor names (kalidor/gpu_database).
 lumenscope_unit_test(unit_gpu_database
   unit/gpu_database_test.cpp
   unit/gpu_naming_test.cpp
+  unit/pci_vendor_table_test.cpp
 )
 target_link_libraries(unit_gpu_database PRIVATE gpu_database)

@@ -42,6 +42,10 @@ public:
     // Primary GPU summary
     bool hasDisplayDevice() const;
     const char* getPrimaryGpuName() const;
+    // The database name of the primary GPU, "Unknown" without a row.
+    const char* getPrimaryGpuDbName() const;
+    // The company behind the primary PCI vendor id, "Unknown" when it is not listed or there is no display device.
+    const char* getPrimaryVendorName() const;
     // (more summary accessors)
 
     // Primary-device driver values

@@ -1,4 +1,7 @@
 #include "kalidor.h"
+#include "gpu_database/gpu_database.h"
+#include "gpu_database/gpu_naming.h"
+#include "gpu_database/pci_vendor_table.h"
 #include "library_globals.h"
 
 namespace Kalidornm {
@@ -12,6 +15,20 @@ GpuLiveReader* Kalidor::readerOf(GpuRecord& r) const {
 
 bool Kalidor::hasDisplayDevice() const { return gGlobals.hasDisplayDevice; }
 const char* Kalidor::getPrimaryGpuName() const { return gGlobals.summary.gpuName; }
+
+// Looked up from the primary ids rather than read at gpu_db_index: the scan sets that index from the same
+// ids, and before any scan the ids are -1, which finds no row either.
+const char* Kalidor::getPrimaryGpuDbName() const {
+    const HardwareCaps* machine = caps();
+    if (!machine) return UnknownGpuName;
+    const PrimaryDisplay& primary = machine->display.primary;
+    return primaryGpuDbName(primary.vendorId, primary.deviceId, primary.subdeviceId);
+}
+
+const char* Kalidor::getPrimaryVendorName() const {
+    const HardwareCaps* machine = caps();
+    return pciVendorName(machine ? machine->display.primary.vendorId : -1);
+}
 bool Kalidor::isVista() const { return gGlobals.isVista; }
 uint32_t Kalidor::getPhysxVersion() const { return gGlobals.physxVersion; }
 bool Kalidor::isPhysxOnGpu() const { return gGlobals.physxOnGpu; }

@@ -1,9 +1,103 @@
 #include "cuda_discovery.h"
 
-namespace compute {
+#include <cstring>
 
-// CUDA discovery lands here; until then no device is listed.
-void discoverCuda() {}
-void freeCudaDevices() {}
+#include "cuda_driver_api.h"
+#include "platform/dynamic_library.h"
+
+namespace compute {
+namespace {
+
+struct CudaState {
+    std::vector<CudaDeviceRecord> devices;
+    int32_t deviceCount = 0;
+};
+
+CudaState& cudaState() {
+    static CudaState state;
+    return state;
+}
+
+void copyProperties(const CUdevprop& prop, CudaDeviceRecord& record) {
+    record.maxThreadsPerBlock = prop.maxThreadsPerBlock;
+    std::memcpy(record.maxThreadsDim, prop.maxThreadsDim, sizeof record.maxThreadsDim);
+    std::memcpy(record.maxGridSize, prop.maxGridSize, sizeof record.maxGridSize);
+    record.sharedMemPerBlock = prop.sharedMemPerBlock;
+    record.totalConstantMemory = prop.totalConstantMemory;
+    record.simdWidth = prop.SIMDWidth;
+    record.memPitch = prop.memPitch;
+    record.regsPerBlock = prop.regsPerBlock;
+    record.clockRate = prop.clockRate;
+    record.textureAlign = prop.textureAlign;
+}
+
+// Every query is optional: a call the library lacks leaves its fields at zero.
+void readDevice(const DynamicLibrary& library, CUdevice device, CudaDeviceRecord& record) {
+    if (auto getName = library.function<CuDeviceGetNameFn>("cuDeviceGetName")) {
+        getName(record.name, int(kCudaNameSize - 1), device);
+        record.name[kCudaNameSize - 1] = '\0';
+    }
+    // The 64-bit form first: the original call writes 32 bits and cannot hold 4 GB.
+    if (auto totalMem64 = library.function<CuDeviceTotalMemV2Fn>("cuDeviceTotalMem_v2")) {
+        size_t bytes = 0;
+        if (totalMem64(&bytes, device) == kCudaSuccess) record.totalMemory = bytes;
+    } else if (auto totalMem32 = library.function<CuDeviceTotalMemFn>("cuDeviceTotalMem")) {
+        unsigned int bytes = 0;
+        if (totalMem32(&bytes, device) == kCudaSuccess) record.totalMemory = bytes;
+    }
+    if (auto getProperties = library.function<CuDeviceGetPropertiesFn>("cuDeviceGetProperties")) {
+        CUdevprop prop{};
+        if (getProperties(&prop, device) == kCudaSuccess) copyProperties(prop, record);
+    }
+    if (auto computeCapability = library.function<CuDeviceComputeCapabilityFn>("cuDeviceComputeCapability"))
+        computeCapability(&record.computeMajor, &record.computeMinor, device);
+    if (auto getAttribute = library.function<CuDeviceGetAttributeFn>("cuDeviceGetAttribute")) {
+        getAttribute(&record.warpSize, kCuAttributeWarpSize, device);
+        getAttribute(&record.multiprocessorCount, kCuAttributeMultiprocessorCount, device);
+        getAttribute(&record.clockRate, kCuAttributeClockRate, device);
+    }
+}
+
+}  // namespace
+
+bool discoverCuda(AppLog& log, const char* libraryName) {
+    DynamicLibrary library(libraryName);
+    if (!library) {
+        log.write("Could not find %s.", libraryName);
+        return false;
+    }
+    auto init = library.function<CuInitFn>("cuInit");
+    if (!init || init(0) != kCudaSuccess) return false;
+
+    CudaState& state = cudaState();
+    state.deviceCount = 0;
+    if (auto getCount = library.function<CuDeviceGetCountFn>("cuDeviceGetCount")) {
+        int count = 0;
+        if (getCount(&count) == kCudaSuccess && count >= 0) {
+            state.deviceCount = count;
+            log.write("Found %d CUDA-capable devices.", count);
+        }
+    }
+    if (state.deviceCount == 0) return true;
+
+    state.devices.assign(size_t(state.deviceCount), CudaDeviceRecord{});
+    auto getDevice = library.function<CuDeviceGetFn>("cuDeviceGet");
+    if (!getDevice) return true;
+    for (int ordinal = 0; ordinal < state.deviceCount; ++ordinal) {
+        CUdevice device = 0;
+        if (getDevice(&device, ordinal) != kCudaSuccess) continue;
+        readDevice(library, device, state.devices[size_t(ordinal)]);
+    }
+    return true;
+}
+
+int32_t getCudaDeviceCount() { return cudaState().deviceCount; }
+
+const std::vector<CudaDeviceRecord>& cudaDevices() { return cudaState().devices; }
+
+void freeCudaDevices() {
+    cudaState().devices = {};
+    cudaState().deviceCount = 0;
+}
 
 }  // namespace compute

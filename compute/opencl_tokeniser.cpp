@@ -1,0 +1,23 @@
+#include "opencl_records.h"
+
+#include <cstring>
+
+namespace compute {
+
+namespace {
+constexpr size_t kMinimumNameLength = 3;
+}
+
+ClExtensionList tokeniseClExtensions(const char* text) {
+    ClExtensionList names;
+    if (!text) return names;
+    const char* start = text;
+    for (const char* blank = std::strchr(start, ' '); blank; blank = std::strchr(start, ' ')) {
+        const size_t length = size_t(blank - start);
+        if (length >= kMinimumNameLength) names.emplace_back(start, length < kClMaxTextLength ? length : kClMaxTextLength);
+        start = blank + 1;
+    }
+    return names;
+}
+
+}  // namespace compute

@@ -1,0 +1,28 @@
+# Fake OpenCL and CUDA driver libraries under their exact sonames, in one folder that the compute unit tests
+# put first on the library path.
+set(compute_fake_dir ${CMAKE_BINARY_DIR}/fakes/compute)
+foreach(fake IN ITEMS opencl cuda)
+  add_library(fake_${fake} SHARED fakes/compute/fake_${fake}.cpp)
+  set_target_properties(fake_${fake} PROPERTIES PREFIX lib SUFFIX .so.1 LIBRARY_OUTPUT_DIRECTORY ${compute_fake_dir})
+endforeach()
+set_target_properties(fake_opencl PROPERTIES OUTPUT_NAME OpenCL)
+set_target_properties(fake_cuda PROPERTIES OUTPUT_NAME cuda)
+
+# Like lumenscope_unit_test, with the fakes on the library path.
+add_executable(unit_compute
+  unit/compute_test_log.h
+  unit/opencl_fake_driver_test.cpp
+  unit/cuda_fake_driver_test.cpp
+  unit/opencl_tokeniser_test.cpp
+)
+target_link_libraries(unit_compute PRIVATE compute GTest::gtest_main GTest::gmock)
+target_include_directories(unit_compute PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+add_dependencies(unit_compute fake_opencl fake_cuda)
+gtest_discover_tests(unit_compute PROPERTIES LABELS unit ENVIRONMENT "LD_LIBRARY_PATH=${compute_fake_dir}"
+                     DISCOVERY_TIMEOUT 60)
+
+find_package(OpenCL REQUIRED)
+lumenscope_integration_test(integration_compute integration/opencl_pocl_test.cpp)
+target_link_libraries(integration_compute PRIVATE compute OpenCL::OpenCL)
+target_compile_definitions(integration_compute PRIVATE LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>")
+add_dependencies(integration_compute lumenscope)

@@ -15,6 +15,9 @@ using ::testing::ElementsAre;
 // Discovery against the fake CUDA driver that LD_LIBRARY_PATH puts first.
 class CudaFakeDriver : public ::testing::Test {
 protected:
+    void SetUp() override {
+        ASSERT_NE(std::getenv("LD_LIBRARY_PATH"), nullptr) << "run through ctest, which puts the fakes first";
+    }
     void TearDown() override {
         freeCudaDevices();
         unsetenv(fake_cuda::kScenarioVariable);

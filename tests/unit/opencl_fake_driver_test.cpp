@@ -19,7 +19,10 @@ using fake_cl::numericValue;
 // Discovery against the fake OpenCL library that LD_LIBRARY_PATH puts before the system's.
 class OpenClFakeDriver : public ::testing::Test {
 protected:
-    void SetUp() override { unsetenv(fake_cl::kScenarioVariable); }
+    void SetUp() override {
+        ASSERT_NE(std::getenv("LD_LIBRARY_PATH"), nullptr) << "run through ctest, which puts the fakes first";
+        unsetenv(fake_cl::kScenarioVariable);
+    }
     void TearDown() override {
         releaseOpenCl();
         freeOpenClPlatforms();

@@ -80,6 +80,12 @@ public:
     // NVIDIA only
 
     // AMD only
+    // Power limit as percent of the board's default (the default reads 100); false without a power limit.
+    bool readGpuPowerControl(int gpu, int32_t* current, int32_t* defaultPercent, int32_t* min, int32_t* max);
+    uint32_t getAmdAgsGpuCount() const;
+    uint32_t getAmdCrossfireGpuCount() const;
+    uint32_t getAmdAdapterCount() const;
+    uint32_t getAmdUsableAdapterCount() const;
 
     // OpenGL
 

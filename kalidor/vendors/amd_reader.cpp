@@ -1,8 +1,156 @@
+#include "amd_reader.h"
+
+#include <cstdio>
+#include <memory>
+
+#include "gpu_database/gpu_naming.h"
 #include "hardware_caps.h"
+#include "library_log.h"
+#include "platform/pci_ids_file.h"
+#include "vendors/amd_live_reader.h"
 
 namespace Kalidornm {
 
-// The AMD driver reader lands here; until then it finds no GPU.
-void HardwareCaps::ATI_Init(GpuList&) {}
+namespace {
+
+// Buses the adapter filter has seen; lives for the process, like the driver library's own state.
+std::vector<int32_t>& seenBuses() {
+    static std::vector<int32_t> buses;
+    return buses;
+}
+
+std::string adapterNameOf(const std::string& rootDir, const AmdgpuDevice& device) {
+    std::string name = pciIdsDeviceName(rootDir, device.vendorId, device.deviceId);
+    if (name.empty()) {
+        char fallback[32];
+        std::snprintf(fallback, sizeof fallback, "AMD device %04X", device.deviceId);
+        name = fallback;
+    }
+    return name;
+}
+
+// Identity and database facts of a new record; the ids come from the id text, as for every adapter.
+void fillIdentity(GpuRecord& record, const AmdAdapterInfo& info) {
+    const char* udid = info.strUDID;
+    record.vendorId = hexQuad(udid[8], udid[9], udid[10], udid[11]);
+    record.deviceId = hexQuad(udid[17], udid[18], udid[19], udid[20]);
+    record.subdeviceId = hexQuad(udid[29], udid[30], udid[31], udid[32]);
+    record.subvendorId = hexQuad(udid[33], udid[34], udid[35], udid[36]);
+}
+
+void fillFromDatabase(GpuRecord& record, const AmdAdapterInfo& info) {
+    const auto facts = amdAdapterDbFacts(record.vendorId, record.deviceId, record.subdeviceId, info.strAdapterName);
+    if (!facts) {
+        copyText(record.name, info.strAdapterName);
+        return;
+    }
+    copyText(record.codename, facts->codename);
+    copyText(record.name, facts->name);
+    if (record.vendorId == 0x1002) {
+        record.shaderCores = facts->shaderCores;
+        record.tmus = facts->tmus;
+        record.rops = facts->rops;
+        record.tdpWatts = facts->tdpWatts;
+    }
+}
+
+}  // namespace
+
+void resetAmdSeenBuses() { seenBuses().clear(); }
+
+void HardwareCaps::ATI_Init(GpuList& gpus) {
+    LibraryLog& trace = generalTrace();
+    trace.write("ATI_Init() START");
+    amd = AmdState{};
+    // The GPU and CrossFire counts: every device bound to amdgpu is a GPU; the platform has no CrossFire.
+    const std::vector<AmdgpuDevice> devices = listAmdgpuDevices(sources.rootDir);
+    amd.agsGpuCount = uint32_t(devices.size());
+    amd.agsCrossfireGpuCount = 0;
+    trace.write("AMD - Num GPUs: %d", int(amd.agsGpuCount));
+    trace.write("AMD - Num CrossFire GPUs: %d", int(amd.agsCrossfireGpuCount));
+    if (AMD_Display_Library_Init(*this, gpus)) trace.write("ATI_Init() END OK.");
+}
+
+bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
+    LibraryLog& trace = generalTrace();
+    AmdState& amd = caps.amd;
+    trace.write("AMD_Display_Library_Init - START");
+    amd.amdAdapterCount = 0;
+    amd.amdUsableAdapterCount = 0;
+    if (amd.adlLoaded) {
+        trace.write("AMD_Display_Library_Init - END ERROR.");
+        return false;
+    }
+    const std::string& root = caps.sources.rootDir;
+    const std::vector<AmdgpuDevice> devices = listAmdgpuDevices(root);
+    if (devices.empty()) return false;  // no driver bound: nothing to load, no message
+
+    trace.write("AMD_Display_Library_Init - function pointers.");
+    trace.write("AMD_Display_Library_Init - ADL_Main_Control_Create()");
+    trace.write("AMD_Display_Library_Init - ADL_Main_Control_Create() OK.");
+
+    std::vector<std::string> names;
+    for (const AmdgpuDevice& device : devices) names.push_back(adapterNameOf(root, device));
+    std::vector<AmdAdapterInfo> adapters = buildAmdAdapterList(devices, names);
+    if (adapters.empty()) return false;
+    amd.adlLoaded = true;
+    amd.adlAdapterCount = int32_t(adapters.size());
+    trace.write("AMD_Display_Library_Init -  Found: %d adapters", amd.adlAdapterCount);
+    amd.adlAdapterInfo = adapters;
+
+    auto reader = std::make_unique<AmdLiveReader>();
+    AmdLiveReader& live = *reader;
+    caps.amdReader = std::move(reader);
+
+    uint32_t last = kNoDisplaySlot;
+    for (size_t i = 0; i < adapters.size(); ++i) {
+        const AmdAdapterInfo info = adapters[i];
+        trace.write("AMD_Display_Library_Init -  adapter %d - vendor ID: %d", int(i), info.iVendorID);
+        // The vendor is compared as the decimal number 1002: the driver library gives the hex digits that way.
+        if (!amdAdapterIsNew(info, seenBuses()) || info.iVendorID != 1002) continue;
+
+        ++amd.amdAdapterCount;
+        ++amd.amdUsableAdapterCount;
+        GpuRecord& record = gpus.append(std::make_unique<GpuRecord>());
+        record.hasTemperature = true;
+        record.vendorClass = kVendorClassAmd;
+        record.adlAdapterIndex = info.iAdapterIndex;
+        record.busId = info.iBusNumber;
+
+        const AmdgpuDevice& device = devices[info.device];
+        record.overdriveVersion = device.hwmonDir.empty() ? 0 : 6;
+        live.addCard(info.iAdapterIndex, resolveAmdCardFiles(device));
+
+        fillIdentity(record, info);
+        const uint32_t slot = caps.findDisplaySlot(record.vendorId, record.deviceId, record.subvendorId,
+                                                   record.subdeviceId, last);
+        if (slot != kNoDisplaySlot) {
+            const DisplaySlot& display = caps.display.slots[slot];
+            last = slot;
+            record.displaySlot = slot;
+            copyText(record.displayDeviceId, display.deviceId);
+            copyText(record.displayDeviceName, display.deviceName);
+            copyText(record.displayDeviceString, display.deviceString);
+            copyText(record.displayDeviceKey, display.deviceKey);
+        }
+        caps.readGpuDriverRegistry(record);
+        fillFromDatabase(record, info);
+
+        trace.write("AMD_Display_Library_Init -  adapter %d - AMD_Display_Library_ReadGpuTemperature()", int(i));
+        live.readTemperatures(record, nullptr, nullptr, nullptr, nullptr);
+        trace.write("AMD_Display_Library_Init -  adapter %d - AMD_Display_Library_ReadGpuTemperature() OK.",
+                    int(i));
+        live.readFanSpeed(record, nullptr, nullptr);
+        live.readPerfLevels(record, true);
+
+        // The kernel driver tells the memory's maker, not its type; the size is the driver values reader's.
+        if (device.vramTotalBytes != 0)
+            trace.write("AMD_Display_Library_Init - memory info: size:%lu, bandwidth:%lu, "
+                        "memoryInfo.strMemoryType:%s",
+                        static_cast<unsigned long>(device.vramTotalBytes), 0ul, record.memoryType);
+    }
+    trace.write("AMD_Display_Library_Init - END OK.");
+    return true;
+}
 
 }  // namespace Kalidornm

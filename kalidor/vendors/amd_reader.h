@@ -1,8 +1,32 @@
 #pragma once
 
+#include <cstdint>
+#include <vector>
+
+#include "vendors/amd_adapters.h"
+
 namespace Kalidornm {
 
-// What the AMD reader keeps about the driver and its GPUs.
-struct AmdState {};
+struct HardwareCaps;
+class GpuList;
+
+// What the AMD reader keeps about the driver and its GPUs. The kernel driver stands in for the vendor's
+// display library: it counts as loaded when at least one device is bound to amdgpu.
+struct AmdState {
+    bool adlLoaded = false;
+    std::vector<AmdAdapterInfo> adlAdapterInfo;  // one entry per display output
+    int32_t adlAdapterCount = 0;
+    uint32_t amdAdapterCount = 0;        // accepted adapters
+    uint32_t amdUsableAdapterCount = 0;  // the same count, kept apart as callers ask for both
+    uint32_t agsGpuCount = 0;            // devices bound to amdgpu
+    uint32_t agsCrossfireGpuCount = 0;   // always 0: no CrossFire on this platform
+};
+
+// Loads the adapter list, creates one record per physical AMD GPU, installs the AMD live reader and takes
+// the first readings. False when the driver is not there, already loaded, or lists no adapter.
+bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus);
+
+// Forgets the bus numbers the adapter filter has seen; the list otherwise lives as long as the process.
+void resetAmdSeenBuses();
 
 }  // namespace Kalidornm

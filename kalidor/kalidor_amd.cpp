@@ -1,0 +1,34 @@
+#include "kalidor.h"
+#include "vendors/amd_live_reader.h"
+
+namespace Kalidornm {
+
+bool Kalidor::readGpuPowerControl(int gpu, int32_t* current, int32_t* defaultPercent, int32_t* min,
+                                  int32_t* max) {
+    GpuRecord* r = record(gpu);
+    if (!r || r->vendorClass != kVendorClassAmd) return false;
+    auto* reader = dynamic_cast<AmdLiveReader*>(readerOf(*r));
+    return reader && reader->readPowerControl(*r, current, defaultPercent, min, max);
+}
+
+uint32_t Kalidor::getAmdAgsGpuCount() const {
+    const HardwareCaps* machine = caps();
+    return machine ? machine->amd.agsGpuCount : 0;
+}
+
+uint32_t Kalidor::getAmdCrossfireGpuCount() const {
+    const HardwareCaps* machine = caps();
+    return machine ? machine->amd.agsCrossfireGpuCount : 0;
+}
+
+uint32_t Kalidor::getAmdAdapterCount() const {
+    const HardwareCaps* machine = caps();
+    return machine ? machine->amd.amdAdapterCount : 0;
+}
+
+uint32_t Kalidor::getAmdUsableAdapterCount() const {
+    const HardwareCaps* machine = caps();
+    return machine ? machine->amd.amdUsableAdapterCount : 0;
+}
+
+}  // namespace Kalidornm

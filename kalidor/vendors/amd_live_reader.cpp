@@ -1,0 +1,176 @@
+#include "amd_live_reader.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "library_log.h"
+#include "vendors/amd_sysfs_values.h"
+
+namespace Kalidornm {
+
+namespace {
+
+// Bounds past which a sensor value is garbage rather than a reading.
+constexpr int64_t kMinMilliCelsius = -100000, kMaxMilliCelsius = 300000;
+constexpr int64_t kMaxFanRpm = 100000;
+constexpr int64_t kMaxMilliVolts = 10000;
+constexpr int64_t kMaxMicroWatts = 10'000'000'000;  // 10 kW
+
+std::optional<int64_t> readInteger(const std::string& path, int64_t low, int64_t high) {
+    std::string text;
+    if (path.empty() || !readSysfsFile(path, text)) return std::nullopt;
+    return parseSysfsInteger(text, low, high);
+}
+
+std::optional<std::vector<DpmLevel>> readDpmTable(const std::string& path) {
+    std::string text;
+    if (!readSysfsFile(path, text)) return std::nullopt;
+    return parseDpmTable(text);
+}
+
+int32_t percentOf(int64_t value, int64_t reference) {
+    return int32_t(std::lround(double(value) * 100.0 / double(reference)));
+}
+
+}  // namespace
+
+AmdCardFiles resolveAmdCardFiles(const AmdgpuDevice& device) {
+    AmdCardFiles files;
+    files.asleep = device.runtimeStatus == "suspended";
+    files.busy = device.deviceDir + "/gpu_busy_percent";
+    files.sclk = device.deviceDir + "/pp_dpm_sclk";
+    files.mclk = device.deviceDir + "/pp_dpm_mclk";
+    if (device.hwmonDir.empty()) return files;
+    const std::string& hwmon = device.hwmonDir;
+    files.temperature = hwmon + "/temp1_input";
+    files.pwm = hwmon + "/pwm1";
+    files.fanRpm = hwmon + "/fan1_input";
+    files.voltage = hwmon + "/in0_input";
+    files.powerCap = hwmon + "/power1_cap";
+    if (files.asleep) return files;
+    files.pwmMax = readInteger(hwmon + "/pwm1_max", 1, 65535);
+    files.powerCapDefault = readInteger(hwmon + "/power1_cap_default", 1, kMaxMicroWatts);
+    files.powerCapMin = readInteger(hwmon + "/power1_cap_min", 0, kMaxMicroWatts);
+    files.powerCapMax = readInteger(hwmon + "/power1_cap_max", 0, kMaxMicroWatts);
+    return files;
+}
+
+const AmdCardFiles* AmdLiveReader::_liveFiles(const GpuRecord& record) const {
+    if (record.vendorClass != kVendorClassAmd || record.overdriveVersion != 6) return nullptr;
+    const auto card = m_cards.find(record.adlAdapterIndex);
+    if (card == m_cards.end() || card->second.asleep) return nullptr;
+    return &card->second;
+}
+
+bool AmdLiveReader::readTemperatures(GpuRecord& record, float* coreC, float* boardC, float* memoryC,
+                                     float* vrmC) {
+    if (record.vendorClass != kVendorClassAmd) return false;
+    if (const AmdCardFiles* files = _liveFiles(record))
+        if (const auto milli = readInteger(files->temperature, kMinMilliCelsius, kMaxMilliCelsius))
+            record.sensorGpu.current = float(*milli) / 1000.0f;
+    if (coreC) *coreC = record.sensorGpu.current;
+    if (boardC) *boardC = record.sensorBoard.current;
+    if (memoryC) *memoryC = record.sensorMemory.current;
+    if (vrmC) *vrmC = record.sensorVrm.current;
+    return true;
+}
+
+bool AmdLiveReader::readFanSpeed(GpuRecord& record, float* percent, float* rpm) {
+    if (record.vendorClass != kVendorClassAmd) return false;
+    record.fanPercent = 0.0f;
+    record.fanRpm = 0.0f;
+    const AmdCardFiles* files = _liveFiles(record);
+    bool ok = files && files->pwmMax;
+    if (ok) {
+        const auto pwm = readInteger(files->pwm, 0, *files->pwmMax);
+        const auto speed = readInteger(files->fanRpm, 0, kMaxFanRpm);
+        if (pwm) record.fanPercent = float(*pwm) * 100.0f / float(*files->pwmMax);
+        if (speed) record.fanRpm = float(*speed);
+        ok = pwm && speed;
+    }
+    if (percent) *percent = record.fanPercent;
+    if (rpm) *rpm = record.fanRpm;
+    return ok;
+}
+
+bool AmdLiveReader::readLoad(GpuRecord& record, float* gpuPercent, float*) {
+    const AmdCardFiles* files = _liveFiles(record);
+    const auto busy = files ? readInteger(files->busy, 0, 100) : std::nullopt;
+    if (!busy) return false;
+    record.gpuLoadPercent = float(*busy);
+    if (gpuPercent) *gpuPercent = record.gpuLoadPercent;
+    return true;
+}
+
+bool AmdLiveReader::readCurrentClocks(GpuRecord& record, uint32_t* pstate, float* gpuMhz, float* memMhz,
+                                      float* shaderMhz, float*) {
+    const AmdCardFiles* files = _liveFiles(record);
+    if (!files) return false;
+    const auto engine = readDpmTable(files->sclk);
+    const auto memory = readDpmTable(files->mclk);
+    if (!engine || !memory) return false;
+    const auto engineLevel = currentDpmLevel(*engine);
+    const auto memoryLevel = currentDpmLevel(*memory);
+    if (!engineLevel || !memoryLevel) return false;
+    if (pstate) *pstate = *engineLevel;
+    if (gpuMhz) *gpuMhz = (*engine)[*engineLevel].mhz;
+    if (memMhz) *memMhz = (*memory)[*memoryLevel].mhz;
+    if (shaderMhz) *shaderMhz = 0.0f;
+    return true;
+}
+
+bool AmdLiveReader::readPerfLevels(GpuRecord& record, bool current) {
+    const AmdCardFiles* files = _liveFiles(record);
+    if (!files) return false;
+    const auto engine = readDpmTable(files->sclk);
+    if (!engine) return false;
+    if (!record.perfLevels) record.allocatePerfLevels(uint32_t(engine->size()));
+    const auto memory = readDpmTable(files->mclk);
+    if (!memory) return false;
+
+    adlTrace().write("AMD_Display_Library_ReadPerfLevels( %s ) - %s", current ? "CURRENT" : "DEFAULT",
+                     record.name);
+    const auto milliVolts = readInteger(files->voltage, 0, kMaxMilliVolts);
+    const size_t count = std::min<size_t>(record.perfLevelCount, engine->size());
+    for (size_t i = 0; i < count; ++i) {
+        PerfLevel& level = record.perfLevels[i];
+        level.gpuClockMhz = (*engine)[i].mhz;
+        level.memClockMhz = (*memory)[std::min(i, memory->size() - 1)].mhz;
+        level.vddcVolts = ((*engine)[i].current && milliVolts) ? float(*milliVolts) / 1000.0f : 0.0f;
+        adlTrace().write("--> gpu clock=%.1fMHz - mem clock=%.1fMHz - vddc=%.3fV", double(level.gpuClockMhz),
+                         double(level.memClockMhz), double(level.vddcVolts));
+    }
+    return true;
+}
+
+bool AmdLiveReader::readPerfLevel(GpuRecord& record, uint32_t level, uint32_t* id, float* gpuMhz, float* memMhz,
+                                  float* shaderMhz, float* volts) {
+    if (!readPerfLevels(record, true) || level >= record.perfLevelCount) return false;
+    const PerfLevel& chosen = record.perfLevels[level];
+    if (id) *id = chosen.id;
+    if (gpuMhz) *gpuMhz = chosen.gpuClockMhz;
+    if (memMhz) *memMhz = chosen.memClockMhz;
+    if (shaderMhz) *shaderMhz = chosen.shaderClockMhz;
+    if (volts) *volts = chosen.vddcVolts;
+    return true;
+}
+
+bool AmdLiveReader::readPowerControl(GpuRecord& record, int32_t* current, int32_t* defaultPercent, int32_t* min,
+                                     int32_t* max) {
+    const AmdCardFiles* files = _liveFiles(record);
+    if (!files || !files->powerCapDefault) return false;
+    const auto cap = readInteger(files->powerCap, 0, kMaxMicroWatts);
+    if (!cap) return false;
+    const int64_t reference = *files->powerCapDefault;
+    record.powerControlMin = files->powerCapMin ? percentOf(*files->powerCapMin, reference) : 100;
+    record.powerControlMax = files->powerCapMax ? percentOf(*files->powerCapMax, reference) : 100;
+    record.powerControlCurrent = percentOf(*cap, reference);
+    record.powerControlDefault = 100;
+    if (current) *current = record.powerControlCurrent;
+    if (defaultPercent) *defaultPercent = record.powerControlDefault;
+    if (min) *min = record.powerControlMin;
+    if (max) *max = record.powerControlMax;
+    return true;
+}
+
+}  // namespace Kalidornm

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+
+#include "gpu_live_reader.h"
+#include "platform/amdgpu_sysfs.h"
+
+namespace Kalidornm {
+
+// The sysfs attributes one AMD GPU is read from, resolved once at start-up so a live read opens one or two
+// known files and never walks a directory.
+struct AmdCardFiles {
+    bool asleep = false;  // runtime-suspended at start-up: reading its sensors would wake it up
+    std::string temperature, pwm, fanRpm, voltage, powerCap;  // hwmon: m°C, 0..pwm1_max, RPM, mV, µW
+    std::string busy, sclk, mclk;                             // device: percent, DPM tables in MHz
+    std::optional<int64_t> pwmMax;
+    std::optional<int64_t> powerCapDefault, powerCapMin, powerCapMax;  // µW
+};
+
+// Resolves the files of a device and reads the attributes that never change while it runs.
+AmdCardFiles resolveAmdCardFiles(const AmdgpuDevice& device);
+
+// Live reads for AMD records. Only a record of vendor class 2 whose Overdrive version is 6 (it has an hwmon
+// directory) and whose card was awake at start-up is read; every other answers false.
+class AmdLiveReader : public GpuLiveReader {
+public:
+    void addCard(int32_t adapterIndex, AmdCardFiles files) { m_cards[adapterIndex] = std::move(files); }
+
+    // Always true for an AMD record: the out values are the last readings, refreshed when a read works.
+    bool readTemperatures(GpuRecord& record, float* coreC, float* boardC, float* memoryC, float* vrmC) override;
+    bool readFanSpeed(GpuRecord& record, float* percent, float* rpm) override;
+    bool readLoad(GpuRecord& record, float* gpuPercent, float* frameBufferPercent) override;
+    bool readCurrentClocks(GpuRecord& record, uint32_t* pstate, float* gpuMhz, float* memMhz, float* shaderMhz,
+                           float* volts) override;
+    bool readPerfLevel(GpuRecord& record, uint32_t level, uint32_t* id, float* gpuMhz, float* memMhz,
+                       float* shaderMhz, float* volts) override;
+
+    // Fills the record's level table from the DPM tables, creating it on the first call. The engine levels
+    // pair with the memory levels by position, the top memory level serving where there are fewer; only the
+    // current level gets a voltage. `current` picks the trace's word only: the driver keeps one table.
+    bool readPerfLevels(GpuRecord& record, bool current);
+
+    // Power limit as percent of the board's default limit.
+    bool readPowerControl(GpuRecord& record, int32_t* current, int32_t* defaultPercent, int32_t* min,
+                          int32_t* max);
+
+private:
+    const AmdCardFiles* _liveFiles(const GpuRecord& record) const;
+    std::map<int32_t, AmdCardFiles> m_cards;
+};
+
+}  // namespace Kalidornm

@@ -29,8 +29,9 @@ std::string adapterNameOf(const std::string& rootDir, const AmdgpuDevice& device
     return name;
 }
 
-// Identity and database facts of a new record; the ids come from the id text, as for every adapter.
-void fillIdentity(GpuRecord& record, const AmdAdapterInfo& info) {
+}  // namespace
+
+void decodeAmdAdapterIds(GpuRecord& record, const AmdAdapterInfo& info) {
     const char* udid = info.strUDID;
     record.vendorId = hexQuad(udid[8], udid[9], udid[10], udid[11]);
     record.deviceId = hexQuad(udid[17], udid[18], udid[19], udid[20]);
@@ -38,7 +39,7 @@ void fillIdentity(GpuRecord& record, const AmdAdapterInfo& info) {
     record.subvendorId = hexQuad(udid[33], udid[34], udid[35], udid[36]);
 }
 
-void fillFromDatabase(GpuRecord& record, const AmdAdapterInfo& info) {
+void applyAmdDatabaseFacts(GpuRecord& record, const AmdAdapterInfo& info) {
     const auto facts = amdAdapterDbFacts(record.vendorId, record.deviceId, record.subdeviceId, info.strAdapterName);
     if (!facts) {
         copyText(record.name, info.strAdapterName);
@@ -53,8 +54,6 @@ void fillFromDatabase(GpuRecord& record, const AmdAdapterInfo& info) {
         record.tdpWatts = facts->tdpWatts;
     }
 }
-
-}  // namespace
 
 void resetAmdSeenBuses() { seenBuses().clear(); }
 
@@ -121,7 +120,7 @@ bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
         record.overdriveVersion = device.hwmonDir.empty() ? 0 : 6;
         live.addCard(info.iAdapterIndex, resolveAmdCardFiles(device));
 
-        fillIdentity(record, info);
+        decodeAmdAdapterIds(record, info);
         const uint32_t slot = caps.findDisplaySlot(record.vendorId, record.deviceId, record.subvendorId,
                                                    record.subdeviceId, last);
         if (slot != kNoDisplaySlot) {
@@ -134,7 +133,7 @@ bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
             copyText(record.displayDeviceKey, display.deviceKey);
         }
         caps.readGpuDriverRegistry(record);
-        fillFromDatabase(record, info);
+        applyAmdDatabaseFacts(record, info);
 
         trace.write("AMD_Display_Library_Init -  adapter %d - AMD_Display_Library_ReadGpuTemperature()", int(i));
         live.readTemperatures(record, nullptr, nullptr, nullptr, nullptr);

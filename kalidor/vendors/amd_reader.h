@@ -8,6 +8,7 @@
 namespace Kalidornm {
 
 struct HardwareCaps;
+struct GpuRecord;
 class GpuList;
 
 // What the AMD reader keeps about the driver and its GPUs. The kernel driver stands in for the vendor's
@@ -25,6 +26,13 @@ struct AmdState {
 // Loads the adapter list, creates one record per physical AMD GPU, installs the AMD live reader and takes
 // the first readings. False when the driver is not there, already loaded, or lists no adapter.
 bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus);
+
+// The PCI ids of a new record, decoded from the adapter's id text at the display slots' positions.
+void decodeAmdAdapterIds(GpuRecord& record, const AmdAdapterInfo& info);
+
+// Name, codename and figures from the GPU database, with the naming rules for ids that several products
+// share; without a row the adapter name stands and the codename stays empty.
+void applyAmdDatabaseFacts(GpuRecord& record, const AmdAdapterInfo& info);
 
 // Forgets the bus numbers the adapter filter has seen; the list otherwise lives as long as the process.
 void resetAmdSeenBuses();

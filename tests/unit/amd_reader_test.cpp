@@ -1,0 +1,279 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+
+#include "kalidor/hardware_caps.h"
+#include "kalidor/kalidor.h"
+#include "kalidor/library_globals.h"
+#include "kalidor/vendors/amd_live_reader.h"
+#include "kalidor/vendors/amd_reader.h"
+
+namespace {
+
+using namespace Kalidornm;
+namespace fs = std::filesystem;
+
+const std::string kFixtures = SYSFS_FIXTURES;
+const std::string kRx6800Hwmon = "/sys/bus/pci/devices/0000:03:00.0/hwmon/hwmon2/";
+
+// A machine replayed from a fixture tree, with the AMD reader run on it as start-up runs it.
+struct Machine {
+    HardwareCaps caps;
+    GpuList gpus;
+
+    explicit Machine(const std::string& root) {
+        resetAmdSeenBuses();
+        caps.sources.rootDir = root;
+        caps.ATI_Init(gpus);
+    }
+    AmdLiveReader& reader() { return *dynamic_cast<AmdLiveReader*>(caps.amdReader.get()); }
+    GpuRecord& gpu(long i) { return *gpus.at(i); }
+};
+
+// A writable copy of a fixture, for tests that change what the driver says between reads.
+struct FixtureCopy {
+    std::string root;
+    explicit FixtureCopy(const std::string& machine) {
+        root = (fs::temp_directory_path() / ("amd_fixture_" + std::to_string(::getpid()) + "_" + machine)).string();
+        fs::remove_all(root);
+        fs::copy(kFixtures + "/" + machine, root, fs::copy_options::recursive);
+    }
+    ~FixtureCopy() { fs::remove_all(root); }
+    void write(const std::string& relative, const std::string& text) const {
+        std::ofstream(root + relative, std::ios::trunc) << text;
+    }
+};
+
+TEST(AmdReader, FourOutputsOnOneBusMakeOneRecordWithItsReadings) {
+    Machine m(kFixtures + "/amdgpu-rx6800");
+    EXPECT_TRUE(m.caps.amd.adlLoaded);
+    EXPECT_EQ(m.caps.amd.adlAdapterCount, 4);
+    EXPECT_EQ(m.caps.amd.amdAdapterCount, 1u);
+    EXPECT_EQ(m.caps.amd.amdUsableAdapterCount, 1u);
+    EXPECT_EQ(m.caps.amd.agsGpuCount, 1u);
+    EXPECT_EQ(m.caps.amd.agsCrossfireGpuCount, 0u);
+    ASSERT_EQ(m.gpus.size(), 1u);
+
+    GpuRecord& r = m.gpu(0);
+    EXPECT_EQ(r.vendorClass, kVendorClassAmd);
+    EXPECT_TRUE(r.hasTemperature);
+    EXPECT_EQ(r.busId, 3);
+    EXPECT_EQ(r.adlAdapterIndex, 0);
+    EXPECT_EQ(r.overdriveVersion, 6u);
+    EXPECT_EQ(r.vendorId, 0x1002u);
+    EXPECT_EQ(r.deviceId, 0x73BFu);
+    EXPECT_EQ(r.subvendorId, 0x1002u);
+    EXPECT_EQ(r.subdeviceId, 0x0E3Au);
+    EXPECT_STREQ(r.name, "AMD Radeon RX 6800/6800 XT / 6900 XT");
+    EXPECT_STREQ(r.codename, "Navi 21(RDNA2)");
+    EXPECT_EQ(r.displaySlot, kNoDisplaySlot);  // no display slot fits on this machine
+
+    // Start-up readings: m°C / 1000, pwm1 / pwm1_max × 100, RPM.
+    EXPECT_FLOAT_EQ(r.sensorGpu.current, 45.0f);
+    EXPECT_NEAR(r.fanPercent, 77.0f * 100.0f / 255.0f, 1e-4);
+    EXPECT_FLOAT_EQ(r.fanRpm, 1100.0f);
+
+    // Three engine levels, paired with the first three memory levels; the current one carries in0 in volts.
+    ASSERT_EQ(r.perfLevelCount, 3u);
+    EXPECT_FLOAT_EQ(r.perfLevels[0].gpuClockMhz, 500.0f);
+    EXPECT_FLOAT_EQ(r.perfLevels[0].memClockMhz, 96.0f);
+    EXPECT_FLOAT_EQ(r.perfLevels[2].memClockMhz, 673.0f);
+    EXPECT_FLOAT_EQ(r.perfLevels[1].vddcVolts, 0.862f);
+    EXPECT_FLOAT_EQ(r.perfLevels[0].vddcVolts, 0.0f);
+
+    float load = -1, frameBuffer = -7;
+    ASSERT_TRUE(m.reader().readLoad(r, &load, &frameBuffer));
+    EXPECT_FLOAT_EQ(load, 12.0f);
+    EXPECT_FLOAT_EQ(frameBuffer, -7.0f);  // AMD gives the first value only
+
+    uint32_t pstate = 99;
+    float gpuMhz = 0, memMhz = 0, shaderMhz = -1, volts = 4.0f;
+    ASSERT_TRUE(m.reader().readCurrentClocks(r, &pstate, &gpuMhz, &memMhz, &shaderMhz, &volts));
+    EXPECT_EQ(pstate, 1u);
+    EXPECT_FLOAT_EQ(gpuMhz, 1815.0f);
+    EXPECT_FLOAT_EQ(memMhz, 1000.0f);
+    EXPECT_FLOAT_EQ(shaderMhz, 0.0f);
+    EXPECT_FLOAT_EQ(volts, 4.0f);  // untouched
+
+    int32_t current = 0, def = 0, min = 0, max = 0;
+    ASSERT_TRUE(m.reader().readPowerControl(r, &current, &def, &min, &max));
+    EXPECT_EQ(current, 100);
+    EXPECT_EQ(def, 100);
+    EXPECT_EQ(min, 85);   // 173 W of 203 W
+    EXPECT_EQ(max, 115);  // 233 W of 203 W
+
+    // A second initialisation without shutdown is refused and adds nothing.
+    EXPECT_FALSE(AMD_Display_Library_Init(m.caps, m.gpus));
+    EXPECT_EQ(m.gpus.size(), 1u);
+}
+
+TEST(AmdReader, LiveReadsFollowTheDriverAtEveryCall) {
+    FixtureCopy copy("amdgpu-rx6800");
+    Machine m(copy.root);
+    GpuRecord& r = m.gpu(0);
+    copy.write(kRx6800Hwmon + "temp1_input", "71500\n");
+    copy.write(kRx6800Hwmon + "pwm1", "255\n");
+    copy.write(kRx6800Hwmon + "power1_cap", "101500000\n");
+    copy.write("/sys/bus/pci/devices/0000:03:00.0/pp_dpm_sclk", "0: 500Mhz *\n1: 1815Mhz\n2: 2475Mhz\n");
+
+    float core = 0, board = -3;
+    ASSERT_TRUE(m.reader().readTemperatures(r, &core, &board, nullptr, nullptr));
+    EXPECT_FLOAT_EQ(core, 71.5f);
+    EXPECT_FLOAT_EQ(board, 0.0f);
+    float percent = 0, rpm = 0;
+    ASSERT_TRUE(m.reader().readFanSpeed(r, &percent, &rpm));
+    EXPECT_FLOAT_EQ(percent, 100.0f);
+    int32_t current = 0;
+    ASSERT_TRUE(m.reader().readPowerControl(r, &current, nullptr, nullptr, nullptr));
+    EXPECT_EQ(current, 50);
+
+    uint32_t id = 7;
+    float gpuMhz = 0, memMhz = 0, volts = -1;
+    ASSERT_TRUE(m.reader().readPerfLevel(r, 0, &id, &gpuMhz, &memMhz, nullptr, &volts));
+    EXPECT_EQ(id, 0u);
+    EXPECT_FLOAT_EQ(gpuMhz, 500.0f);
+    EXPECT_FLOAT_EQ(volts, 0.862f);  // the voltage moved to the new current level
+    EXPECT_FALSE(m.reader().readPerfLevel(r, 3, &id, &gpuMhz, &memMhz, nullptr, &volts));
+}
+
+TEST(AmdReader, ACardWithoutHwmonGetsARecordButNoLiveRead) {
+    Machine m(kFixtures + "/amdgpu-no-hwmon");
+    ASSERT_EQ(m.gpus.size(), 1u);
+    GpuRecord& r = m.gpu(0);
+    EXPECT_EQ(r.overdriveVersion, 0u);
+    EXPECT_EQ(r.deviceId, 0x67DFu);
+    EXPECT_EQ(r.perfLevelCount, 0u);
+
+    float core = -5;
+    EXPECT_TRUE(m.reader().readTemperatures(r, &core, nullptr, nullptr, nullptr));  // true without a read path
+    EXPECT_FLOAT_EQ(core, 0.0f);
+    float percent = 5, rpm = 5;
+    EXPECT_FALSE(m.reader().readFanSpeed(r, &percent, &rpm));
+    EXPECT_FLOAT_EQ(percent, 0.0f);  // both cleared before the read
+    EXPECT_FLOAT_EQ(rpm, 0.0f);
+    EXPECT_FALSE(m.reader().readLoad(r, &percent, nullptr));
+    EXPECT_FLOAT_EQ(r.gpuLoadPercent, -1.0f);
+    EXPECT_FALSE(m.reader().readCurrentClocks(r, nullptr, nullptr, nullptr, nullptr, nullptr));
+    EXPECT_FALSE(m.reader().readPowerControl(r, nullptr, nullptr, nullptr, nullptr));
+}
+
+TEST(AmdReader, ASuspendedDgpuBesideAnIntelIgpuIsListedButNotWoken) {
+    Machine m(kFixtures + "/amdgpu-suspended");
+    EXPECT_EQ(m.caps.amd.agsGpuCount, 1u);  // the i915 device is not counted
+    EXPECT_EQ(m.caps.amd.adlAdapterCount, 1);  // no outputs: one entry for the card
+    ASSERT_EQ(m.gpus.size(), 1u);
+    GpuRecord& r = m.gpu(0);
+    EXPECT_EQ(r.busId, 1);
+    EXPECT_EQ(r.deviceId, 0x73FFu);
+    EXPECT_EQ(r.overdriveVersion, 6u);
+    EXPECT_FLOAT_EQ(r.sensorGpu.current, 0.0f);  // 38 °C sits in the file, unread
+    EXPECT_EQ(r.perfLevelCount, 0u);
+    EXPECT_FALSE(m.reader().readLoad(r, nullptr, nullptr));
+    EXPECT_FALSE(m.reader().readCurrentClocks(r, nullptr, nullptr, nullptr, nullptr, nullptr));
+    EXPECT_FALSE(m.reader().readFanSpeed(r, nullptr, nullptr));
+}
+
+TEST(AmdReader, TwoCardsAreReadEachFromItsOwnFiles) {
+    Machine m(kFixtures + "/amdgpu-two-cards");
+    EXPECT_EQ(m.caps.amd.agsGpuCount, 2u);  // the audio function is another driver's
+    EXPECT_EQ(m.caps.amd.adlAdapterCount, 3);
+    EXPECT_EQ(m.caps.amd.amdAdapterCount, 2u);
+    ASSERT_EQ(m.gpus.size(), 2u);
+    GpuRecord& hawaii = m.gpu(0);
+    GpuRecord& tahiti = m.gpu(1);
+    EXPECT_EQ(hawaii.busId, 3);
+    EXPECT_EQ(tahiti.busId, 10);
+    EXPECT_EQ(tahiti.adlAdapterIndex, 2);
+    // The PCI id list names 0x67B0 "...[Radeon R9 290X/390X]" and 0x6798 "...[Radeon HD 7970/...]".
+    EXPECT_STREQ(hawaii.name, "AMD Radeon R9 290X");
+    EXPECT_EQ(hawaii.tdpWatts, 250);
+    EXPECT_STREQ(tahiti.name, "AMD Radeon HD 7970");
+
+    EXPECT_FLOAT_EQ(hawaii.sensorGpu.current, 61.0f);
+    EXPECT_FLOAT_EQ(tahiti.sensorGpu.current, 52.0f);
+    float load = 0;
+    ASSERT_TRUE(m.reader().readLoad(tahiti, &load, nullptr));
+    EXPECT_FLOAT_EQ(load, 3.0f);
+    int32_t current = 0, min = -1, max = 0;
+    ASSERT_TRUE(m.reader().readPowerControl(hawaii, &current, nullptr, &min, &max));
+    EXPECT_EQ(min, 50);
+    EXPECT_EQ(max, 150);
+    ASSERT_TRUE(m.reader().readPowerControl(tahiti, &current, nullptr, &min, &max));
+    EXPECT_EQ(min, 0);
+    EXPECT_EQ(tahiti.perfLevelCount, 4u);
+    EXPECT_FLOAT_EQ(tahiti.perfLevels[3].memClockMhz, 1500.0f);  // fewer memory levels: the top one serves
+}
+
+TEST(AmdReader, MalformedAttributesFailTheirReadCleanly) {
+    Machine m(kFixtures + "/amdgpu-malformed");
+    ASSERT_EQ(m.gpus.size(), 1u);
+    GpuRecord& r = m.gpu(0);
+    float core = -5;
+    EXPECT_TRUE(m.reader().readTemperatures(r, &core, nullptr, nullptr, nullptr));
+    EXPECT_FLOAT_EQ(core, 0.0f);  // empty temp1_input: no value taken
+    EXPECT_FALSE(m.reader().readFanSpeed(r, nullptr, nullptr));  // pwm1 above pwm1_max, negative RPM
+    EXPECT_FALSE(m.reader().readLoad(r, nullptr, nullptr));      // 101 percent
+    EXPECT_FALSE(m.reader().readCurrentClocks(r, nullptr, nullptr, nullptr, nullptr, nullptr));  // no '*'
+    EXPECT_FALSE(m.reader().readPerfLevel(r, 0, nullptr, nullptr, nullptr, nullptr, nullptr));  // garbage mclk
+    EXPECT_FALSE(m.reader().readPowerControl(r, nullptr, nullptr, nullptr, nullptr));  // default limit 0
+
+    // Huge and negative sensor values are no readings either.
+    FixtureCopy copy("amdgpu-rx6800");
+    Machine good(copy.root);
+    GpuRecord& g = good.gpu(0);
+    copy.write(kRx6800Hwmon + "temp1_input", "99999999999999999999\n");
+    ASSERT_TRUE(good.reader().readTemperatures(g, &core, nullptr, nullptr, nullptr));
+    EXPECT_FLOAT_EQ(core, 45.0f);  // the last good reading stays
+    copy.write(kRx6800Hwmon + "temp1_input", "4000000000\n");
+    good.reader().readTemperatures(g, &core, nullptr, nullptr, nullptr);
+    EXPECT_FLOAT_EQ(core, 45.0f);
+    copy.write(kRx6800Hwmon + "power1_cap", "-203000000\n");
+    EXPECT_FALSE(good.reader().readPowerControl(g, nullptr, nullptr, nullptr, nullptr));
+    copy.write("/sys/bus/pci/devices/0000:03:00.0/gpu_busy_percent", "");
+    EXPECT_FALSE(good.reader().readLoad(g, nullptr, nullptr));
+    fs::remove(copy.root + kRx6800Hwmon + "fan1_input");
+    EXPECT_FALSE(good.reader().readFanSpeed(g, nullptr, nullptr));
+    copy.write("/sys/bus/pci/devices/0000:03:00.0/pp_dpm_mclk", "0: 96Mhz\n");
+    EXPECT_FALSE(good.reader().readCurrentClocks(g, nullptr, nullptr, nullptr, nullptr, nullptr));
+}
+
+TEST(AmdReader, AMachineWithoutAmdgpuHasNoAmdRecord) {
+    Machine m(kFixtures + "/no-such-machine");
+    EXPECT_FALSE(m.caps.amd.adlLoaded);
+    EXPECT_EQ(m.caps.amdReader, nullptr);
+    EXPECT_EQ(m.caps.amd.agsGpuCount, 0u);
+    EXPECT_TRUE(m.gpus.empty());
+}
+
+TEST(KalidorAmd, FacadeReadsPowerControlAndCounts) {
+    Kalidor* library = Kalidor::getInstance();
+    ASSERT_NE(library, nullptr);
+    HardwareCaps* caps = library->caps();
+    ASSERT_NE(caps, nullptr);
+    resetAmdSeenBuses();
+    caps->sources.rootDir = kFixtures + "/amdgpu-two-cards";
+    caps->ATI_Init(gGlobals.gpus);
+
+    EXPECT_EQ(library->getAmdAgsGpuCount(), 2u);
+    EXPECT_EQ(library->getAmdCrossfireGpuCount(), 0u);
+    EXPECT_EQ(library->getAmdAdapterCount(), 2u);
+    EXPECT_EQ(library->getAmdUsableAdapterCount(), 2u);
+    int32_t current = 0, def = 0, min = 0, max = 0;
+    ASSERT_TRUE(library->readGpuPowerControl(1, &current, &def, &min, &max));
+    EXPECT_EQ(def, 100);
+    EXPECT_EQ(gGlobals.gpus.at(1)->powerControlMax, 100);
+    EXPECT_FALSE(library->readGpuPowerControl(2, &current, &def, &min, &max));
+    EXPECT_FLOAT_EQ(library->readGpuCoreTemperature(1), 52.0f);
+    float gpuMhz = 0;
+    ASSERT_TRUE(library->readGpuPerfLevel(0, 1, nullptr, &gpuMhz, nullptr, nullptr, nullptr));
+    EXPECT_FLOAT_EQ(gpuMhz, 1040.0f);
+
+    gGlobals.gpus.clear();
+    caps->cleanup();
+    caps->amd = AmdState{};
+}
+
+}  // namespace

@@ -88,6 +88,54 @@ public:
     uint32_t getAmdUsableAdapterCount() const;
 
     // OpenGL
+    bool hasCapability(int index) const;
+    bool isExtensionSupported(const char* name) const;
+    bool isGlVersionAtLeast(int major, int minor) const;
+    const char* getGlRenderer() const;
+    const char* getGlVendor() const;
+    const char* getGlVersion() const;
+    const char* getGlslVersion() const;
+    uint32_t getExtensionCount() const;
+    const char* getExtensionName(int index) const;
+    uint32_t getGlExtensionCount() const;
+    uint32_t getWglExtensionCount() const;  // names the EGL display adds
+    int32_t getMsaaModeCount() const;
+    int32_t getMsaaMode(int index) const;  // samples; 0 past the end
+    int32_t getMaxSamples() const;
+    // The capability catalogue; a null group selects the separator's empty group.
+    int32_t capCount() const;
+    int32_t capCountInGroup(const char* group, int32_t* firstIndex) const;
+    bool findCapByName(const char* name, int32_t* index) const;
+    bool getCap(int index, char* name, int32_t* valueType, int32_t* intValue, int32_t* tripleValue,
+                int64_t* int64Value, float* floatValue, char* group) const;  // names and groups: 128 bytes
+    // GPU memory through OpenGL, in KB, read now.
+    bool readGlNvxMemory(int32_t* totalKb, int32_t* freeKb);
+    int32_t readGlAtiTotalMemoryKb();
+    int32_t readGlAtiUsedMemoryKb();
+    int32_t getGlMajorVersion() const;
+    int32_t getGlMinorVersion() const;
+    int32_t getMaxTextureUnitsARB() const;
+    int32_t getMaxVertexTextureUnits() const;
+    int32_t getMaxPixelTextureUnits() const;
+    int32_t getMaxGeometryTextureUnits() const;
+    int32_t getMaxTextureSize() const;
+    float getMaxAnisotropy() const;
+    float getMaxPointSpriteSize() const;
+    int32_t getMaxDynamicLights() const;
+    int32_t getMaxViewportSize() const;
+    int32_t getMaxVertexUniformComponents() const;
+    int32_t getMaxFragmentUniformComponents() const;
+    int32_t getMaxGeometryUniformComponents() const;
+    int32_t getMaxVaryingFloats() const;
+    int32_t getMaxVertexBindableUniforms() const;
+    int32_t getMaxFragmentBindableUniforms() const;
+    int32_t getMaxGeometryBindableUniforms() const;
+    int32_t getMaxDrawBuffers() const;
+    int32_t getMaxTessControlTextureUnits() const;
+    int32_t getMaxTessEvaluationTextureUnits() const;
+    int32_t getMaxTessGenLevel() const;
+    int32_t getMaxTessControlUniformComponents() const;
+    int32_t getMaxTessEvaluationUniformComponents() const;
 
     // The main render window's machine state (null before getInstance succeeded).
     HardwareCaps* caps() const;

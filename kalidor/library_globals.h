@@ -38,6 +38,7 @@ struct GpuSummary {
     std::vector<std::string> extensionNames;
     uint32_t glExtensionCount = 0;
     uint32_t wglExtensionCount = 0;
+    OpenGlNumbers glNumbers;
 };
 
 // The library's one global block.

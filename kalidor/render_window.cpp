@@ -2,6 +2,9 @@
 
 #include <atomic>
 
+#include "opengl/gl_api.h"
+#include "opengl/platform/egl_probe.h"
+
 namespace Kalidornm {
 
 uint32_t nextLibrarySerial() {

@@ -7,6 +7,9 @@
 
 namespace Kalidornm {
 
+class EglProbe;
+class GlApi;
+
 // Owner of the hidden OpenGL probe context and of the machine's HardwareCaps.
 class RenderWindow {
 public:
@@ -24,6 +27,12 @@ public:
     bool hasNvxMemoryInfo() const { return m_hasNvxMemoryInfo; }
     bool hasAtiMemInfo() const { return m_hasAtiMemInfo; }
 
+    // GPU memory through OpenGL, read anew on each call on the probe's thread; false or -1 when that way is
+    // closed.
+    bool readNvxMemoryKb(int32_t* totalKb, int32_t* freeKb);
+    int32_t atiTotalMemoryKb();
+    int32_t atiUsedMemoryKb();
+
     int requestedGlMajor = 0;
     int requestedGlMinor = 0;
     int width = 0, height = 0, colorBits = 0, depthBits = 0, stencilBits = 0, msaaSamples = 0;
@@ -38,6 +47,8 @@ private:
     std::unique_ptr<HardwareCaps> m_caps;
     bool m_hasNvxMemoryInfo = false;
     bool m_hasAtiMemInfo = false;
+    std::unique_ptr<EglProbe> m_probe;
+    std::unique_ptr<GlApi> m_glApi;
 };
 
 // Serial numbers shared by the library's list nodes and windows; the first is 1.

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "hardware_caps.h"
+#include "library_globals.h"
+
+namespace Kalidornm {
+
+// The scan's last step: OpenGL numbers, version strings, extension names and counts into the summary.
+void copyOpenGlSummary(const HardwareCaps& caps, GpuSummary& summary);
+
+}  // namespace Kalidornm

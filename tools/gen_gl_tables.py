@@ -34,8 +34,9 @@ VALUE_TYPES = {"": 1, "float": 2, "int64": 4, "triple": 5}
 
 
 def section(lines, title):
-    start = next(i for i, line in enumerate(lines) if line.startswith(title))
-    end = next(i for i in range(start + 1, len(lines)) if lines[i].startswith("# Part "))
+    """The lines of the top-level chapter whose heading ends with `title`, up to the next chapter."""
+    start = next(i for i, line in enumerate(lines) if line.startswith("# ") and line.rstrip().endswith(title))
+    end = next((i for i in range(start + 1, len(lines)) if lines[i].startswith("# ")), len(lines))
     return lines[start:end]
 
 
@@ -80,7 +81,7 @@ def url_for_odd_path(name, path):
 
 
 def extension_rows(lines):
-    part = section(lines, "# Part 3.3")
+    part = section(lines, "Extension lists and specification links")
     odd = {}
     for line in part:
         m = re.fullmatch(r"\| `((?:GL|WGL)_\w+)` \| (/\S*) \|", line.strip())
@@ -115,7 +116,7 @@ def header_values(paths):
 
 
 def catalogue_rows(lines, values):
-    part = section(lines, "# Part 3.2")
+    part = section(lines, "OpenGL capability catalogue")
     rows, groups = [], []
     for line in part:
         m = re.fullmatch(r"\| `(GL_\w+)` \| (\d+) \| (.*) \|", line.strip())

@@ -6,12 +6,18 @@ row numbers and first-row-wins answers never change), then the rows of later GPU
 the public PCI id list, then one all-zero closing row. Figures come from
 tools/gpu_db/seed_figures.txt and tools/gpu_db/modern_figures.txt.
 
+The later GPUs come from two copies of the public PCI id list: the system's pci.ids (Debian
+package "pci.ids") and tools/gpu_db/pci_ids_newer_gpus.txt, a committed extract of the GPU lines
+of a newer copy. The system list answers every id it has; the extract only adds ids the
+system list lacks. Rows stay in device id order.
+
 Usage, from the repository root:
-    tools/gen_gpu_tables.py [--seed FILE] [--pci-ids /usr/share/misc/pci.ids] [--out DIR]
+    tools/gen_gpu_tables.py [--seed FILE] [--pci-ids /usr/share/misc/pci.ids]
+                            [--newer-pci-ids FILE] [--out DIR]
 
 The build never runs this script: its output is committed. Rerun it after editing one of the
-inputs or when a newer pci.ids (Debian package "pci.ids") should contribute more devices.
-A modern device id is only ever taken from pci.ids, never typed in.
+inputs or when a newer pci.ids should contribute more devices.
+A modern device id is only ever taken from a copy of the PCI id list, never typed in.
 """
 
 import argparse
@@ -33,9 +39,11 @@ VENDORS = [
 # Functions of a GPU package that are not the GPU itself.
 NOT_A_GPU = re.compile(
     r"Audio|USB|UCSI|NVSwitch|Engineering Sample|Switch|Upstream Port|Downstream Port|"
-    r"Cryptographic|Root Port|Host Bridge|Registers|Thermal|Gaussian|Imaging|Engine")
+    r"Cryptographic|Root Port|Host Bridge|Registers|Thermal|Gaussian|Imaging|Engine|"
+    r"Reserved Dev ID|Initial Dev ?ID")
 
-NVIDIA_CHIPS = re.compile(r"^(GP1\d\d|GV100|TU1\d\d|GA1\d\d|AD1\d\d|GH100|GN2\d)")
+# Blackwell chips: GB100-GB120 datacenter, GB202-GB207 desktop and laptop, GB10B/GB20B SoCs.
+NVIDIA_CHIPS = re.compile(r"^(GP1\d\d|GV100|TU1\d\d|GA1\d\d|AD1\d\d|GH100|GN2\d|GB[12]\d[\dB])")
 
 # AMD chip names in pci.ids and the architecture tag that our codenames carry.
 AMD_FAMILIES = [
@@ -43,9 +51,17 @@ AMD_FAMILIES = [
     (re.compile(r"^(Vega ?\d+|Raven|Picasso|Renoir|Cezanne|Lucienne|Barcelo)"), "GCN5"),
     (re.compile(r"^Navi ?1\d"), "RDNA1"),
     (re.compile(r"^(Navi ?2\d|Rembrandt|Mendocino|Raphael|VanGogh)"), "RDNA2"),
-    (re.compile(r"^(Navi ?3\d|Phoenix)"), "RDNA3"),
+    (re.compile(r"^(Granite Ridge|Sephiroth)"), "RDNA2"),
+    (re.compile(r"^(Navi ?3\d|Phoenix|HawkPoint)"), "RDNA3"),
+    (re.compile(r"^(Strix|Krackan)"), "RDNA3.5"),
+    (re.compile(r"^Navi ?4\d"), "RDNA4"),
     (re.compile(r"^Arcturus"), "CDNA1"),
     (re.compile(r"^Aldebaran"), "CDNA2"),
+    (re.compile(r"^Aqua Vanjaram"), "CDNA3"),
+]
+# pci.ids names the MI350 series after the MI300 chip, but it is the next architecture.
+AMD_PRODUCT_FAMILIES = [
+    (re.compile(r"^Instinct MI35\d"), "CDNA4"),
 ]
 
 # Intel graphics by device id range, named after the platform where pci.ids gives no chip.
@@ -60,16 +76,23 @@ INTEL_FAMILIES = [
     (0x4E50, 0x4E7F, "JasperLake"),
     (0x4F80, 0x4F8F, "DG2"),
     (0x5690, 0x56BF, "DG2"),
+    (0x56C0, 0x56CF, "ATS-M"),
     (0x5900, 0x593F, "KabyLake"),
     (0x5A84, 0x5A85, "ApolloLake"),
+    (0x6420, 0x64BF, "LunarLake"),
+    (0x7D40, 0x7DDF, "MeteorLake"),
     (0x87C0, 0x87CF, "AmberLake"),
     (0x8A50, 0x8A5F, "IceLake"),
     (0x9840, 0x984F, "Lakefield"),
     (0x9A40, 0x9A7F, "TigerLake"),
     (0x9B00, 0x9BFF, "CometLake"),
     (0xA700, 0xA7FF, "RaptorLake"),
+    (0xB080, 0xB0FF, "PantherLake"),
+    (0xB640, 0xB64F, "ArrowLake"),
+    (0xE200, 0xE22F, "Battlemage"),
+    (0xFD80, 0xFD8F, "WildcatLake"),
 ]
-INTEL_GRAPHICS = re.compile(r"Graphics|Arc|DG[12]|UHD|Iris")
+INTEL_GRAPHICS = re.compile(r"Graphics|Arc|DG[12]|UHD|Iris|GPU Flex")
 
 
 def fail(msg):
@@ -161,6 +184,17 @@ def read_pci_ids(path):
     return version, devices
 
 
+def merge_newer(devices, newer):
+    """The devices of the system list, plus those of the newer list whose id it lacks, by id."""
+    merged = {}
+    for vendor in set(devices) | set(newer):
+        known = {dev for dev, _ in devices.get(vendor, [])}
+        extra = [(dev, text) for dev, text in newer.get(vendor, []) if dev not in known]
+        # sorted() is stable: should a list repeat an id, its first line still comes first.
+        merged[vendor] = sorted(devices.get(vendor, []) + extra, key=lambda d: d[0])
+    return merged
+
+
 def split_chip(text):
     """'GP104 [GeForce GTX 1080]' gives ('GP104', 'GeForce GTX 1080'); no brackets gives (text, None)."""
     m = re.match(r"^(.*?)\s*\[(.*)\]\s*$", text)
@@ -184,6 +218,7 @@ def modern_candidates(vendor_id, devices):
             tag = next((t for rx, t in AMD_FAMILIES if rx.match(chip)), None)
             if tag is None:
                 continue
+            tag = next((t for rx, t in AMD_PRODUCT_FAMILIES if product and rx.match(product)), tag)
             out.append((dev, f"{chip}({tag})", product or chip))
         elif vendor_id == 0x8086:
             family = next((f for lo, hi, f in INTEL_FAMILIES if lo <= dev <= hi), None)
@@ -217,6 +252,7 @@ def main():
     ap.add_argument("--seed-figures", default=os.path.join(DATA, "seed_figures.txt"))
     ap.add_argument("--modern-figures", default=os.path.join(DATA, "modern_figures.txt"))
     ap.add_argument("--pci-ids", default="/usr/share/misc/pci.ids")
+    ap.add_argument("--newer-pci-ids", default=os.path.join(DATA, "pci_ids_newer_gpus.txt"))
     ap.add_argument("--out", default=os.path.join(ROOT, "kalidor", "gpu_database"))
     args = ap.parse_args()
 
@@ -224,6 +260,8 @@ def main():
     seed_figures = read_seed_figures(args.seed_figures)
     modern_figures = read_modern_figures(args.modern_figures)
     pci_version, devices = read_pci_ids(args.pci_ids)
+    newer_version, newer = read_pci_ids(args.newer_pci_ids)
+    devices = merge_newer(devices, newer)
 
     sizes = []
     for label, vid, stem, prefix in VENDORS:
@@ -259,7 +297,8 @@ def main():
         path = os.path.join(args.out, f"gpu_table_{stem}.inc")
         with open(path, "w", encoding="utf-8") as f:
             f.write(f"// {label} device table (vendor 0x{vid:04X}), generated by tools/gen_gpu_tables.py\n"
-                    f"// from the seed device list, tools/gpu_db/*_figures.txt and pci.ids {pci_version}.\n"
+                    f"// from the seed device list, tools/gpu_db/*_figures.txt, pci.ids {pci_version}\n"
+                    f"// and the newer GPU lines of pci.ids {newer_version} (tools/gpu_db).\n"
                     "// Do not edit: change the inputs and rerun the generator.\n"
                     "// Fields: deviceId, codename, fullName, unifiedShaders, vertexPipes, pixelPipes,\n"
                     "// tmus, rops, tdpWatts.\n\n"

@@ -160,6 +160,31 @@ TEST(GpuDatabase, LaterRowsCoverRecentGpusWithPublicIds)
     expectRow({PciVendorIntel, 0x3E92, "CoffeeLake-S GT2", "Intel UHD Graphics 630", 24, 0, 0, -1, -1, 0});
 }
 
+// Ids the system PCI id list of 2023 lacks come from the newer extract in tools/gpu_db.
+TEST(GpuDatabase, GpusNewerThanTheSystemListAreNamed)
+{
+    expectRow({PciVendorNvidia, 0x2335, "GH100", "NVIDIA H200 SXM 141GB", 16896, 0, 0, 528, -1, 700});
+    expectRow({PciVendorNvidia, 0x2B85, "GB202", "NVIDIA GeForce RTX 5090", 21760, 0, 0, 680, 176, 575});
+    expectRow({PciVendorNvidia, 0x2901, "GB100", "NVIDIA B200", -1, 0, 0, -1, -1, 0});
+    expectRow({PciVendorNvidia, 0x26B9, "AD102GL", "NVIDIA L40S", 18176, 0, 0, 568, 192, 350});
+    expectRow({PciVendorAmd, 0x7550, "Navi 48(RDNA4)", "AMD Radeon RX 9070/9070 XT/9070 GRE", -1, 0, 0, -1, -1, 0});
+    expectRow({PciVendorAmd, 0x74A1, "Aqua Vanjaram(CDNA3)", "AMD Instinct MI300X", 19456, 0, 0, 1216, -1, 750});
+    // The list names the MI350 series after the MI300 chip; the architecture tag follows the product.
+    expectRow({PciVendorAmd, 0x75A3, "Aqua Vanjaram(CDNA4)", "AMD Instinct MI355X", 16384, 0, 0, 1024, -1, 1400});
+    expectRow({PciVendorAmd, 0x150E, "Strix(RDNA3.5)", "AMD Radeon 880M / 890M", -1, 0, 0, -1, -1, 0});
+    expectRow({PciVendorIntel, 0xE20B, "Battlemage G21", "Intel Arc B580", 160, 0, 0, 160, 80, 190});
+    expectRow({PciVendorIntel, 0x64A0, "Lunar Lake", "Intel Arc Graphics 130V / 140V", -1, 0, 0, -1, -1, 0});
+    expectRow({PciVendorIntel, 0x7D55, "Meteor Lake-P", "Intel Arc Graphics", -1, 0, 0, -1, -1, 0});
+
+    // Where both lists know an id, the system list's spelling stays.
+    EXPECT_STREQ(gpuDbName(PciVendorAmd, findGpuRow(PciVendorAmd, 0x744C)), "AMD Radeon RX 7900 XT/7900 XTX");
+
+    // Functions beside the GPU and placeholder ids of the newer list make no rows.
+    EXPECT_EQ(findGpuRow(PciVendorNvidia, 0x22E8), -1);  // GB202 audio controller
+    EXPECT_EQ(findGpuRow(PciVendorNvidia, 0x2900), -1);  // GB100 reserved id
+    EXPECT_EQ(findGpuRow(PciVendorAmd, 0x7446), -1);     // Navi 31 USB
+}
+
 TEST(GpuDatabase, NoRowGivesUnknownTextsAndZeroFigures)
 {
     const int32_t cases[][2] = {

@@ -1,10 +1,17 @@
 #pragma once
 
+#include <vector>
+
 #include "display_devices.h"
+#include "sources.h"
 
 namespace Kalidornm {
 
-// The operating system's list of display adapters, one per index; false past the last.
+// The machine's display adapters: PCI display-class devices, the boot VGA device first and then bus order;
+// without any, one software rasterizer slot if EGL offers such a device; else none.
+std::vector<DisplaySlot> listDisplayDevices(const KalidorSources& sources);
+
+// The display adapter of this index on the real machine; false past the last.
 bool enumDisplayDevice(int index, DisplaySlot* device);
 
 }  // namespace Kalidornm

@@ -7,7 +7,13 @@ namespace Kalidornm {
 // Where the library reads the machine from. Tests point these at fixture trees and fake libraries; a real run
 // uses the defaults.
 struct KalidorSources {
-    std::string rootDir = "/";  // prefix for /sys, /proc and /dev paths
+    std::string rootDir = "/";  // prefix for /sys, /proc, /etc and /dev paths
+    std::string pciIdsFile;     // the PCI id list for device names; empty: libpci's own default
+    std::string eglLibrary = "libEGL.so.1";  // asked for a software rasterizer when no PCI display device exists
 };
+
+// rootDir joined with an absolute path ("/sys/..."), with exactly one slash between them.
+std::string underRoot(const KalidorSources& sources, const std::string& absolutePath);
+std::string underRoot(const std::string& rootDir, const std::string& absolutePath);
 
 }  // namespace Kalidornm

@@ -1,0 +1,107 @@
+#include "proc_system.h"
+
+#include <dirent.h>
+#include <sys/utsname.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <sstream>
+
+#include "sources.h"
+#include "sysfs_files.h"
+
+namespace Kalidornm {
+
+namespace {
+
+std::string trimmed(const std::string& text) {
+    const size_t first = text.find_first_not_of(" \t\r\n");
+    if (first == std::string::npos) return {};
+    return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
+}
+
+// The value of the first "key<sep>value" line of a file.
+std::string keyedValue(const std::string& path, const std::string& key, char separator) {
+    std::ifstream in(path);
+    for (std::string line; std::getline(in, line);) {
+        const size_t at = line.find(separator);
+        if (at != std::string::npos && trimmed(line.substr(0, at)) == key) return trimmed(line.substr(at + 1));
+    }
+    return {};
+}
+
+uint64_t meminfoKb(const std::string& rootDir, const char* key) {
+    return std::strtoull(keyedValue(underRoot(rootDir, "/proc/meminfo"), key, ':').c_str(), nullptr, 10);
+}
+
+std::string osReleasePrettyName(const std::string& rootDir) {
+    for (const char* path : {"/etc/os-release", "/usr/lib/os-release"}) {
+        std::string value = keyedValue(underRoot(rootDir, path), "PRETTY_NAME", '=');
+        if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front())
+            value = value.substr(1, value.size() - 2);
+        if (!value.empty()) return value;
+    }
+    return {};
+}
+
+// Memory the kernel manages in hot-pluggable blocks: the online ones, each block_size_bytes (hex) large.
+uint64_t onlineMemoryBlockBytes(const std::string& rootDir) {
+    const std::string base = underRoot(rootDir, "/sys/devices/system/memory");
+    const auto blockSize = readHexNumber(base + "/block_size_bytes");
+    if (!blockSize) return 0;
+    std::unique_ptr<DIR, int (*)(DIR*)> dir(opendir(base.c_str()), closedir);
+    if (!dir) return 0;
+    uint64_t blocks = 0;
+    while (dirent* entry = readdir(dir.get())) {
+        const std::string name = entry->d_name;
+        if (name.rfind("memory", 0) != 0 || name.size() == 6) continue;
+        if (readFirstLine(base + "/" + name + "/online").value_or("1") == "1") ++blocks;
+    }
+    return blocks * uint64_t(*blockSize);
+}
+
+}  // namespace
+
+int32_t countCpuList(const std::string& list) {
+    int32_t count = 0;
+    std::stringstream ranges(list);
+    for (std::string range; std::getline(ranges, range, ',');) {
+        range = trimmed(range);
+        if (range.empty()) continue;
+        const size_t dash = range.find('-');
+        const long first = std::strtol(range.c_str(), nullptr, 10);
+        const long last = dash == std::string::npos ? first : std::strtol(range.c_str() + dash + 1, nullptr, 10);
+        if (last >= first) count += int32_t(last - first + 1);
+    }
+    return count;
+}
+
+LinuxSystemFacts readLinuxSystemFacts(const std::string& rootDir) {
+    LinuxSystemFacts facts;
+    facts.cpuModelName = keyedValue(underRoot(rootDir, "/proc/cpuinfo"), "model name", ':');
+    facts.memTotalKb = meminfoKb(rootDir, "MemTotal");
+    facts.installedMemoryBytes = onlineMemoryBlockBytes(rootDir);
+    facts.onlineCpus = countCpuList(readFirstLine(underRoot(rootDir, "/sys/devices/system/cpu/online")).value_or(""));
+    if (facts.onlineCpus == 0 && underRoot(rootDir, "/") == "/") facts.onlineCpus = int32_t(sysconf(_SC_NPROCESSORS_ONLN));
+    facts.prettyName = osReleasePrettyName(rootDir);
+
+    facts.kernelRelease = readFirstLine(underRoot(rootDir, "/proc/sys/kernel/osrelease")).value_or("");
+    facts.machine = readFirstLine(underRoot(rootDir, "/proc/sys/kernel/arch")).value_or("");
+    utsname names{};
+    if (underRoot(rootDir, "/") == "/" && uname(&names) == 0) {
+        if (facts.kernelRelease.empty()) facts.kernelRelease = names.release;
+        if (facts.machine.empty()) facts.machine = names.machine;
+    }
+    return facts;
+}
+
+uint32_t readMemoryLoadPercent(const std::string& rootDir) {
+    const uint64_t total = meminfoKb(rootDir, "MemTotal");
+    const uint64_t available = meminfoKb(rootDir, "MemAvailable");
+    if (total == 0 || available > total) return 0;
+    return uint32_t((total - available) * 100 / total);
+}
+
+}  // namespace Kalidornm

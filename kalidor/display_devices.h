@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 namespace Kalidornm {
 
@@ -50,6 +52,23 @@ struct DisplayDeviceData {
     DisplaySlot slots[kDisplaySlotCount];
     PrimaryDisplay primary;
 };
+
+// The fixed fields of a device-id string "PCI\VEN_vvvv&DEV_dddd&SUBSYS_ssssvvvv&REV_rr".
+enum class IdField { Vendor, Device, Subdevice, Subvendor, Revision };
+
+// The raw characters of a field (four, two for the revision); "" when the string is too short for it.
+std::string idFieldText(const char* idString, IdField field);
+
+// A field decoded with hexQuad; -1 when the string is too short for it. The revision is not decoded.
+int32_t idFieldValue(const char* idString, IdField field);
+
+// "PCI\VEN_vvvv&DEV_dddd&SUBSYS_ssssvvvv&REV_rr" in upper-case hex, the subdevice before the subvendor.
+std::string pciDeviceIdString(uint32_t vendor, uint32_t device, uint32_t subvendor, uint32_t subdevice,
+                              uint32_t revision);
+
+// The slot that stands for a software rasterizer when a machine has no PCI display device.
+inline constexpr const char* kSoftwareRasterizerId = "SWR\\VEN_0000&DEV_0000&SUBSYS_00000000&REV_00";
+inline constexpr const char* kSoftwareRasterizerName = "Mesa software rasterizer";
 
 // Four hex digit characters to a number: each is upper-cased, '0'-'9' give 0-9, anything else its code
 // minus 55 ('A'-'F' give 10-15). No validation.

@@ -58,6 +58,9 @@ struct HardwareCaps {
     // Reads the driver's values for the record's display device into the record.
     bool readGpuDriverRegistry(GpuRecord& record);
 
+    // Reads the primary device's driver values into `driver`; run by the OpenGL probe once its context is up.
+    bool initGraphicsControllerData();
+
     // Lets go of what the readers loaded.
     void cleanup();
 

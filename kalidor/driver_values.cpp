@@ -1,0 +1,133 @@
+#include "driver_values.h"
+
+#include <array>
+#include <cstring>
+#include <limits>
+#include <string_view>
+
+#include "hardware_caps.h"
+#include "library_log.h"
+
+namespace Kalidornm {
+
+namespace {
+
+struct GlDriverRow {
+    const char* kernelDriver;
+    const char* glDriver;
+};
+
+constexpr std::array<GlDriverRow, 11> kGlDriverRows{{
+    {"amdgpu", "radeonsi"},
+    {"radeon", "r600"},
+    {"i915", "iris"},
+    {"xe", "iris"},
+    {"nouveau", "nouveau"},
+    {"nvidia", "nvidia"},
+    {"virtio_gpu", "virgl"},
+    {"vmwgfx", "svga"},
+    {"ast", "llvmpipe"},
+    {"mgag200", "llvmpipe"},
+    {"", "llvmpipe"},
+}};
+static_assert(kGlDriverRows.size() == 11);
+
+constexpr std::array<std::string_view, 7> kWeekdays{"Mon ", "Tue ", "Wed ", "Thu ", "Fri ", "Sat ", "Sun "};
+static_assert(kWeekdays.size() == 7);
+
+// From the last weekday name on ("Sat Aug 19 01:15:15 UTC 2023"); npos when there is none.
+size_t dateStart(std::string_view text) {
+    size_t best = std::string_view::npos;
+    for (std::string_view day : kWeekdays) {
+        const size_t at = text.rfind(day);
+        if (at != std::string_view::npos && (best == std::string_view::npos || at > best)) best = at;
+    }
+    return best;
+}
+
+// The kernel's version string is "#1 SMP PREEMPT_DYNAMIC <date>"; distributions put their own text there,
+// Debian a package version with the date in brackets.
+std::string kernelBuildDate(const std::string& version) {
+    if (version.empty()) return {};
+    if (version.back() == ')') {
+        const size_t open = version.rfind('(');
+        if (open != std::string::npos) return version.substr(open + 1, version.size() - open - 2);
+    }
+    const size_t weekday = dateStart(version);
+    if (weekday != std::string::npos) return version.substr(weekday);
+    size_t at = 0;
+    for (;;) {
+        const size_t end = version.find(' ', at);
+        const std::string word = version.substr(at, end == std::string::npos ? std::string::npos : end - at);
+        const bool flag = word.empty() || word[0] == '#' || word == "SMP" || word.rfind("PREEMPT", 0) == 0;
+        if (!flag || end == std::string::npos) return flag ? std::string() : version.substr(at);
+        at = end + 1;
+    }
+}
+
+}  // namespace
+
+const char* openGlDriverForKernelDriver(const std::string& kernelDriver) {
+    for (const GlDriverRow& row : kGlDriverRows)
+        if (kernelDriver == row.kernelDriver) return row.glDriver;
+    return "";
+}
+
+std::string driverVersionOf(const SysfsDriverFacts& facts) {
+    return facts.moduleVersion.empty() ? facts.kernelRelease : facts.moduleVersion;
+}
+
+std::string driverDateOf(const SysfsDriverFacts& facts) {
+    if (!facts.nvidiaVersionLine.empty()) {
+        const size_t at = dateStart(facts.nvidiaVersionLine);
+        if (at != std::string::npos) return facts.nvidiaVersionLine.substr(at);
+    }
+    return kernelBuildDate(facts.kernelVersion);
+}
+
+// The driver values of the record's device. Its display key is the device's sysfs directory; no key, no
+// values. Catalyst and Crimson belong to another platform's AMD driver and stay empty here.
+bool HardwareCaps::readGpuDriverRegistry(GpuRecord& record) {
+    SysfsDriverFacts facts;
+    if (!readSysfsDriverFacts(sources.rootDir, record.displayDeviceKey, &facts)) return false;
+
+    if (!facts.vbiosVersion.empty()) copyText(record.biosVersion, facts.vbiosVersion.c_str());
+    if (facts.vramBytes) record.memorySizeMb = uint32_t(facts.vramBytes >> 20);
+    record.isCrimson = 0;
+    char version[128];
+    copyText(version, driverVersionOf(facts).c_str());
+    copyText(record.driverVersion, version);
+    copyText(record.driverDate, driverDateOf(facts).c_str());
+
+    const char* glDriver = openGlDriverForKernelDriver(facts.kernelDriver);
+    if (*glDriver) {
+        copyText(record.openGLDriverName, glDriver);
+        const std::string withGl = std::string(record.driverVersion) + " " + glDriver;
+        copyText(record.driverVersion, withGl.c_str());
+    }
+    return true;
+}
+
+bool HardwareCaps::initGraphicsControllerData() {
+    generalTrace().write(
+        "RenderWindow::initializeGLContextWin32() - m_pRWCtx->mHardwareCaps.initGraphicsControllerData()...");
+    copyText(driver.driverVersion, "Unknown version");
+    driver.memorySizeBytes = 0;
+
+    // Slot 0 is the primary adapter by construction, so its key is the one to read.
+    const DisplaySlot& primarySlot = display.slots[0];
+    SysfsDriverFacts facts;
+    if (!readSysfsDriverFacts(sources.rootDir, primarySlot.deviceKey, &facts)) return false;
+
+    copyText(driver.openGLDriverName, openGlDriverForKernelDriver(facts.kernelDriver));
+    copyText(driver.deviceDescription, primarySlot.deviceString);
+    if (!facts.vbiosVersion.empty()) copyText(driver.biosString, facts.vbiosVersion.c_str());
+    constexpr uint64_t kMaxBytes = std::numeric_limits<uint32_t>::max();
+    driver.memorySizeBytes = uint32_t(facts.vramBytes > kMaxBytes ? kMaxBytes : facts.vramBytes);
+    copyText(driver.driverVersion, driverVersionOf(facts).c_str());
+    copyText(driver.driverDescription, facts.kernelDriver.c_str());
+    copyText(driver.driverDate, driverDateOf(facts).c_str());
+    return true;
+}
+
+}  // namespace Kalidornm

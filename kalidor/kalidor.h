@@ -35,9 +35,30 @@ public:
     bool isVista() const;
     uint32_t getPhysxVersion() const;
     bool isPhysxOnGpu() const;
-    // (more system accessors: CPU, memory, OS)
+    const char* getCpuName() const;
+    int32_t getCpuFamily() const;
+    int32_t getCpuExtFamily() const;
+    int32_t getCpuModel() const;
+    int32_t getCpuExtModel() const;
+    int32_t getCpuStepping() const;
+    int32_t getCpuExtStepping() const;
+    int32_t getCpuLogicalCores() const;
+    int32_t getCpuPhysicalCores() const;
+    // Index 0 to 7; false above.
+    bool getCpuFeature(int index) const;
+    const char* getOsDescription() const;
+    const char* getOsShortName() const;
+    uint32_t getInstalledMemoryMb() const;
+    uint32_t getTotalMemoryKb() const;
+    uint32_t getPhysicalMemoryBytes() const;
+    // Read now, each call.
+    uint32_t getMemoryLoadPercent() const;
 
-    // Display mode
+    // Display mode: each call reads the current mode of the default display and keeps it in the summary.
+    uint32_t getDisplayBitsPerPixel();
+    uint32_t getDisplayFrequency();
+    uint32_t getDisplayHeight();
+    uint32_t getDisplayWidth();
 
     // Primary GPU summary
     bool hasDisplayDevice() const;
@@ -46,9 +67,42 @@ public:
     const char* getPrimaryGpuDbName() const;
     // The company behind the primary PCI vendor id, "Unknown" when it is not listed or there is no display device.
     const char* getPrimaryVendorName() const;
-    // (more summary accessors)
+    const char* getPrimaryCodename() const;
+    const char* getPrimaryDriverText() const;
+    uint32_t getPrimaryVendorId() const;
+    uint32_t getPrimaryDeviceId() const;
+    uint32_t getPrimarySubvendorId() const;
+    uint32_t getPrimarySubdeviceId() const;
+    const char* getPrimaryRevisionText() const;
+    // For an NVIDIA primary, GPU 0's core count as its reader knows it, if non-zero; else the summary's.
+    int32_t getPrimaryShaderCores() const;
+    int32_t getPrimaryVertexPipes() const;
+    int32_t getPrimaryPixelPipes() const;
+    int32_t getPrimaryTmus() const;
+    int32_t getPrimaryRops() const;
+    int32_t getPrimaryTdp() const;
+    uint32_t getPrimaryVideoMemoryMb() const;
+    const char* getPrimaryBiosVersion() const;
+    uint32_t getPrimaryGpuCount() const;
+    uint32_t getPrimaryTotalGpuCount() const;
+    bool hasArrayAndBufferTextures() const;
+    int32_t getPrimaryVendorKind() const;
+    bool isPrimaryAmd() const;
+    bool isPrimaryIntel() const;
+    bool isPrimaryNvidia() const;
+    bool isPrimaryS3() const;
 
     // Primary-device driver values
+    const char* getPrimaryDriverVersion() const;
+    const char* getPrimaryDriverDescription() const;
+    const char* getPrimaryDriverDate() const;
+    const char* getPrimaryDeviceDescription() const;
+    const char* getPrimaryOpenGLDriverName() const;
+    const char* getPrimaryAdapterString() const;
+    const char* getPrimaryBiosString() const;
+    const char* getPrimaryCatalystVersion() const;
+    const char* getPrimaryReleaseVersion() const;
+    uint32_t getPrimaryMemorySizeBytes() const;
 
     // Per-GPU identity and cached values
     uint32_t getGpuCount() const;
@@ -58,7 +112,24 @@ public:
     int32_t getGpuBusId(int gpu) const;
     const char* getGpuDisplayDeviceId(int gpu) const;
     const char* getGpuDisplayDeviceString(int gpu) const;
+    // A figure of 0 asks the database again with the record's ids; a value above 0 is kept in the record.
+    int32_t getGpuShaderCores(int gpu) const;
+    int32_t getGpuVertexPipes(int gpu) const;
+    int32_t getGpuPixelPipes(int gpu) const;
+    int32_t getGpuTdp(int gpu) const;
+    // -1 without a record.
+    int32_t getGpuTextureUnits(int gpu) const;
+    int32_t getGpuRopUnits(int gpu) const;
+    uint32_t getGpuMemorySizeMb(int gpu) const;
+    const char* getGpuMemoryType(int gpu) const;
+    // text: "GPU dedicated", "Sys shared", "Sys dedicated" or "".
+    bool getGpuMemoryBusWidth(int gpu, uint32_t* bits, const char** text) const;
+    const char* getGpuBiosVersion(int gpu) const;
     const char* getGpuDriverVersion(int gpu) const;
+    const char* getGpuDriverDate(int gpu) const;
+    const char* getGpuCatalystVersion(int gpu) const;
+    const char* getGpuReleaseVersion(int gpu) const;
+    bool isGpuCrimsonDriver(int gpu) const;
     bool hasGpuTemperature(int gpu) const;
     uint32_t getGpuPerfLevelCount(int gpu) const;
     uint32_t countGpusWithTemperature() const;

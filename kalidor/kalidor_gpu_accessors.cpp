@@ -71,9 +71,89 @@ const char* Kalidor::getGpuDisplayDeviceString(int gpu) const {
     return r ? r->displayDeviceString : nullptr;
 }
 
+int32_t Kalidor::getGpuShaderCores(int gpu) const {
+    GpuRecord* r = record(gpu);
+    return r ? refillFromGpuDb(r->shaderCores, r->vendorId, r->deviceId, GpuDbFigure::UnifiedShaders) : 0;
+}
+
+int32_t Kalidor::getGpuVertexPipes(int gpu) const {
+    GpuRecord* r = record(gpu);
+    return r ? refillFromGpuDb(r->vertexPipes, r->vendorId, r->deviceId, GpuDbFigure::VertexPipes) : 0;
+}
+
+int32_t Kalidor::getGpuPixelPipes(int gpu) const {
+    GpuRecord* r = record(gpu);
+    return r ? refillFromGpuDb(r->pixelPipes, r->vendorId, r->deviceId, GpuDbFigure::PixelPipes) : 0;
+}
+
+int32_t Kalidor::getGpuTdp(int gpu) const {
+    GpuRecord* r = record(gpu);
+    return r ? refillFromGpuDb(r->tdpWatts, r->vendorId, r->deviceId, GpuDbFigure::TdpWatts) : 0;
+}
+
+int32_t Kalidor::getGpuTextureUnits(int gpu) const {
+    const GpuRecord* r = record(gpu);
+    return r ? r->tmus : -1;
+}
+
+int32_t Kalidor::getGpuRopUnits(int gpu) const {
+    const GpuRecord* r = record(gpu);
+    return r ? r->rops : -1;
+}
+
+uint32_t Kalidor::getGpuMemorySizeMb(int gpu) const {
+    const GpuRecord* r = record(gpu);
+    return r ? r->memorySizeMb : 0;
+}
+
+const char* Kalidor::getGpuMemoryType(int gpu) const {
+    const GpuRecord* r = record(gpu);
+    return r ? r->memoryType : nullptr;
+}
+
+bool Kalidor::getGpuMemoryBusWidth(int gpu, uint32_t* bits, const char** text) const {
+    const GpuRecord* r = record(gpu);
+    if (!r) return false;
+    if (bits) *bits = r->memoryBusWidth;
+    if (text) {
+        switch (r->memoryLocation) {
+            case 1: *text = "GPU dedicated"; break;
+            case 2: *text = "Sys shared"; break;
+            case 3: *text = "Sys dedicated"; break;
+            default: *text = ""; break;
+        }
+    }
+    return true;
+}
+
+const char* Kalidor::getGpuBiosVersion(int gpu) const {
+    const GpuRecord* r = record(gpu);
+    return r ? r->biosVersion : nullptr;
+}
+
 const char* Kalidor::getGpuDriverVersion(int gpu) const {
     const GpuRecord* r = record(gpu);
     return r ? r->driverVersion : nullptr;
+}
+
+const char* Kalidor::getGpuDriverDate(int gpu) const {
+    const GpuRecord* r = record(gpu);
+    return r ? r->driverDate : nullptr;
+}
+
+const char* Kalidor::getGpuCatalystVersion(int gpu) const {
+    const GpuRecord* r = record(gpu);
+    return r ? r->catalystVersion : nullptr;
+}
+
+const char* Kalidor::getGpuReleaseVersion(int gpu) const {
+    const GpuRecord* r = record(gpu);
+    return r ? r->releaseVersion : nullptr;
+}
+
+bool Kalidor::isGpuCrimsonDriver(int gpu) const {
+    const GpuRecord* r = record(gpu);
+    return r && r->isCrimson;
 }
 
 bool Kalidor::hasGpuTemperature(int gpu) const {

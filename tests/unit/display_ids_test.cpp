@@ -1,0 +1,91 @@
+#include <gtest/gtest.h>
+
+#include "kalidor/driver_values.h"
+#include "kalidor/hardware_caps.h"
+
+namespace {
+
+using namespace Kalidornm;
+
+TEST(HexQuad, UpperCasesAndTakesOtherCharactersAsCodeMinus55) {
+    EXPECT_EQ(hexQuad('1', '0', 'D', 'E'), 0x10DEu);
+    EXPECT_EQ(hexQuad('a', 'b', 'c', 'f'), 0xABCFu);
+    EXPECT_EQ(hexQuad('0', '0', '0', '0'), 0u);
+    // No validation: 'G' is 16 and carries into the next digit.
+    EXPECT_EQ(hexQuad('0', '0', '0', 'G'), 16u);
+}
+
+TEST(DeviceIdString, FieldsSitAtFixedPositionsWithTheSubdeviceFirst) {
+    const std::string id = pciDeviceIdString(0x10DE, 0x2330, 0x10DE, 0x16C1, 0xA1);
+    EXPECT_EQ(id, "PCI\\VEN_10DE&DEV_2330&SUBSYS_16C110DE&REV_A1");
+    EXPECT_EQ(idFieldValue(id.c_str(), IdField::Vendor), 0x10DE);
+    EXPECT_EQ(idFieldValue(id.c_str(), IdField::Device), 0x2330);
+    EXPECT_EQ(idFieldValue(id.c_str(), IdField::Subdevice), 0x16C1);
+    EXPECT_EQ(idFieldValue(id.c_str(), IdField::Subvendor), 0x10DE);
+    EXPECT_EQ(idFieldText(id.c_str(), IdField::Revision), "A1");
+    EXPECT_EQ(pciDeviceIdString(0x8086, 0x9a49, 0x1043, 0x1e02, 1), "PCI\\VEN_8086&DEV_9A49&SUBSYS_1E021043&REV_01");
+
+    EXPECT_EQ(idFieldValue(kSoftwareRasterizerId, IdField::Vendor), 0);
+    EXPECT_EQ(idFieldValue(kSoftwareRasterizerId, IdField::Subvendor), 0);
+    // A string too short for a field gives nothing rather than reading past its end.
+    EXPECT_EQ(idFieldValue("PCI\\VEN_10DE", IdField::Device), -1);
+    EXPECT_EQ(idFieldText("", IdField::Vendor), "");
+}
+
+HardwareCaps capsWithSlots(std::initializer_list<const char*> ids) {
+    HardwareCaps caps;
+    int i = 0;
+    for (const char* id : ids) copyText(caps.display.slots[i++].deviceId, id);
+    return caps;
+}
+
+TEST(FindDisplaySlot, MatchesVendorAndDeviceAndTreatsZeroSubIdsAsWildcards) {
+    const HardwareCaps caps = capsWithSlots({
+        "PCI\\VEN_8086&DEV_9A49&SUBSYS_1E021043&REV_01",
+        "PCI\\VEN_1002&DEV_73FF&SUBSYS_1E021043&REV_C3",
+        "PCI\\VEN_1002&DEV_73FF&SUBSYS_00000000&REV_C3",
+    });
+    EXPECT_EQ(caps.findDisplaySlot(0x1002, 0x73FF, 0x1043, 0x1E02, kNoDisplaySlot), 1u);
+    EXPECT_EQ(caps.findDisplaySlot(0x1002, 0x73FF, 0, 0, kNoDisplaySlot), 1u);
+    // The second of two cards skips the slot the first took; a zero sub id in the slot fits any.
+    EXPECT_EQ(caps.findDisplaySlot(0x1002, 0x73FF, 0x1043, 0x1E02, 1), 2u);
+    EXPECT_EQ(caps.findDisplaySlot(0x1002, 0x73FF, 0x1458, 0x1E02, kNoDisplaySlot), 2u);
+    EXPECT_EQ(caps.findDisplaySlot(0x10DE, 0x2204, 0, 0, kNoDisplaySlot), kNoDisplaySlot);
+    // Vendor 0 and device 0 do not match the empty slots past the used part of the table.
+    EXPECT_EQ(caps.findDisplaySlot(0, 0, 0, 0, kNoDisplaySlot), kNoDisplaySlot);
+}
+
+TEST(DriverValues, GlDriverFollowsTheKernelDriver) {
+    EXPECT_STREQ(openGlDriverForKernelDriver("amdgpu"), "radeonsi");
+    EXPECT_STREQ(openGlDriverForKernelDriver("i915"), "iris");
+    EXPECT_STREQ(openGlDriverForKernelDriver("xe"), "iris");
+    EXPECT_STREQ(openGlDriverForKernelDriver("nouveau"), "nouveau");
+    EXPECT_STREQ(openGlDriverForKernelDriver("nvidia"), "nvidia");
+    EXPECT_STREQ(openGlDriverForKernelDriver("virtio_gpu"), "virgl");
+    EXPECT_STREQ(openGlDriverForKernelDriver(""), "llvmpipe");
+    EXPECT_STREQ(openGlDriverForKernelDriver("vfio-pci"), "");
+}
+
+TEST(DriverValues, VersionAndDateComeFromTheModuleOrTheKernel) {
+    SysfsDriverFacts facts;
+    facts.kernelRelease = "6.1.0-18-amd64";
+    facts.kernelVersion = "#1 SMP PREEMPT_DYNAMIC Debian 6.1.76-1 (2024-02-01)";
+    EXPECT_EQ(driverVersionOf(facts), "6.1.0-18-amd64");
+    EXPECT_EQ(driverDateOf(facts), "2024-02-01");
+
+    facts.kernelVersion = "#14~22.04.1-Ubuntu SMP PREEMPT_DYNAMIC Mon Nov 20 18:15:30 UTC 2";
+    EXPECT_EQ(driverDateOf(facts), "Mon Nov 20 18:15:30 UTC 2");
+    facts.kernelVersion = "#1 SMP PREEMPT_DYNAMIC @0";
+    EXPECT_EQ(driverDateOf(facts), "@0");
+    facts.kernelVersion = "#1 SMP";
+    EXPECT_EQ(driverDateOf(facts), "");
+
+    facts.moduleVersion = "535.104.05";
+    facts.nvidiaVersionLine =
+        "NVRM version: NVIDIA UNIX Open Kernel Module for x86_64  535.104.05  Release Build  "
+        "(dvs-builder@U16-T02-35-3)  Sat Aug 19 01:02:37 UTC 2023";
+    EXPECT_EQ(driverVersionOf(facts), "535.104.05");
+    EXPECT_EQ(driverDateOf(facts), "Sat Aug 19 01:02:37 UTC 2023");
+}
+
+}  // namespace

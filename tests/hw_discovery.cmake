@@ -13,3 +13,8 @@ add_dependencies(unit_hw_discovery fake_egl_software)
 target_compile_definitions(unit_hw_discovery PRIVATE
   SYSFS_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/sysfs"
   FAKE_EGL_SOFTWARE="$<TARGET_FILE:fake_egl_software>")
+
+lumenscope_integration_test(integration_hw_log integration/hw_log_test.cpp)
+target_link_libraries(integration_hw_log PRIVATE kalidor)
+target_compile_definitions(integration_hw_log PRIVATE LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>")
+add_dependencies(integration_hw_log lumenscope)

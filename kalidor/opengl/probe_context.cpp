@@ -56,6 +56,8 @@ bool RenderWindow::_createProbeContext() {
         state.msaaModes = framebufferMsaaModes(maxSamples[0]);
         state.maxSamples = state.msaaModes.empty() ? 0 : state.msaaModes.back().samples;
     }
+    // Last step of the probe: the primary device's driver values, which the scan's driver text is made of.
+    caps.initGraphicsControllerData();
     trace.write("RenderWindow::initializeGLContextWin32() OK.");
 
     m_hasNvxMemoryInfo = hasExtension(state.extensions, "GL_NVX_gpu_memory_info");

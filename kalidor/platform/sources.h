@@ -8,6 +8,7 @@ namespace Kalidornm {
 // uses the defaults.
 struct KalidorSources {
     std::string rootDir = "/";  // prefix for /sys, /proc and /dev paths
+    std::string nvmlLibrary = "libnvidia-ml.so.1";  // NVIDIA's management library, by soname or path
 };
 
 }  // namespace Kalidornm

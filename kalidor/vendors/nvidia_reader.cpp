@@ -1,10 +1,12 @@
 #include "vendors/nvidia_reader.h"
 
 #include <utility>
+#include <vector>
 
 #include "gpu_database/gpu_database.h"
 #include "hardware_caps.h"
 #include "library_log.h"
+#include "platform/nvidia_sysfs.h"
 #include "vendors/nvidia_gpu.h"
 #include "vendors/nvml_library.h"
 
@@ -151,12 +153,41 @@ void fillRecord(const NvidiaState& state, uint32_t index, GpuRecord& r, const Nv
     if (nvml.deviceGetIrqNum && nvml.deviceGetIrqNum(device(r.nvPhysicalGpu), &irq) == NVML_SUCCESS) r.irq = irq;
 }
 
+// Records of sleeping GPUs, made without asking the driver anything.
+void addSleepingGpus(const std::vector<SysfsNvidiaGpu>& sleeping, GpuList& gpus, const NvidiaDisplayHooks& hooks) {
+    uint32_t last = kNoDisplaySlot;
+    for (const SysfsNvidiaGpu& gpu : sleeping) {
+        GpuRecord& r = gpus.append(std::make_unique<GpuRecord>());
+        r.vendorClass = kVendorClassNvidia;
+        r.busId = gpu.bus;
+        r.vendorId = gpu.vendorId, r.deviceId = gpu.deviceId;
+        r.subvendorId = gpu.subvendorId, r.subdeviceId = gpu.subdeviceId;
+        r.nvDeviceId32 = gpu.deviceId << 16 | gpu.vendorId;
+        r.nvSubsystemId32 = gpu.subdeviceId << 16 | gpu.subvendorId;
+        takeDisplaySlot(r, hooks, last);
+        if (hooks.readDriverRegistry) hooks.readDriverRegistry(r);
+        nameFromDatabase(r, NvGpuInfo{});
+    }
+}
+
+bool allSleeping(const std::vector<SysfsNvidiaGpu>& gpus) {
+    for (const SysfsNvidiaGpu& gpu : gpus)
+        if (!gpu.suspended) return false;
+    return !gpus.empty();
+}
+
 }  // namespace
 
-void initNvidiaReader(NvidiaState& state, const std::string& libraryPath, GpuList& gpus,
-                      const NvidiaDisplayHooks& hooks) {
+void initNvidiaReader(NvidiaState& state, const std::string& libraryPath, const std::string& rootDir,
+                      GpuList& gpus, const NvidiaDisplayHooks& hooks) {
     LibraryLog& trace = zTrace();
     state.reset();
+    const std::vector<SysfsNvidiaGpu> present = listSysfsNvidiaGpus(rootDir);
+    if (allSleeping(present)) {
+        trace.write("NVML - every NVIDIA GPU sleeps; the driver is not asked");
+        addSleepingGpus(present, gpus, hooks);
+        return;
+    }
     auto nvml = std::make_unique<NvmlLibrary>();
     if (!nvml->load(libraryPath) || !nvml->start()) {
         trace.write("NVML - %s not available", libraryPath.c_str());
@@ -193,7 +224,7 @@ void HardwareCaps::NVAPI_Init(GpuList& gpus) {
     hooks.readDriverRegistry = [this](GpuRecord& record) { return readGpuDriverRegistry(record); };
 
     nvidiaReader.reset();
-    initNvidiaReader(nvidia, sources.nvmlLibrary, gpus, hooks);
+    initNvidiaReader(nvidia, sources.nvmlLibrary, sources.rootDir, gpus, hooks);
     if (nvidia.library()) nvidiaReader = makeNvidiaLiveReader(nvidia);
 }
 

@@ -62,9 +62,11 @@ struct NvidiaDisplayHooks {
 };
 
 // Finds the NVIDIA GPUs through the library at `libraryPath` and appends one record per GPU, in driver order.
-// Without the library, or when it does not start, the block stays empty and no record is made.
-void initNvidiaReader(NvidiaState& state, const std::string& libraryPath, GpuList& gpus,
-                      const NvidiaDisplayHooks& hooks);
+// Without the library, or when it does not start, the block stays empty and no record is made. Starting the
+// library wakes sleeping GPUs, so when every NVIDIA GPU under <rootDir>/sys sleeps it is not started: each
+// gets a record from its PCI ids and the GPU database, and no live value.
+void initNvidiaReader(NvidiaState& state, const std::string& libraryPath, const std::string& rootDir,
+                      GpuList& gpus, const NvidiaDisplayHooks& hooks);
 
 // The live reads of the records the NVIDIA reader made.
 std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state);

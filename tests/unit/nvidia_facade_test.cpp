@@ -24,6 +24,7 @@ protected:
         ASSERT_NE(library, nullptr);
         ASSERT_NE(library->caps(), nullptr);
         library->caps()->sources.nvmlLibrary = FakeNvmlMachine::library(variant);
+        library->caps()->sources.rootDir = ::testing::TempDir() + "no-sysfs";  // no sleeping GPU to respect
         library->caps()->NVAPI_Init(gGlobals.gpus);
     }
     void TearDown() override {

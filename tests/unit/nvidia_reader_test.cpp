@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <initializer_list>
 #include <string>
 
 #include "fake_nvml_machine.h"
@@ -10,6 +13,8 @@
 namespace {
 
 using namespace Kalidornm;
+
+const std::string kNoSysfs = "/nonexistent-root";
 
 TEST(NvidiaDriverVersion, NumberTextAndBranchComeFromTheMajorAndMinorVersion) {
     EXPECT_EQ(nvidiaDriverVersionNumber("550.54.15"), 55054u);
@@ -103,7 +108,7 @@ TEST(NvidiaReader, NoLibraryOrNoDriverMakesNoRecord) {
                                     FakeNvmlMachine::library("broken")}) {
         NvidiaState state;
         GpuList gpus;
-        initNvidiaReader(state, path, gpus, NvidiaDisplayHooks{});
+        initNvidiaReader(state, path, kNoSysfs, gpus, NvidiaDisplayHooks{});
         EXPECT_TRUE(gpus.empty()) << path;
         EXPECT_EQ(state.library(), nullptr) << path;
         EXPECT_EQ(state.nvPhysicalGpuCount, 0u);
@@ -112,6 +117,7 @@ TEST(NvidiaReader, NoLibraryOrNoDriverMakesNoRecord) {
     FakeNvmlMachine failing("init_fails\ngpu 0 pci_device 0x118010DE\n");
     HardwareCaps caps;
     caps.sources.nvmlLibrary = FakeNvmlMachine::library();
+    caps.sources.rootDir = kNoSysfs;
     GpuList gpus;
     caps.NVAPI_Init(gpus);
     EXPECT_TRUE(gpus.empty());
@@ -127,7 +133,7 @@ TEST(NvidiaReader, TwoIdenticalCardsGetARecordAndADisplaySlotEach) {
     TwoSlotDisplay display;
     NvidiaState state;
     GpuList gpus;
-    initNvidiaReader(state, FakeNvmlMachine::library(), gpus, display.hooks());
+    initNvidiaReader(state, FakeNvmlMachine::library(), kNoSysfs, gpus, display.hooks());
 
     ASSERT_EQ(gpus.size(), 2u);
     ASSERT_EQ(state.nvPhysicalGpuCount, 2u);
@@ -165,7 +171,7 @@ TEST(NvidiaReader, RecordTakesTheDriversFiguresAndItsPerfLevelTable) {
     FakeNvmlMachine machine(kBusyGtx680);
     NvidiaState state;
     GpuList gpus;
-    initNvidiaReader(state, FakeNvmlMachine::library(), gpus, NvidiaDisplayHooks{});
+    initNvidiaReader(state, FakeNvmlMachine::library(), kNoSysfs, gpus, NvidiaDisplayHooks{});
     ASSERT_EQ(gpus.size(), 1u);
     const GpuRecord& r = *gpus.at(0);
     EXPECT_EQ(r.displaySlot, kNoDisplaySlot);
@@ -197,7 +203,7 @@ TEST(NvidiaReader, UnknownDeviceZeroTemperatureAndFailingReadsKeepDefaults) {
         "gpu 1 fail DeviceGetMaxClockInfo\n");
     NvidiaState state;
     GpuList gpus;
-    initNvidiaReader(state, FakeNvmlMachine::library(), gpus, NvidiaDisplayHooks{});
+    initNvidiaReader(state, FakeNvmlMachine::library(), kNoSysfs, gpus, NvidiaDisplayHooks{});
     ASSERT_EQ(gpus.size(), 2u);
     const GpuRecord& prototype = *gpus.at(0);
     EXPECT_STREQ(prototype.name, "NVIDIA Prototype");
@@ -218,7 +224,7 @@ TEST(NvidiaReader, OldLibraryStartsThroughThePlainInitAndLacksTheNewerReads) {
     FakeNvmlMachine machine(kBusyGtx680);
     NvidiaState state;
     GpuList gpus;
-    initNvidiaReader(state, FakeNvmlMachine::library("legacy"), gpus, NvidiaDisplayHooks{});
+    initNvidiaReader(state, FakeNvmlMachine::library("legacy"), kNoSysfs, gpus, NvidiaDisplayHooks{});
     ASSERT_EQ(gpus.size(), 1u);
     const GpuRecord& r = *gpus.at(0);
     EXPECT_EQ(r.deviceId, 0x1180u);
@@ -226,6 +232,66 @@ TEST(NvidiaReader, OldLibraryStartsThroughThePlainInitAndLacksTheNewerReads) {
     EXPECT_EQ(r.irq, 0u);                            // no IRQ query in the old library
     EXPECT_FLOAT_EQ(r.sensorGpu.current, 45.0f);
     EXPECT_FLOAT_EQ(r.sensorMemory.current, 0.0f);  // no field-value query
+}
+
+// A sysfs tree with NVIDIA display controllers, each awake or asleep.
+class SysfsTree {
+public:
+    explicit SysfsTree(std::initializer_list<std::pair<const char*, const char*>> devices) {
+        m_root = ::testing::TempDir() + "nvidia_sysfs_" + std::to_string(::getpid());
+        for (auto [address, status] : devices) {
+            const std::string dir = m_root + "/sys/bus/pci/devices/" + address;
+            std::filesystem::create_directories(dir + "/power");
+            write(dir + "/vendor", "0x10de");
+            write(dir + "/device", "0x1c82");
+            write(dir + "/subsystem_vendor", "0x1458");
+            write(dir + "/subsystem_device", "0x3763");
+            write(dir + "/class", "0x030000");
+            write(dir + "/power/runtime_status", status);
+        }
+    }
+    ~SysfsTree() { std::filesystem::remove_all(m_root); }
+    const std::string& root() const { return m_root; }
+
+private:
+    static void write(const std::string& path, const char* text) {
+        if (FILE* file = std::fopen(path.c_str(), "w")) {
+            std::fprintf(file, "%s\n", text);
+            std::fclose(file);
+        }
+    }
+    std::string m_root;
+};
+
+// Starting the driver would wake a sleeping laptop GPU: with every NVIDIA GPU asleep it is not started.
+TEST(NvidiaReader, SleepingGpusGetRecordsWithoutWakingTheDriver) {
+    FakeNvmlMachine machine("gpu 0 pci_device 0x1C8210DE\ngpu 0 bus 1\ngpu 0 temp 40\n");
+    {
+        SysfsTree sysfs({{"0000:01:00.0", "suspended"}});
+        NvidiaState state;
+        GpuList gpus;
+        initNvidiaReader(state, FakeNvmlMachine::library(), sysfs.root(), gpus, NvidiaDisplayHooks{});
+        EXPECT_EQ(state.library(), nullptr);
+        ASSERT_EQ(gpus.size(), 1u);
+        const GpuRecord& r = *gpus.at(0);
+        EXPECT_EQ(r.vendorClass, kVendorClassNvidia);
+        EXPECT_EQ(r.busId, 1);
+        EXPECT_EQ(r.deviceId, 0x1C82u);
+        EXPECT_EQ(r.subvendorId, 0x1458u);
+        EXPECT_EQ(r.subdeviceId, 0x3763u);
+        EXPECT_STREQ(r.name, "NVIDIA GeForce GTX 1050 Ti");
+        EXPECT_FALSE(r.hasTemperature);
+        EXPECT_EQ(r.nvPhysicalGpu, nullptr);
+    }
+    {
+        SysfsTree sysfs({{"0000:01:00.0", "suspended"}, {"0000:02:00.0", "active"}});
+        NvidiaState state;
+        GpuList gpus;
+        initNvidiaReader(state, FakeNvmlMachine::library(), sysfs.root(), gpus, NvidiaDisplayHooks{});
+        EXPECT_NE(state.library(), nullptr);
+        ASSERT_EQ(gpus.size(), 1u);
+        EXPECT_TRUE(gpus.at(0)->hasTemperature);
+    }
 }
 
 }  // namespace

@@ -149,6 +149,47 @@ public:
     bool readGpuMinTemperatures(int gpu, float* coreC, float* boardC, float* memoryC, float* vrmC);
 
     // NVIDIA only
+    // Each reads GPU `gpu` through the NVIDIA driver; false, 0 or null for any other record and past the end.
+    // Clocks in MHz, power in milliwatts and percent. Reads the driver has no call for fail and change nothing.
+    // clockType: 0 current, 1 base, 2 boost; other values read the current clocks.
+    bool readGpuClockFrequencies(int gpu, uint32_t clockType, float* gpuMhz, float* memMhz);
+    bool readGpuClockOffsets(int gpu, float* coreMhz, float* memMhz, float* volts);
+    bool readGpuP0Clocks(int gpu, float* gpuMhz, float* memMhz, float* shaderMhz, float* volts);
+    bool readGpuBaseClocks(int gpu, float* gpuMhz, float* memMhz, float* shaderMhz, float* volts);
+    bool readGpuVoltage(int gpu, float* volts);
+    bool readGpuVoltageStep(int gpu, float* volts);
+    bool readGpuPowerUsage(int gpu, float* percent, uint32_t* milliwatts);
+    bool readGpuPowerPolicy(int gpu, float* minPercent, uint32_t* minMw, float* maxPercent, uint32_t* maxMw,
+                            float* defaultPercent, uint32_t* defaultMw);
+    bool readGpuPowerTarget(int gpu, float* percent, uint32_t* milliwatts);
+    bool setGpuPowerTarget(int gpu, float percent);
+    bool readGpuMemoryUsage(int gpu, uint32_t* totalKb, uint32_t* availableKb, float* usedPercent);
+    bool readGpuPerfLimiters(int gpu);
+    // Slots 0 to 3: whether the limit is in force and its name.
+    bool getGpuPerfLimiter(int gpu, uint32_t slot, bool* active, const char** name) const;
+    // `text` has room for 64 characters.
+    bool getGpuRamMaker(int gpu, char* text) const;
+    bool readGpuBoardInfo(int gpu, uint8_t (&bytes)[16]);
+    // The number of processes using the GPU; entries then read by getActiveAppPid/getActiveAppName, i < 128.
+    uint32_t queryActive3DApps(int gpu);
+    uint32_t getActiveAppPid(int gpu, uint32_t i) const;
+    const char* getActiveAppName(int gpu, uint32_t i) const;
+    const char* getDriverBranch() const;
+    uint32_t getDriverVersionNumber() const;
+    bool exportDriverSettings(int gpu, const char* utf8Path);
+    bool setGpuPstate20Clocks(int gpu, float coreMhz, float memMhz, float volts);
+    bool setGpuPstateClocks(int gpu, float gpuMhz, float memMhz, float shaderMhz, float volts);
+    // Counters read at start-up.
+    uint32_t getGpuShaderPipeCount(int gpu) const;
+    uint32_t getGpuPartitionCount(int gpu) const;
+    uint32_t getGpuPcieWidth(int gpu) const;
+    uint32_t getGpuTpcCount(int gpu) const;
+    uint32_t getGpuTpcMask(int gpu) const;
+    uint32_t getGpuSpCount(int gpu) const;
+    uint32_t getGpuSmCount(int gpu) const;
+    uint32_t getGpuIrq(int gpu) const;
+    uint32_t getGpuPhysicalFrameBufferKb(int gpu) const;
+    uint32_t getGpuVirtualFrameBufferKb(int gpu) const;
 
     // AMD only
     // Power limit as percent of the board's default (the default reads 100); false without a power limit.
@@ -217,6 +258,8 @@ private:
     bool scanGraphicsHardware();
     GpuRecord* record(int gpu) const;
     GpuLiveReader* readerOf(GpuRecord& record) const;
+    // The NVIDIA record at `gpu` whose index is one of the driver's, or null.
+    GpuRecord* nvidiaRecord(int gpu) const;
 };
 
 }  // namespace Kalidornm

@@ -10,6 +10,7 @@ struct KalidorSources {
     std::string rootDir = "/";  // prefix for /sys, /proc, /etc and /dev paths
     std::string pciIdsFile;     // the PCI id list for device names; empty: libpci's own default
     std::string eglLibrary = "libEGL.so.1";  // asked for a software rasterizer when no PCI display device exists
+    std::string nvmlLibrary = "libnvidia-ml.so.1";  // NVIDIA's management library, by soname or path
 };
 
 // rootDir joined with an absolute path ("/sys/..."), with exactly one slash between them.

@@ -1,8 +1,231 @@
+#include "vendors/nvidia_reader.h"
+
+#include <utility>
+#include <vector>
+
+#include "gpu_database/gpu_database.h"
 #include "hardware_caps.h"
+#include "library_log.h"
+#include "platform/nvidia_sysfs.h"
+#include "vendors/nvidia_gpu.h"
+#include "vendors/nvml_library.h"
 
 namespace Kalidornm {
 
-// The NVIDIA driver reader lands here; until then it finds no GPU.
-void HardwareCaps::NVAPI_Init(GpuList&) {}
+NvidiaState::NvidiaState() = default;
+NvidiaState::~NvidiaState() = default;
+NvidiaState::NvidiaState(NvidiaState&&) noexcept = default;
+NvidiaState& NvidiaState::operator=(NvidiaState&&) noexcept = default;
+
+void NvidiaState::reset() { *this = NvidiaState{}; }
+
+namespace {
+
+nvmlDevice_t device(void* handle) { return static_cast<nvmlDevice_t>(handle); }
+
+// Step 5 and 6: the driver's GPU list and what it tells about each GPU. A GPU whose handle the driver refuses
+// is left out, so that handle i stays record i.
+void enumerateGpus(NvidiaState& state) {
+    const NvmlLibrary& nvml = *state.library();
+    unsigned int count = 0;
+    if (nvml.deviceGetCount(&count) != NVML_SUCCESS) count = 0;
+    for (unsigned int i = 0; i < count && state.nvPhysicalGpuCount < kMaxNvidiaGpus; ++i) {
+        nvmlDevice_t handle = nullptr;
+        if (nvml.deviceGetHandleByIndex(i, &handle) != NVML_SUCCESS || !handle) continue;
+        state.nvPhysicalGpus[state.nvPhysicalGpuCount++] = handle;
+    }
+    state.nvLogicalGpuCount = state.nvPhysicalGpuCount;
+
+    for (uint32_t i = 0; i < state.nvPhysicalGpuCount; ++i) {
+        NvGpuInfo& info = state.nvGpuInfo[i];
+        info.handle = state.nvPhysicalGpus[i];
+        char name[NVML_DEVICE_NAME_V2_BUFFER_SIZE] = {};
+        if (nvml.deviceGetName(device(info.handle), name, sizeof name) == NVML_SUCCESS) copyText(info.fullName, name);
+        nvmlMemory_t memory{};
+        if (nvml.deviceGetMemoryInfo && nvml.deviceGetMemoryInfo(device(info.handle), &memory) == NVML_SUCCESS)
+            info.physicalFrameBufferKb = uint32_t(memory.total >> 10);
+    }
+}
+
+void readPciIds(const NvmlLibrary& nvml, GpuRecord& r) {
+    nvmlPciInfo_t pci{};
+    if (nvml.deviceGetPciInfo(device(r.nvPhysicalGpu), &pci) != NVML_SUCCESS) return;
+    r.busId = int32_t(pci.bus);
+    r.nvDeviceId32 = pci.pciDeviceId;
+    r.nvSubsystemId32 = pci.pciSubSystemId;
+    r.vendorId = pci.pciDeviceId & 0xFFFF;
+    r.deviceId = pci.pciDeviceId >> 16;
+    r.subvendorId = pci.pciSubSystemId & 0xFFFF;
+    r.subdeviceId = pci.pciSubSystemId >> 16;
+}
+
+void takeDisplaySlot(GpuRecord& r, const NvidiaDisplayHooks& hooks, uint32_t& last) {
+    if (!hooks.findDisplaySlot) return;
+    const uint32_t slot = hooks.findDisplaySlot(r.vendorId, r.deviceId, r.subvendorId, r.subdeviceId, last);
+    if (slot == kNoDisplaySlot) return;
+    last = slot;
+    r.displaySlot = slot;
+    if (const DisplaySlot* s = hooks.slot ? hooks.slot(slot) : nullptr) {
+        copyText(r.displayDeviceId, s->deviceId);
+        copyText(r.displayDeviceName, s->deviceName);
+        copyText(r.displayDeviceString, s->deviceString);
+        copyText(r.displayDeviceKey, s->deviceKey);
+    }
+}
+
+void nameFromDatabase(GpuRecord& r, const NvGpuInfo& info) {
+    const int32_t row = findGpuRow(r.vendorId, r.deviceId);
+    if (row >= 0 && *gpuDbName(r.vendorId, row)) {
+        copyText(r.name, gpuDbName(r.vendorId, row));
+        copyText(r.codename, gpuDbCodename(r.vendorId, row));
+        r.tmus = gpuDbClampedFigure(r.vendorId, row, GpuDbFigure::Tmus);
+        r.rops = gpuDbClampedFigure(r.vendorId, row, GpuDbFigure::Rops);
+    } else {
+        copyText(r.name, info.fullName);
+    }
+}
+
+void readCounters(const NvmlLibrary& nvml, GpuRecord& r) {
+    const nvmlDevice_t d = device(r.nvPhysicalGpu);
+    unsigned int value = 0;
+    if (nvml.deviceGetMemoryBusWidth && nvml.deviceGetMemoryBusWidth(d, &value) == NVML_SUCCESS)
+        r.memoryBusWidth = value;
+    if (nvml.deviceGetNumGpuCores && nvml.deviceGetNumGpuCores(d, &value) == NVML_SUCCESS)
+        r.shaderCores = int32_t(value);
+    if (nvml.deviceGetCurrPcieLinkWidth && nvml.deviceGetCurrPcieLinkWidth(d, &value) == NVML_SUCCESS)
+        r.pcieWidth = value;
+}
+
+void readPerfLevelTable(const NvmlLibrary& nvml, GpuRecord& r) {
+    const nvmlDevice_t d = device(r.nvPhysicalGpu);
+    NvidiaClockSnapshot clocks;
+    nvmlPstates_t pstate = NVML_PSTATE_UNKNOWN;
+    if (nvml.deviceGetPerformanceState && nvml.deviceGetPerformanceState(d, &pstate) == NVML_SUCCESS &&
+        pstate >= 0 && pstate < 16)
+        clocks.currentPstate = uint32_t(pstate);
+    if (nvml.deviceGetClockInfo) {
+        if (nvml.deviceGetClockInfo(d, NVML_CLOCK_GRAPHICS, &clocks.currentGpuMhz) != NVML_SUCCESS)
+            clocks.currentGpuMhz = 0;
+        if (nvml.deviceGetClockInfo(d, NVML_CLOCK_MEM, &clocks.currentMemMhz) != NVML_SUCCESS)
+            clocks.currentMemMhz = 0;
+    }
+    if (nvml.deviceGetMaxClockInfo) {
+        if (nvml.deviceGetMaxClockInfo(d, NVML_CLOCK_GRAPHICS, &clocks.maxGpuMhz) != NVML_SUCCESS)
+            clocks.maxGpuMhz = 0;
+        if (nvml.deviceGetMaxClockInfo(d, NVML_CLOCK_MEM, &clocks.maxMemMhz) != NVML_SUCCESS) clocks.maxMemMhz = 0;
+    }
+    PerfLevel levels[2];
+    const uint32_t count = buildNvidiaPerfLevels(clocks, levels);
+    r.allocatePerfLevels(count);
+    for (uint32_t i = 0; i < r.perfLevelCount && i < count; ++i) r.perfLevels[i] = levels[i];
+}
+
+// Step 7, one record: the order of the reads follows the driver reader of other platforms.
+void fillRecord(const NvidiaState& state, uint32_t index, GpuRecord& r, const NvidiaDisplayHooks& hooks,
+                uint32_t& last) {
+    const NvmlLibrary& nvml = *state.library();
+    r.nvPhysicalGpu = state.nvPhysicalGpus[index];
+    r.vendorClass = kVendorClassNvidia;
+    readPciIds(nvml, r);
+    takeDisplaySlot(r, hooks, last);
+    if (hooks.readDriverRegistry) hooks.readDriverRegistry(r);
+
+    copyText(r.driverAdapterString, state.nvDriverAdapterString);
+    copyText(r.driverBranch, state.nvDriverBranch);
+    r.nvDriverVersion = state.nvDriverVersion;
+    formatNvidiaDriverVersion(state.nvDriverVersion, r.driverVersion);
+
+    nameFromDatabase(r, state.nvGpuInfo[index]);
+    NvidiaGpu gpu(nvml, r);
+    gpu.readTemperatures(nullptr, nullptr, nullptr, nullptr);
+    r.hasTemperature = r.sensorGpu.current > 0.0f;
+    readCounters(nvml, r);
+    readPerfLevelTable(nvml, r);
+
+    r.physicalFrameBufferKb = state.nvGpuInfo[index].physicalFrameBufferKb;
+    r.memorySizeMb = r.physicalFrameBufferKb >> 10;
+    char bios[NVML_DEVICE_VBIOS_VERSION_BUFFER_SIZE] = {};
+    r.biosVersion[0] = '\0';
+    if (nvml.deviceGetVbiosVersion &&
+        nvml.deviceGetVbiosVersion(device(r.nvPhysicalGpu), bios, sizeof bios) == NVML_SUCCESS)
+        copyText(r.biosVersion, bios);
+    unsigned int irq = 0;
+    if (nvml.deviceGetIrqNum && nvml.deviceGetIrqNum(device(r.nvPhysicalGpu), &irq) == NVML_SUCCESS) r.irq = irq;
+}
+
+// Records of sleeping GPUs, made without asking the driver anything.
+void addSleepingGpus(const std::vector<SysfsNvidiaGpu>& sleeping, GpuList& gpus, const NvidiaDisplayHooks& hooks) {
+    uint32_t last = kNoDisplaySlot;
+    for (const SysfsNvidiaGpu& gpu : sleeping) {
+        GpuRecord& r = gpus.append(std::make_unique<GpuRecord>());
+        r.vendorClass = kVendorClassNvidia;
+        r.busId = gpu.bus;
+        r.vendorId = gpu.vendorId, r.deviceId = gpu.deviceId;
+        r.subvendorId = gpu.subvendorId, r.subdeviceId = gpu.subdeviceId;
+        r.nvDeviceId32 = gpu.deviceId << 16 | gpu.vendorId;
+        r.nvSubsystemId32 = gpu.subdeviceId << 16 | gpu.subvendorId;
+        takeDisplaySlot(r, hooks, last);
+        if (hooks.readDriverRegistry) hooks.readDriverRegistry(r);
+        nameFromDatabase(r, NvGpuInfo{});
+    }
+}
+
+bool allSleeping(const std::vector<SysfsNvidiaGpu>& gpus) {
+    for (const SysfsNvidiaGpu& gpu : gpus)
+        if (!gpu.suspended) return false;
+    return !gpus.empty();
+}
+
+}  // namespace
+
+void initNvidiaReader(NvidiaState& state, const std::string& libraryPath, const std::string& rootDir,
+                      GpuList& gpus, const NvidiaDisplayHooks& hooks) {
+    LibraryLog& trace = zTrace();
+    state.reset();
+    const std::vector<SysfsNvidiaGpu> present = listSysfsNvidiaGpus(rootDir);
+    if (allSleeping(present)) {
+        trace.write("NVML - every NVIDIA GPU sleeps; the driver is not asked");
+        addSleepingGpus(present, gpus, hooks);
+        return;
+    }
+    auto nvml = std::make_unique<NvmlLibrary>();
+    if (!nvml->load(libraryPath) || !nvml->start()) {
+        trace.write("NVML - %s not available", libraryPath.c_str());
+        return;
+    }
+    state.nvml = std::move(nvml);
+    const NvmlLibrary& lib = *state.library();
+
+    char text[NVML_SYSTEM_DRIVER_VERSION_BUFFER_SIZE] = {};
+    if (lib.systemGetNvmlVersion && lib.systemGetNvmlVersion(text, sizeof text) == NVML_SUCCESS)
+        trace.write("NVAPI version: %s", text);
+
+    char driver[NVML_SYSTEM_DRIVER_VERSION_BUFFER_SIZE] = {};
+    if (lib.systemGetDriverVersion(driver, sizeof driver) != NVML_SUCCESS) driver[0] = '\0';
+    formatNvidiaDriverBranch(driver, state.nvDriverBranch);
+    state.nvDriverVersion = nvidiaDriverVersionNumber(driver);
+    trace.write("NVAPI - driver version: %s --- %u --- %s", state.nvDriverBranch, state.nvDriverVersion,
+                state.nvDriverAdapterString);
+
+    enumerateGpus(state);
+
+    uint32_t last = kNoDisplaySlot;
+    for (uint32_t i = 0; i < state.nvPhysicalGpuCount; ++i)
+        fillRecord(state, i, gpus.append(std::make_unique<GpuRecord>()), hooks, last);
+}
+
+void HardwareCaps::NVAPI_Init(GpuList& gpus) {
+    NvidiaDisplayHooks hooks;
+    hooks.findDisplaySlot = [this](uint32_t vendor, uint32_t device, uint32_t subvendor, uint32_t subdevice,
+                                   uint32_t skip) { return findDisplaySlot(vendor, device, subvendor, subdevice, skip); };
+    hooks.slot = [this](uint32_t slot) -> const DisplaySlot* {
+        return slot < uint32_t(kDisplaySlotCount) ? &display.slots[slot] : nullptr;
+    };
+    hooks.readDriverRegistry = [this](GpuRecord& record) { return readGpuDriverRegistry(record); };
+
+    nvidiaReader.reset();
+    initNvidiaReader(nvidia, sources.nvmlLibrary, sources.rootDir, gpus, hooks);
+    if (nvidia.library()) nvidiaReader = makeNvidiaLiveReader(nvidia);
+}
 
 }  // namespace Kalidornm

@@ -1,8 +1,94 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "display_devices.h"
+#include "gpu_live_reader.h"
+#include "gpu_record.h"
+
 namespace Kalidornm {
 
-// What the NVIDIA reader keeps about the driver and its GPUs.
-struct NvidiaState {};
+class NvmlLibrary;
+
+inline constexpr uint32_t kMaxNvidiaGpus = 64;
+
+// What the driver tells about one physical GPU at start-up.
+struct NvGpuInfo {
+    void* handle = nullptr;
+    uint32_t physicalFrameBufferKb = 0;
+    uint32_t virtualFrameBufferKb = 0;
+    uint32_t gpuType = 0;  // 1 integrated, 2 discrete; the management library does not say, so it stays 0
+    char fullName[128] = {};
+};
+
+// What the NVIDIA reader keeps about the driver and its GPUs. The management library stays loaded and started
+// from start-up to shutdown so that live reads cost one or two calls. Index i of the handle table is record i
+// of the GPU list: NVIDIA records come first, in the driver's order.
+struct NvidiaState {
+    NvidiaState();
+    ~NvidiaState();
+    NvidiaState(NvidiaState&&) noexcept;
+    NvidiaState& operator=(NvidiaState&&) noexcept;
+
+    // Stops the library and clears the block.
+    void reset();
+    // The started library, or null without an NVIDIA driver.
+    const NvmlLibrary* library() const { return nvml.get(); }
+
+    std::unique_ptr<NvmlLibrary> nvml;
+    // Displays are not reachable through the management library; the count stays 0. Without SLI groups the
+    // logical count is the physical one.
+    uint32_t nvDisplayCount = 0;
+    uint32_t nvPhysicalGpuCount = 0;
+    uint32_t nvLogicalGpuCount = 0;
+    void* nvPhysicalGpus[kMaxNvidiaGpus] = {};
+    NvGpuInfo nvGpuInfo[kMaxNvidiaGpus];
+    char nvDriverAdapterString[128] = {};
+    char nvDriverBranch[128] = {};  // "r550"
+    uint32_t nvDriverVersion = 0;   // driver version x 100: 55054 for "550.54.15"
+};
+
+// What record creation asks of the display-device reader.
+struct NvidiaDisplayHooks {
+    // The first display slot after `skip` that fits the ids; kNoDisplaySlot if none.
+    std::function<uint32_t(uint32_t vendor, uint32_t device, uint32_t subvendor, uint32_t subdevice,
+                           uint32_t skip)>
+        findDisplaySlot;
+    std::function<const DisplaySlot*(uint32_t slot)> slot;
+    std::function<bool(GpuRecord&)> readDriverRegistry;
+};
+
+// Finds the NVIDIA GPUs through the library at `libraryPath` and appends one record per GPU, in driver order.
+// Without the library, or when it does not start, the block stays empty and no record is made. Starting the
+// library wakes sleeping GPUs, so when every NVIDIA GPU under <rootDir>/sys sleeps it is not started: each
+// gets a record from its PCI ids and the GPU database, and no live value.
+void initNvidiaReader(NvidiaState& state, const std::string& libraryPath, const std::string& rootDir,
+                      GpuList& gpus, const NvidiaDisplayHooks& hooks);
+
+// The live reads of the records the NVIDIA reader made.
+std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state);
+
+// Driver version text rules: "550.54.15" gives 55054 (a minor version above 99 keeps its first two digits,
+// since the number has room for two), 0 for a text without a major version; 55054 gives "R550.54"; the
+// branch is the major version as "r550", empty without one.
+uint32_t nvidiaDriverVersionNumber(const char* versionText);
+void formatNvidiaDriverVersion(uint32_t number, char (&text)[512]);
+void formatNvidiaDriverBranch(const char* versionText, char (&branch)[128]);
+
+// Clocks in MHz, 0 where a read failed; pstate NVML's number, kUnknownPstate where it failed.
+struct NvidiaClockSnapshot {
+    static constexpr uint32_t kUnknownPstate = 32;
+    uint32_t currentPstate = kUnknownPstate;
+    uint32_t currentGpuMhz = 0, currentMemMhz = 0;
+    uint32_t maxGpuMhz = 0, maxMemMhz = 0;
+};
+
+// The management library has no P-state table, so the reader builds one: P0 at the maximum clocks, and the
+// current P-state at its current clocks when it is another one, in ascending id order. Returns the number
+// of levels written (0 to 2). Voltage and shader clock stay 0: the library reports neither.
+uint32_t buildNvidiaPerfLevels(const NvidiaClockSnapshot& clocks, PerfLevel (&levels)[2]);
 
 }  // namespace Kalidornm

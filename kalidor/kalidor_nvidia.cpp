@@ -1,0 +1,169 @@
+#include <cstring>
+
+#include "kalidor.h"
+#include "library_globals.h"
+#include "vendors/nvidia_gpu.h"
+#include "vendors/nvml_library.h"
+
+namespace Kalidornm {
+
+namespace {
+
+const NvidiaState* nvidiaState(const Kalidor& library) {
+    const HardwareCaps* machine = library.caps();
+    return machine ? &machine->nvidia : nullptr;
+}
+
+}  // namespace
+
+// NVIDIA records come first, so a record index is also the driver's index; an index past the driver's list
+// (an AMD or other record) is refused even if the record claims the NVIDIA class.
+GpuRecord* Kalidor::nvidiaRecord(int gpu) const {
+    GpuRecord* r = record(gpu);
+    const NvidiaState* state = nvidiaState(*this);
+    if (!r || !state || !state->library() || r->vendorClass != kVendorClassNvidia ||
+        uint32_t(gpu) >= state->nvPhysicalGpuCount)
+        return nullptr;
+    return r;
+}
+
+#define KALIDOR_NVIDIA_GPU(gpu)                                    \
+    GpuRecord* r = nvidiaRecord(gpu);                              \
+    if (!r) return false;                                          \
+    NvidiaGpu nvidia(*nvidiaState(*this)->library(), *r)
+
+bool Kalidor::readGpuClockFrequencies(int gpu, uint32_t clockType, float* gpuMhz, float* memMhz) {
+    KALIDOR_NVIDIA_GPU(gpu);
+    return nvidia.readClockFrequencies(clockType, gpuMhz, memMhz);
+}
+
+// The library reports the offsets but no voltage offset; `volts` keeps what the caller gave.
+bool Kalidor::readGpuClockOffsets(int gpu, float* coreMhz, float* memMhz, float*) {
+    KALIDOR_NVIDIA_GPU(gpu);
+    return nvidia.readClockOffsets(coreMhz, memMhz);
+}
+
+// P0 runs at the maximum clocks. No shader clock and no voltage: those outputs keep what the caller gave.
+bool Kalidor::readGpuP0Clocks(int gpu, float* gpuMhz, float* memMhz, float*, float*) {
+    KALIDOR_NVIDIA_GPU(gpu);
+    return nvidia.readP0Clocks(gpuMhz, memMhz);
+}
+
+bool Kalidor::readGpuBaseClocks(int gpu, float* gpuMhz, float* memMhz, float* shaderMhz, float* volts) {
+    return readGpuP0Clocks(gpu, gpuMhz, memMhz, shaderMhz, volts);
+}
+
+// The management library reports no voltage.
+bool Kalidor::readGpuVoltage(int, float*) { return false; }
+bool Kalidor::readGpuVoltageStep(int, float*) { return false; }
+
+bool Kalidor::readGpuPowerUsage(int gpu, float* percent, uint32_t* milliwatts) {
+    KALIDOR_NVIDIA_GPU(gpu);
+    return nvidia.readPowerUsage(percent, milliwatts);
+}
+
+bool Kalidor::readGpuPowerPolicy(int gpu, float* minPercent, uint32_t* minMw, float* maxPercent, uint32_t* maxMw,
+                                 float* defaultPercent, uint32_t* defaultMw) {
+    KALIDOR_NVIDIA_GPU(gpu);
+    return nvidia.readPowerPolicy(minPercent, minMw, maxPercent, maxMw, defaultPercent, defaultMw);
+}
+
+bool Kalidor::readGpuPowerTarget(int gpu, float* percent, uint32_t* milliwatts) {
+    KALIDOR_NVIDIA_GPU(gpu);
+    return nvidia.readPowerTarget(percent, milliwatts);
+}
+
+bool Kalidor::setGpuPowerTarget(int gpu, float percent) {
+    KALIDOR_NVIDIA_GPU(gpu);
+    return nvidia.setPowerTarget(percent);
+}
+
+bool Kalidor::readGpuMemoryUsage(int gpu, uint32_t* totalKb, uint32_t* availableKb, float* usedPercent) {
+    KALIDOR_NVIDIA_GPU(gpu);
+    return nvidia.readMemoryUsage(totalKb, availableKb, usedPercent);
+}
+
+bool Kalidor::readGpuPerfLimiters(int gpu) {
+    KALIDOR_NVIDIA_GPU(gpu);
+    return nvidia.readPerfLimiters();
+}
+
+bool Kalidor::getGpuPerfLimiter(int gpu, uint32_t slot, bool* active, const char** name) const {
+    const GpuRecord* r = nvidiaRecord(gpu);
+    if (!r || slot >= 4) return false;
+    if (active) *active = r->perfLimiterActive[slot] != 0;
+    if (name) *name = r->perfLimiterName[slot].get();
+    return true;
+}
+
+// The management library does not name the memory maker.
+bool Kalidor::getGpuRamMaker(int, char*) const { return false; }
+
+bool Kalidor::readGpuBoardInfo(int gpu, uint8_t (&bytes)[16]) {
+    KALIDOR_NVIDIA_GPU(gpu);
+    return nvidia.readBoardInfo(bytes);
+}
+
+uint32_t Kalidor::queryActive3DApps(int gpu) {
+    GpuRecord* r = nvidiaRecord(gpu);
+    if (!r) return 0;
+    return NvidiaGpu(*nvidiaState(*this)->library(), *r).queryActiveApps(caps()->sources.rootDir);
+}
+
+uint32_t Kalidor::getActiveAppPid(int gpu, uint32_t i) const {
+    const GpuRecord* r = nvidiaRecord(gpu);
+    return r && i < kActiveAppSlots ? r->activeApps[i].processId : 0;
+}
+
+const char* Kalidor::getActiveAppName(int gpu, uint32_t i) const {
+    const GpuRecord* r = nvidiaRecord(gpu);
+    return r && i < kActiveAppSlots ? r->activeApps[i].processName : nullptr;
+}
+
+const char* Kalidor::getDriverBranch() const {
+    const NvidiaState* state = nvidiaState(*this);
+    return state ? state->nvDriverBranch : nullptr;
+}
+
+uint32_t Kalidor::getDriverVersionNumber() const {
+    const NvidiaState* state = nvidiaState(*this);
+    return state ? state->nvDriverVersion : 0;
+}
+
+// The driver's settings profiles have no counterpart in the management library.
+bool Kalidor::exportDriverSettings(int, const char*) { return false; }
+
+// Only the application clocks can be set here, both at once; voltage cannot be set.
+bool Kalidor::setGpuPstate20Clocks(int gpu, float coreMhz, float memMhz, float volts) {
+    if (volts > 0.0f) return false;
+    KALIDOR_NVIDIA_GPU(gpu);
+    return nvidia.setApplicationClocks(coreMhz, memMhz);
+}
+
+bool Kalidor::setGpuPstateClocks(int gpu, float gpuMhz, float memMhz, float shaderMhz, float volts) {
+    if (shaderMhz > 0.0f) return false;
+    return setGpuPstate20Clocks(gpu, gpuMhz, memMhz, volts);
+}
+
+#undef KALIDOR_NVIDIA_GPU
+
+#define KALIDOR_NVIDIA_COUNTER(getter, field)               \
+    uint32_t Kalidor::getter(int gpu) const {               \
+        const GpuRecord* r = nvidiaRecord(gpu);             \
+        return r ? uint32_t(r->field) : 0;                  \
+    }
+
+KALIDOR_NVIDIA_COUNTER(getGpuShaderPipeCount, shaderPipeCount)
+KALIDOR_NVIDIA_COUNTER(getGpuPartitionCount, partitionCount)
+KALIDOR_NVIDIA_COUNTER(getGpuPcieWidth, pcieWidth)
+KALIDOR_NVIDIA_COUNTER(getGpuTpcCount, tpcCount)
+KALIDOR_NVIDIA_COUNTER(getGpuTpcMask, tpcMask)
+KALIDOR_NVIDIA_COUNTER(getGpuSpCount, spCount)
+KALIDOR_NVIDIA_COUNTER(getGpuSmCount, smCount)
+KALIDOR_NVIDIA_COUNTER(getGpuIrq, irq)
+KALIDOR_NVIDIA_COUNTER(getGpuPhysicalFrameBufferKb, physicalFrameBufferKb)
+KALIDOR_NVIDIA_COUNTER(getGpuVirtualFrameBufferKb, virtualFrameBufferKb)
+
+#undef KALIDOR_NVIDIA_COUNTER
+
+}  // namespace Kalidornm

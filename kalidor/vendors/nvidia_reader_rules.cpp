@@ -1,0 +1,96 @@
+#include <cctype>
+#include <cstdio>
+#include <cstdlib>
+
+#include "vendors/nvidia_gpu.h"
+#include "vendors/nvidia_reader.h"
+
+namespace Kalidornm {
+
+namespace {
+
+// The major and minor numbers of "550.54.15"; false without a major number.
+bool parseDriverVersion(const char* text, uint32_t& major, uint32_t& minor) {
+    if (!text || !std::isdigit(static_cast<unsigned char>(text[0]))) return false;
+    char* end = nullptr;
+    major = uint32_t(std::strtoul(text, &end, 10));
+    minor = 0;
+    if (*end == '.')
+        for (int digits = 0; digits < 2 && std::isdigit(static_cast<unsigned char>(end[1 + digits])); ++digits)
+            minor = minor * 10 + uint32_t(end[1 + digits] - '0');
+    return true;
+}
+
+class NvidiaLiveReader final : public GpuLiveReader {
+public:
+    explicit NvidiaLiveReader(const NvidiaState& state) : m_state(state) {}
+
+    bool readTemperatures(GpuRecord& r, float* coreC, float* boardC, float* memoryC, float* vrmC) override {
+        const NvmlLibrary* nvml = m_state.library();
+        return nvml && NvidiaGpu(*nvml, r).readTemperatures(coreC, boardC, memoryC, vrmC);
+    }
+    bool readFanSpeed(GpuRecord& r, float* percent, float* rpm) override {
+        const NvmlLibrary* nvml = m_state.library();
+        return nvml && NvidiaGpu(*nvml, r).readFanSpeed(percent, rpm);
+    }
+    bool readLoad(GpuRecord& r, float* gpuPercent, float* frameBufferPercent) override {
+        const NvmlLibrary* nvml = m_state.library();
+        return nvml && NvidiaGpu(*nvml, r).readLoad(gpuPercent, frameBufferPercent);
+    }
+    // The library reports no shader clock and no voltage: those outputs keep what the caller gave.
+    bool readCurrentClocks(GpuRecord& r, uint32_t* pstate, float* gpuMhz, float* memMhz, float*,
+                           float*) override {
+        const NvmlLibrary* nvml = m_state.library();
+        return nvml && NvidiaGpu(*nvml, r).readCurrentClocks(pstate, gpuMhz, memMhz);
+    }
+    // Served from the table built at start-up: the library has no P-state table of its own to ask again.
+    bool readPerfLevel(GpuRecord& r, uint32_t level, uint32_t* id, float* gpuMhz, float* memMhz, float*,
+                       float* volts) override {
+        if (level >= r.perfLevelCount || !r.perfLevels) return false;
+        const PerfLevel& entry = r.perfLevels[level];
+        if (id) *id = entry.id;
+        if (gpuMhz) *gpuMhz = entry.gpuClockMhz;
+        if (memMhz) *memMhz = entry.memClockMhz;
+        if (volts) *volts = entry.vddcVolts;
+        return true;
+    }
+
+private:
+    const NvidiaState& m_state;
+};
+
+}  // namespace
+
+uint32_t nvidiaDriverVersionNumber(const char* versionText) {
+    uint32_t major = 0, minor = 0;
+    return parseDriverVersion(versionText, major, minor) ? major * 100 + minor : 0;
+}
+
+void formatNvidiaDriverVersion(uint32_t number, char (&text)[512]) {
+    std::snprintf(text, sizeof text, "R%.2f", double(float(number) / 100.0f));
+}
+
+void formatNvidiaDriverBranch(const char* versionText, char (&branch)[128]) {
+    uint32_t major = 0, minor = 0;
+    branch[0] = '\0';
+    if (parseDriverVersion(versionText, major, minor)) std::snprintf(branch, sizeof branch, "r%u", major);
+}
+
+uint32_t buildNvidiaPerfLevels(const NvidiaClockSnapshot& clocks, PerfLevel (&levels)[2]) {
+    const bool currentKnown = clocks.currentPstate < 16;
+    uint32_t count = 0;
+    if (clocks.maxGpuMhz != 0 || clocks.maxMemMhz != 0)
+        levels[count++] = PerfLevel{0, float(clocks.maxGpuMhz), float(clocks.maxMemMhz), 0.0f, 0.0f};
+    else if (currentKnown && clocks.currentPstate == 0)
+        levels[count++] = PerfLevel{0, float(clocks.currentGpuMhz), float(clocks.currentMemMhz), 0.0f, 0.0f};
+    if (currentKnown && clocks.currentPstate != 0)
+        levels[count++] = PerfLevel{clocks.currentPstate, float(clocks.currentGpuMhz), float(clocks.currentMemMhz),
+                                    0.0f, 0.0f};
+    return count;
+}
+
+std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state) {
+    return std::make_unique<NvidiaLiveReader>(state);
+}
+
+}  // namespace Kalidornm

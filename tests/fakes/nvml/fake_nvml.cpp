@@ -1,0 +1,341 @@
+// A stand-in for NVIDIA's management library. It serves the GPUs described in the file named by the
+// environment variable FAKE_NVML_CONFIG, read again at every init. One setting a line:
+//   init_fails                      every init call fails
+//   driver 550.54.15                the driver version text
+//   fail <call>                     that call fails for every GPU (call names without the "nvml" prefix)
+//   gpu <n> <key> <value>           a GPU's value; GPUs count up to the highest n
+//   gpu <n> fail <call>             that call fails for this GPU
+// Keys: pci_device, pci_subsystem, bus, name (rest of line), memory_mb, free_mb, vbios, cores, bus_width,
+// pcie_width, irq, board_id, temp, mem_temp, fan, rpm, util_gpu, util_mem, decoder, clock_gfx, clock_mem,
+// max_gfx, max_mem, app_gfx, app_mem, pstate, power, enforced, limit, default_limit, min_limit, max_limit,
+// reasons, gpc_offset, mem_offset, pids (comma separated).
+// Built three ways: the full library; FAKE_NVML_LEGACY, an old library with only the first versions of the
+// calls and none of the newer optional ones; FAKE_NVML_BROKEN, missing a call every library has.
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "vendors/nvml_api.h"
+
+struct nvmlDevice_st {
+    unsigned int pciDevice = 0, pciSubsystem = 0, bus = 0;
+    std::string name = "Fake GPU", vbios = "00.00.00.00.00";
+    unsigned long long memoryMb = 0, freeMb = 0;
+    unsigned int cores = 0, busWidth = 0, pcieWidth = 0, irq = 0, boardId = 0;
+    unsigned int temp = 0, memTemp = 0, fan = 0, rpm = 0, utilGpu = 0, utilMem = 0, decoder = 0;
+    unsigned int clockGfx = 0, clockMem = 0, maxGfx = 0, maxMem = 0, appGfx = 0, appMem = 0;
+    int pstate = 32;
+    unsigned int power = 0, enforced = 0, limit = 0, defaultLimit = 0, minLimit = 0, maxLimit = 0;
+    unsigned long long reasons = 0;
+    int gpcOffset = 0, memOffset = 0;
+    std::vector<unsigned int> pids;
+    std::set<std::string> failing;
+};
+
+namespace {
+
+struct FakeMachine {
+    bool initFails = false;
+    bool started = false;
+    std::string driver = "550.54.15";
+    std::set<std::string> failing;
+    std::vector<nvmlDevice_st> gpus;
+};
+
+FakeMachine machine;
+
+void setValue(nvmlDevice_st& g, const std::string& key, const char* v) {
+    auto u = [v] { return unsigned(std::strtoul(v, nullptr, 0)); };
+    if (key == "pci_device") g.pciDevice = u();
+    else if (key == "pci_subsystem") g.pciSubsystem = u();
+    else if (key == "bus") g.bus = u();
+    else if (key == "name") g.name = v;
+    else if (key == "memory_mb") g.memoryMb = u();
+    else if (key == "free_mb") g.freeMb = u();
+    else if (key == "vbios") g.vbios = v;
+    else if (key == "cores") g.cores = u();
+    else if (key == "bus_width") g.busWidth = u();
+    else if (key == "pcie_width") g.pcieWidth = u();
+    else if (key == "irq") g.irq = u();
+    else if (key == "board_id") g.boardId = u();
+    else if (key == "temp") g.temp = u();
+    else if (key == "mem_temp") g.memTemp = u();
+    else if (key == "fan") g.fan = u();
+    else if (key == "rpm") g.rpm = u();
+    else if (key == "util_gpu") g.utilGpu = u();
+    else if (key == "util_mem") g.utilMem = u();
+    else if (key == "decoder") g.decoder = u();
+    else if (key == "clock_gfx") g.clockGfx = u();
+    else if (key == "clock_mem") g.clockMem = u();
+    else if (key == "max_gfx") g.maxGfx = u();
+    else if (key == "max_mem") g.maxMem = u();
+    else if (key == "app_gfx") g.appGfx = u();
+    else if (key == "app_mem") g.appMem = u();
+    else if (key == "pstate") g.pstate = int(std::strtol(v, nullptr, 0));
+    else if (key == "power") g.power = u();
+    else if (key == "enforced") g.enforced = u();
+    else if (key == "limit") g.limit = u();
+    else if (key == "default_limit") g.defaultLimit = u();
+    else if (key == "min_limit") g.minLimit = u();
+    else if (key == "max_limit") g.maxLimit = u();
+    else if (key == "reasons") g.reasons = std::strtoull(v, nullptr, 0);
+    else if (key == "gpc_offset") g.gpcOffset = int(std::strtol(v, nullptr, 0));
+    else if (key == "mem_offset") g.memOffset = int(std::strtol(v, nullptr, 0));
+    else if (key == "fail") g.failing.insert(v);
+    else if (key == "pids")
+        for (const char* p = v; *p;) {
+            char* end = nullptr;
+            g.pids.push_back(unsigned(std::strtoul(p, &end, 10)));
+            p = *end == ',' ? end + 1 : end;
+            if (end == p && *p) break;
+        }
+}
+
+void readConfig() {
+    machine = FakeMachine{};
+    const char* path = std::getenv("FAKE_NVML_CONFIG");
+    FILE* file = path ? std::fopen(path, "r") : nullptr;
+    if (!file) return;
+    char line[512];
+    while (std::fgets(line, sizeof line, file)) {
+        line[std::strcspn(line, "\r\n")] = '\0';
+        char key[64] = {}, sub[64] = {};
+        int consumed = 0;
+        unsigned index = 0;
+        if (std::sscanf(line, "gpu %u %63s %n", &index, sub, &consumed) == 2 && index < 64) {
+            if (machine.gpus.size() <= index) machine.gpus.resize(index + 1);
+            setValue(machine.gpus[index], sub, line + consumed);
+        } else if (std::sscanf(line, "%63s %n", key, &consumed) == 1) {
+            const std::string k = key;
+            if (k == "init_fails") machine.initFails = true;
+            else if (k == "driver") machine.driver = line + consumed;
+            else if (k == "fail") machine.failing.insert(line + consumed);
+        }
+    }
+    std::fclose(file);
+}
+
+// The GPU behind a handle, or null when the call is to fail for it.
+nvmlDevice_st* gpu(nvmlDevice_t device, const char* call) {
+    if (!machine.started || !device || machine.failing.count(call) || device->failing.count(call)) return nullptr;
+    return device;
+}
+
+nvmlReturn_t copyOut(const std::string& text, char* out, unsigned int length) {
+    if (!out || text.size() + 1 > length) return NVML_ERROR_INSUFFICIENT_SIZE;
+    std::memcpy(out, text.c_str(), text.size() + 1);
+    return NVML_SUCCESS;
+}
+
+nvmlReturn_t start() {
+    readConfig();
+    if (machine.initFails) return NVML_ERROR_DRIVER_NOT_LOADED;
+    machine.started = true;
+    return NVML_SUCCESS;
+}
+
+nvmlReturn_t count(unsigned int* n) {
+    if (!machine.started || !n) return NVML_ERROR_UNINITIALIZED;
+    *n = unsigned(machine.gpus.size());
+    return NVML_SUCCESS;
+}
+
+nvmlReturn_t handle(unsigned int index, nvmlDevice_t* device) {
+    if (!machine.started || !device || index >= machine.gpus.size()) return NVML_ERROR_INVALID_ARGUMENT;
+    *device = &machine.gpus[index];
+    return NVML_SUCCESS;
+}
+
+nvmlReturn_t pciInfo(nvmlDevice_t device, nvmlPciInfo_t* pci) {
+    nvmlDevice_st* g = gpu(device, "DeviceGetPciInfo");
+    if (!g || !pci) return NVML_ERROR_UNKNOWN;
+    *pci = nvmlPciInfo_t{};
+    pci->bus = g->bus;
+    pci->pciDeviceId = g->pciDevice;
+    pci->pciSubSystemId = g->pciSubsystem;
+    std::snprintf(pci->busId, sizeof pci->busId, "00000000:%02X:00.0", g->bus);
+    return NVML_SUCCESS;
+}
+
+template <typename P>
+nvmlReturn_t processes(nvmlDevice_t device, unsigned int* n, P* infos) {
+    nvmlDevice_st* g = gpu(device, "DeviceGetGraphicsRunningProcesses");
+    if (!g || !n) return NVML_ERROR_UNKNOWN;
+    if (*n < g->pids.size()) {
+        *n = unsigned(g->pids.size());
+        return NVML_ERROR_INSUFFICIENT_SIZE;
+    }
+    *n = unsigned(g->pids.size());
+    for (size_t i = 0; i < g->pids.size(); ++i) {
+        infos[i] = P{};
+        infos[i].pid = g->pids[i];
+    }
+    return NVML_SUCCESS;
+}
+
+#define FAKE_READ(call, field)                                                  \
+    nvmlDevice_st* g = gpu(device, call);                                       \
+    if (!g || !out) return NVML_ERROR_NOT_SUPPORTED;                            \
+    *out = g->field;                                                            \
+    return NVML_SUCCESS
+
+}  // namespace
+
+extern "C" {
+
+#ifndef FAKE_NVML_LEGACY
+nvmlReturn_t nvmlInit_v2(void) { return start(); }
+nvmlReturn_t nvmlDeviceGetCount_v2(unsigned int* n) { return count(n); }
+nvmlReturn_t nvmlDeviceGetHandleByIndex_v2(unsigned int i, nvmlDevice_t* d) { return handle(i, d); }
+nvmlReturn_t nvmlDeviceGetPciInfo_v3(nvmlDevice_t d, nvmlPciInfo_t* p) { return pciInfo(d, p); }
+nvmlReturn_t nvmlDeviceGetFanSpeed_v2(nvmlDevice_t device, unsigned int fan, unsigned int* out) {
+    if (fan != 0) return NVML_ERROR_INVALID_ARGUMENT;
+    FAKE_READ("DeviceGetFanSpeed", fan);
+}
+nvmlReturn_t nvmlDeviceGetFanSpeedRPM(nvmlDevice_t device, nvmlFanSpeedInfo_t* info) {
+    nvmlDevice_st* g = gpu(device, "DeviceGetFanSpeedRPM");
+    if (!g || !info || info->version != nvmlFanSpeedInfo_v1 || info->fan != 0) return NVML_ERROR_NOT_SUPPORTED;
+    info->speed = g->rpm;
+    return NVML_SUCCESS;
+}
+nvmlReturn_t nvmlDeviceGetFieldValues(nvmlDevice_t device, int n, nvmlFieldValue_t* values) {
+    nvmlDevice_st* g = gpu(device, "DeviceGetFieldValues");
+    if (!g || !values) return NVML_ERROR_INVALID_ARGUMENT;
+    for (int i = 0; i < n; ++i) {
+        values[i].nvmlReturn = NVML_ERROR_NOT_SUPPORTED;
+        if (values[i].fieldId == NVML_FI_DEV_MEMORY_TEMP && g->memTemp != 0) {
+            values[i].nvmlReturn = NVML_SUCCESS;
+            values[i].valueType = NVML_VALUE_TYPE_UNSIGNED_INT;
+            values[i].value.uiVal = g->memTemp;
+        }
+    }
+    return NVML_SUCCESS;
+}
+nvmlReturn_t nvmlDeviceGetDecoderUtilization(nvmlDevice_t device, unsigned int* out, unsigned int* periodUs) {
+    if (periodUs) *periodUs = 167000;
+    FAKE_READ("DeviceGetDecoderUtilization", decoder);
+}
+nvmlReturn_t nvmlDeviceGetIrqNum(nvmlDevice_t device, unsigned int* out) { FAKE_READ("DeviceGetIrqNum", irq); }
+nvmlReturn_t nvmlDeviceGetCurrentClocksEventReasons(nvmlDevice_t device, unsigned long long* out) {
+    FAKE_READ("DeviceGetCurrentClocksEventReasons", reasons);
+}
+nvmlReturn_t nvmlDeviceGetGraphicsRunningProcesses_v3(nvmlDevice_t d, unsigned int* n, nvmlProcessInfo_t* p) {
+    return processes(d, n, p);
+}
+#else
+nvmlReturn_t nvmlDeviceGetCurrentClocksThrottleReasons(nvmlDevice_t device, unsigned long long* out) {
+    FAKE_READ("DeviceGetCurrentClocksEventReasons", reasons);
+}
+#endif
+
+nvmlReturn_t nvmlInit(void) { return start(); }
+nvmlReturn_t nvmlShutdown(void) {
+    machine.started = false;
+    return NVML_SUCCESS;
+}
+nvmlReturn_t nvmlSystemGetDriverVersion(char* out, unsigned int length) {
+    if (!machine.started || machine.failing.count("SystemGetDriverVersion")) return NVML_ERROR_UNKNOWN;
+    return copyOut(machine.driver, out, length);
+}
+nvmlReturn_t nvmlSystemGetNVMLVersion(char* out, unsigned int length) {
+    return copyOut("12." + machine.driver, out, length);
+}
+nvmlReturn_t nvmlDeviceGetCount(unsigned int* n) { return count(n); }
+nvmlReturn_t nvmlDeviceGetHandleByIndex(unsigned int i, nvmlDevice_t* d) { return handle(i, d); }
+nvmlReturn_t nvmlDeviceGetPciInfo(nvmlDevice_t d, nvmlPciInfo_t* p) { return pciInfo(d, p); }
+#ifndef FAKE_NVML_BROKEN
+nvmlReturn_t nvmlDeviceGetName(nvmlDevice_t device, char* out, unsigned int length) {
+    nvmlDevice_st* g = gpu(device, "DeviceGetName");
+    return g ? copyOut(g->name, out, length) : NVML_ERROR_UNKNOWN;
+}
+#endif
+nvmlReturn_t nvmlDeviceGetMemoryInfo(nvmlDevice_t device, nvmlMemory_t* memory) {
+    nvmlDevice_st* g = gpu(device, "DeviceGetMemoryInfo");
+    if (!g || !memory) return NVML_ERROR_UNKNOWN;
+    memory->total = g->memoryMb << 20;
+    memory->free = g->freeMb << 20;
+    memory->used = memory->total - memory->free;
+    return NVML_SUCCESS;
+}
+nvmlReturn_t nvmlDeviceGetVbiosVersion(nvmlDevice_t device, char* out, unsigned int length) {
+    nvmlDevice_st* g = gpu(device, "DeviceGetVbiosVersion");
+    return g ? copyOut(g->vbios, out, length) : NVML_ERROR_UNKNOWN;
+}
+nvmlReturn_t nvmlDeviceGetNumGpuCores(nvmlDevice_t device, unsigned int* out) { FAKE_READ("DeviceGetNumGpuCores", cores); }
+nvmlReturn_t nvmlDeviceGetMemoryBusWidth(nvmlDevice_t device, unsigned int* out) {
+    FAKE_READ("DeviceGetMemoryBusWidth", busWidth);
+}
+nvmlReturn_t nvmlDeviceGetCurrPcieLinkWidth(nvmlDevice_t device, unsigned int* out) {
+    FAKE_READ("DeviceGetCurrPcieLinkWidth", pcieWidth);
+}
+nvmlReturn_t nvmlDeviceGetBoardId(nvmlDevice_t device, unsigned int* out) { FAKE_READ("DeviceGetBoardId", boardId); }
+nvmlReturn_t nvmlDeviceGetTemperature(nvmlDevice_t device, nvmlTemperatureSensors_t sensor, unsigned int* out) {
+    if (sensor != NVML_TEMPERATURE_GPU) return NVML_ERROR_INVALID_ARGUMENT;
+    FAKE_READ("DeviceGetTemperature", temp);
+}
+nvmlReturn_t nvmlDeviceGetFanSpeed(nvmlDevice_t device, unsigned int* out) { FAKE_READ("DeviceGetFanSpeed", fan); }
+nvmlReturn_t nvmlDeviceGetUtilizationRates(nvmlDevice_t device, nvmlUtilization_t* out) {
+    nvmlDevice_st* g = gpu(device, "DeviceGetUtilizationRates");
+    if (!g || !out) return NVML_ERROR_NOT_SUPPORTED;
+    *out = nvmlUtilization_t{g->utilGpu, g->utilMem};
+    return NVML_SUCCESS;
+}
+nvmlReturn_t nvmlDeviceGetClockInfo(nvmlDevice_t device, nvmlClockType_t type, unsigned int* out) {
+    if (type == NVML_CLOCK_MEM) { FAKE_READ("DeviceGetClockInfo", clockMem); }
+    FAKE_READ("DeviceGetClockInfo", clockGfx);
+}
+nvmlReturn_t nvmlDeviceGetMaxClockInfo(nvmlDevice_t device, nvmlClockType_t type, unsigned int* out) {
+    if (type == NVML_CLOCK_MEM) { FAKE_READ("DeviceGetMaxClockInfo", maxMem); }
+    FAKE_READ("DeviceGetMaxClockInfo", maxGfx);
+}
+nvmlReturn_t nvmlDeviceGetDefaultApplicationsClock(nvmlDevice_t device, nvmlClockType_t type, unsigned int* out) {
+    if (type == NVML_CLOCK_MEM) { FAKE_READ("DeviceGetDefaultApplicationsClock", appMem); }
+    FAKE_READ("DeviceGetDefaultApplicationsClock", appGfx);
+}
+nvmlReturn_t nvmlDeviceGetClock(nvmlDevice_t device, nvmlClockType_t type, nvmlClockId_t id, unsigned int* out) {
+    if (id != NVML_CLOCK_ID_APP_CLOCK_DEFAULT) return NVML_ERROR_NOT_SUPPORTED;
+    if (type == NVML_CLOCK_MEM) { FAKE_READ("DeviceGetClock", appMem); }
+    FAKE_READ("DeviceGetClock", appGfx);
+}
+nvmlReturn_t nvmlDeviceGetGpcClkVfOffset(nvmlDevice_t device, int* out) { FAKE_READ("DeviceGetGpcClkVfOffset", gpcOffset); }
+nvmlReturn_t nvmlDeviceGetMemClkVfOffset(nvmlDevice_t device, int* out) { FAKE_READ("DeviceGetMemClkVfOffset", memOffset); }
+nvmlReturn_t nvmlDeviceSetApplicationsClocks(nvmlDevice_t device, unsigned int mem, unsigned int graphics) {
+    nvmlDevice_st* g = gpu(device, "DeviceSetApplicationsClocks");
+    if (!g) return NVML_ERROR_NOT_SUPPORTED;
+    g->clockMem = mem, g->clockGfx = graphics;
+    return NVML_SUCCESS;
+}
+nvmlReturn_t nvmlDeviceGetPerformanceState(nvmlDevice_t device, nvmlPstates_t* out) {
+    FAKE_READ("DeviceGetPerformanceState", pstate);
+}
+nvmlReturn_t nvmlDeviceGetPowerUsage(nvmlDevice_t device, unsigned int* out) { FAKE_READ("DeviceGetPowerUsage", power); }
+nvmlReturn_t nvmlDeviceGetEnforcedPowerLimit(nvmlDevice_t device, unsigned int* out) {
+    FAKE_READ("DeviceGetEnforcedPowerLimit", enforced);
+}
+nvmlReturn_t nvmlDeviceGetPowerManagementLimit(nvmlDevice_t device, unsigned int* out) {
+    FAKE_READ("DeviceGetPowerManagementLimit", limit);
+}
+nvmlReturn_t nvmlDeviceGetPowerManagementDefaultLimit(nvmlDevice_t device, unsigned int* out) {
+    FAKE_READ("DeviceGetPowerManagementDefaultLimit", defaultLimit);
+}
+nvmlReturn_t nvmlDeviceGetPowerManagementLimitConstraints(nvmlDevice_t device, unsigned int* low,
+                                                          unsigned int* high) {
+    nvmlDevice_st* g = gpu(device, "DeviceGetPowerManagementLimitConstraints");
+    if (!g || !low || !high) return NVML_ERROR_NOT_SUPPORTED;
+    *low = g->minLimit, *high = g->maxLimit;
+    return NVML_SUCCESS;
+}
+nvmlReturn_t nvmlDeviceSetPowerManagementLimit(nvmlDevice_t device, unsigned int limit) {
+    nvmlDevice_st* g = gpu(device, "DeviceSetPowerManagementLimit");
+    if (!g || limit < g->minLimit || limit > g->maxLimit) return NVML_ERROR_INVALID_ARGUMENT;
+    g->limit = limit;
+    return NVML_SUCCESS;
+}
+nvmlReturn_t nvmlDeviceGetGraphicsRunningProcesses(nvmlDevice_t d, unsigned int* n, nvmlProcessInfo_v1_t* p) {
+    return processes(d, n, p);
+}
+
+}  // extern "C"

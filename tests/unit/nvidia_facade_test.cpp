@@ -1,0 +1,292 @@
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "fake_nvml_machine.h"
+#include "kalidor/kalidor.h"
+#include "kalidor/library_globals.h"
+
+namespace {
+
+using namespace Kalidornm;
+
+// The library with the NVIDIA records of one fake machine, made as start-up makes them.
+class NvidiaFacade : public ::testing::Test {
+protected:
+    void start(const std::string& settings, const std::string& variant = "full") {
+        m_machine = std::make_unique<FakeNvmlMachine>(settings);
+        library = Kalidor::getInstance();
+        ASSERT_NE(library, nullptr);
+        ASSERT_NE(library->caps(), nullptr);
+        library->caps()->sources.nvmlLibrary = FakeNvmlMachine::library(variant);
+        library->caps()->sources.rootDir = ::testing::TempDir() + "no-sysfs";  // no sleeping GPU to respect
+        library->caps()->NVAPI_Init(gGlobals.gpus);
+    }
+    void TearDown() override {
+        gGlobals.gpus.clear();
+        if (library && library->caps()) {
+            library->caps()->cleanup();
+            library->caps()->nvidia.reset();
+            library->caps()->sources = KalidorSources{};
+        }
+    }
+    GpuRecord& record(long i) { return *gGlobals.gpus.at(i); }
+
+    Kalidor* library = nullptr;
+
+private:
+    std::unique_ptr<FakeNvmlMachine> m_machine;
+};
+
+TEST_F(NvidiaFacade, LiveReadsGiveTheDriversValuesInTheirUnits) {
+    start(kBusyGtx680);
+    ASSERT_EQ(library->getGpuCount(), 1u);
+
+    float core = -1, board = -1, memory = -1, vrm = -1;
+    ASSERT_TRUE(library->readGpuTemperatures(0, &core, &board, &memory, &vrm));
+    EXPECT_FLOAT_EQ(core, 45.0f);
+    EXPECT_FLOAT_EQ(memory, 60.0f);
+    EXPECT_FLOAT_EQ(board, 0.0f);
+    EXPECT_FLOAT_EQ(library->readGpuCoreTemperature(0), 45.0f);
+
+    float percent = -1, rpm = -1;
+    ASSERT_TRUE(library->readGpuFanSpeed(0, &percent, &rpm));
+    EXPECT_FLOAT_EQ(percent, 35.0f);
+    EXPECT_FLOAT_EQ(rpm, 1500.0f);
+
+    float gpuLoad = -1, fbLoad = -1;
+    ASSERT_TRUE(library->readGpuLoad(0, &gpuLoad, &fbLoad));
+    EXPECT_FLOAT_EQ(gpuLoad, 12.0f);
+    EXPECT_FLOAT_EQ(fbLoad, 7.0f);
+    EXPECT_FLOAT_EQ(record(0).videoLoadPercent, 3.0f);
+
+    uint32_t pstate = 0;
+    float gpuMhz = -1, memMhz = -1, shaderMhz = -7, volts = -7;
+    ASSERT_TRUE(library->readGpuCurrentClocks(0, &pstate, &gpuMhz, &memMhz, &shaderMhz, &volts));
+    EXPECT_EQ(pstate, 8u);
+    EXPECT_FLOAT_EQ(gpuMhz, 405.0f);
+    EXPECT_FLOAT_EQ(memMhz, 810.0f);
+    EXPECT_FLOAT_EQ(shaderMhz, -7.0f);  // neither reported by the driver
+    EXPECT_FLOAT_EQ(volts, -7.0f);
+
+    uint32_t id = 99;
+    ASSERT_TRUE(library->readGpuPerfLevel(0, 1, &id, &gpuMhz, &memMhz, nullptr, &volts));
+    EXPECT_EQ(id, 8u);
+    EXPECT_FLOAT_EQ(gpuMhz, 405.0f);
+    EXPECT_FLOAT_EQ(volts, 0.0f);
+    EXPECT_FALSE(library->readGpuPerfLevel(0, 2, &id, nullptr, nullptr, nullptr, nullptr));
+
+    const std::pair<uint32_t, std::pair<float, float>> clockTypes[] = {
+        {0, {405, 810}}, {1, {1006, 3004}}, {2, {1110, 3004}}, {3, {405, 810}}};
+    for (auto [type, expected] : clockTypes) {
+        ASSERT_TRUE(library->readGpuClockFrequencies(0, type, &gpuMhz, &memMhz)) << type;
+        EXPECT_FLOAT_EQ(gpuMhz, expected.first) << type;
+        EXPECT_FLOAT_EQ(memMhz, expected.second) << type;
+    }
+    ASSERT_TRUE(library->readGpuBaseClocks(0, &gpuMhz, &memMhz, nullptr, nullptr));
+    EXPECT_FLOAT_EQ(gpuMhz, 1110.0f);
+    float coreOffset = 0, memOffset = 0;
+    ASSERT_TRUE(library->readGpuClockOffsets(0, &coreOffset, &memOffset, nullptr));
+    EXPECT_FLOAT_EQ(coreOffset, -50.0f);
+    EXPECT_FLOAT_EQ(memOffset, 200.0f);
+
+    uint32_t mw = 0;
+    ASSERT_TRUE(library->readGpuPowerUsage(0, &percent, &mw));
+    EXPECT_FLOAT_EQ(percent, 50.0f);  // 150 W of the 300 W enforced limit
+    EXPECT_EQ(mw, 150000u);
+    ASSERT_TRUE(library->readGpuPowerTarget(0, &percent, &mw));
+    EXPECT_FLOAT_EQ(percent, 80.0f);  // 200 W limit against the 250 W default
+    EXPECT_EQ(mw, 200000u);
+    float minPct = 0, maxPct = 0, defPct = 0;
+    uint32_t minMw = 0, maxMw = 0, defMw = 0;
+    ASSERT_TRUE(library->readGpuPowerPolicy(0, &minPct, &minMw, &maxPct, &maxMw, &defPct, &defMw));
+    EXPECT_FLOAT_EQ(minPct, 40.0f);
+    EXPECT_FLOAT_EQ(maxPct, 140.0f);
+    EXPECT_FLOAT_EQ(defPct, 100.0f);
+    EXPECT_EQ(minMw, 100000u);
+    EXPECT_EQ(maxMw, 350000u);
+    EXPECT_EQ(defMw, 250000u);
+    ASSERT_TRUE(library->setGpuPowerTarget(0, 90.0f));
+    ASSERT_TRUE(library->readGpuPowerTarget(0, &percent, &mw));
+    EXPECT_EQ(mw, 225000u);
+    EXPECT_FALSE(library->setGpuPowerTarget(0, 200.0f));  // above the driver's maximum
+
+    uint32_t totalKb = 0, availableKb = 0;
+    float used = 0;
+    ASSERT_TRUE(library->readGpuMemoryUsage(0, &totalKb, &availableKb, &used));
+    EXPECT_EQ(totalKb, 2048u * 1024u);
+    EXPECT_EQ(availableKb, 512u * 1024u);
+    EXPECT_FLOAT_EQ(used, 75.0f);
+
+    ASSERT_TRUE(library->readGpuPerfLimiters(0));
+    bool active = false;
+    const char* name = nullptr;
+    ASSERT_TRUE(library->getGpuPerfLimiter(0, 0, &active, &name));
+    EXPECT_TRUE(active);
+    EXPECT_STREQ(name, "power");
+    ASSERT_TRUE(library->getGpuPerfLimiter(0, 1, &active, &name));
+    EXPECT_TRUE(active);
+    EXPECT_STREQ(name, "temperature");
+    ASSERT_TRUE(library->getGpuPerfLimiter(0, 2, &active, &name));
+    EXPECT_FALSE(active);
+    EXPECT_FALSE(library->getGpuPerfLimiter(0, 4, &active, &name));
+
+    uint8_t board16[16] = {};
+    ASSERT_TRUE(library->readGpuBoardInfo(0, board16));
+    EXPECT_EQ(board16[0], 0x00);
+    EXPECT_EQ(board16[1], 0x03);
+
+    EXPECT_EQ(library->getDriverVersionNumber(), 55054u);
+    EXPECT_STREQ(library->getDriverBranch(), "r550");
+    EXPECT_EQ(library->getGpuPcieWidth(0), 16u);
+    EXPECT_EQ(library->getGpuIrq(0), 42u);
+    EXPECT_EQ(library->getGpuPhysicalFrameBufferKb(0), 2048u * 1024u);
+}
+
+TEST_F(NvidiaFacade, ActiveApplicationsAreNamedFromTheProcessTable) {
+    const std::string root = ::testing::TempDir() + "nvidia_proc_" + std::to_string(::getpid());
+    ::mkdir(root.c_str(), 0755);
+    ::mkdir((root + "/proc").c_str(), 0755);
+    ::mkdir((root + "/proc/1234").c_str(), 0755);
+    if (FILE* comm = std::fopen((root + "/proc/1234/comm").c_str(), "w")) {
+        std::fputs("glxgears\n", comm);
+        std::fclose(comm);
+    }
+    start(kBusyGtx680);
+    library->caps()->sources.rootDir = root;
+
+    ASSERT_EQ(library->queryActive3DApps(0), 2u);
+    EXPECT_EQ(library->getActiveAppPid(0, 0), 1234u);
+    EXPECT_STREQ(library->getActiveAppName(0, 0), "glxgears");
+    EXPECT_EQ(library->getActiveAppPid(0, 1), 99999u);
+    EXPECT_STREQ(library->getActiveAppName(0, 1), "");  // gone before its name was read
+    EXPECT_EQ(record(0).activeApps[127].structVersion, 0x20108u);
+    EXPECT_EQ(library->getActiveAppPid(0, 128), 0u);
+    EXPECT_EQ(library->getActiveAppName(0, 128), nullptr);
+
+    std::remove((root + "/proc/1234/comm").c_str());
+    ::rmdir((root + "/proc/1234").c_str());
+    ::rmdir((root + "/proc").c_str());
+    ::rmdir(root.c_str());
+}
+
+// Each read whose driver call fails reports false and leaves both the record and what the caller passed.
+TEST_F(NvidiaFacade, FailedReadsChangeNothing) {
+    std::string settings = kBusyGtx680;
+    for (const char* call :
+         {"DeviceGetTemperature", "DeviceGetFanSpeed", "DeviceGetFanSpeedRPM", "DeviceGetUtilizationRates",
+          "DeviceGetPerformanceState", "DeviceGetClockInfo", "DeviceGetMaxClockInfo",
+          "DeviceGetDefaultApplicationsClock", "DeviceGetClock", "DeviceGetGpcClkVfOffset", "DeviceGetPowerUsage",
+          "DeviceGetPowerManagementLimit", "DeviceGetPowerManagementLimitConstraints", "DeviceGetMemoryInfo",
+          "DeviceGetCurrentClocksEventReasons", "DeviceGetBoardId", "DeviceGetGraphicsRunningProcesses",
+          "DeviceSetPowerManagementLimit", "DeviceSetApplicationsClocks"})
+        settings += std::string("gpu 0 fail ") + call + "\n";
+    start(settings);
+    ASSERT_EQ(library->getGpuCount(), 1u);
+    GpuRecord& r = record(0);
+    r.sensorGpu.current = 33.0f;
+    r.perfLimiterActive[0] = 1;
+
+    float a = -5, b = -5, c = -5, d = -5;
+    uint32_t u = 77, v = 77, w = 77;
+    uint8_t board16[16] = {9};
+    const std::vector<std::pair<const char*, std::function<bool()>>> reads = {
+        {"temperatures", [&] { return library->readGpuTemperatures(0, &a, &b, &c, &d); }},
+        {"fan", [&] { return library->readGpuFanSpeed(0, &a, &b); }},
+        {"load", [&] { return library->readGpuLoad(0, &a, &b); }},
+        {"current clocks", [&] { return library->readGpuCurrentClocks(0, nullptr, &a, &b, &c, &d); }},
+        {"current", [&] { return library->readGpuClockFrequencies(0, 0, &a, &b); }},
+        {"base", [&] { return library->readGpuClockFrequencies(0, 1, &a, &b); }},
+        {"boost", [&] { return library->readGpuClockFrequencies(0, 2, &a, &b); }},
+        {"P0", [&] { return library->readGpuP0Clocks(0, &a, &b, &c, &d); }},
+        {"offsets", [&] { return library->readGpuClockOffsets(0, &a, &b, &c); }},
+        {"voltage", [&] { return library->readGpuVoltage(0, &a); }},
+        {"voltage step", [&] { return library->readGpuVoltageStep(0, &a); }},
+        {"power usage", [&] { return library->readGpuPowerUsage(0, &a, &u); }},
+        {"power policy", [&] { return library->readGpuPowerPolicy(0, &a, &u, &b, &v, &c, &w); }},
+        {"power target", [&] { return library->readGpuPowerTarget(0, &a, &u); }},
+        {"set power target", [&] { return library->setGpuPowerTarget(0, 90.0f); }},
+        {"set clocks", [&] { return library->setGpuPstate20Clocks(0, 1000.0f, 3000.0f, 0.0f); }},
+        {"memory", [&] { return library->readGpuMemoryUsage(0, &u, &v, &a); }},
+        {"limiters", [&] { return library->readGpuPerfLimiters(0); }},
+        {"board", [&] { return library->readGpuBoardInfo(0, board16); }},
+        {"RAM maker", [&] { return library->getGpuRamMaker(0, nullptr); }},
+        {"settings export", [&] { return library->exportDriverSettings(0, "/tmp/x.nip"); }},
+    };
+    for (const auto& [what, read] : reads) {
+        EXPECT_FALSE(read()) << what;
+        EXPECT_FLOAT_EQ(a, -5.0f) << what;
+        EXPECT_FLOAT_EQ(b, -5.0f) << what;
+        EXPECT_FLOAT_EQ(c, -5.0f) << what;
+        EXPECT_FLOAT_EQ(d, -5.0f) << what;
+        EXPECT_EQ(u, 77u) << what;
+        EXPECT_EQ(board16[0], 9) << what;
+    }
+    uint32_t pstate = 0;
+    EXPECT_FALSE(library->readGpuCurrentClocks(0, &pstate, nullptr, nullptr, nullptr, nullptr));
+    EXPECT_EQ(pstate, uint32_t(-1));
+    EXPECT_EQ(library->queryActive3DApps(0), 0u);
+
+    EXPECT_FLOAT_EQ(r.sensorGpu.current, 33.0f);
+    EXPECT_FLOAT_EQ(r.fanPercent, -1.0f);
+    EXPECT_FLOAT_EQ(r.fanRpm, -1.0f);
+    EXPECT_FLOAT_EQ(r.gpuLoadPercent, -1.0f);
+    EXPECT_FLOAT_EQ(r.memoryUsedPercent, -1.0f);
+    EXPECT_EQ(r.memoryTotalKb, 0u);
+    EXPECT_EQ(r.perfLimiterActive[0], 1u);
+    EXPECT_EQ(r.activeApps[0].structVersion, 0u);
+}
+
+TEST_F(NvidiaFacade, FanPercentWithoutRpmStillReads) {
+    start(kBusyGtx680, "legacy");
+    float percent = -1, rpm = -1;
+    ASSERT_TRUE(library->readGpuFanSpeed(0, &percent, &rpm));
+    EXPECT_FLOAT_EQ(percent, 35.0f);
+    EXPECT_FLOAT_EQ(rpm, -1.0f);
+    EXPECT_FLOAT_EQ(record(0).fanRpm, -1.0f);
+    // The old throttle-reasons call stands in for the clocks event reasons.
+    EXPECT_TRUE(library->readGpuPerfLimiters(0));
+    // Without the decoder query the video load stays never read.
+    ASSERT_TRUE(library->readGpuLoad(0, nullptr, nullptr));
+    EXPECT_FLOAT_EQ(record(0).videoLoadPercent, -1.0f);
+}
+
+// NVIDIA-only reads refuse records past the end, records of other vendors, and indices past the driver's list.
+TEST_F(NvidiaFacade, OnlyTheDriversOwnRecordsAreRead) {
+    start(kBusyGtx680);
+    auto other = std::make_unique<GpuRecord>();
+    other->vendorClass = kVendorClassNvidia;  // claims NVIDIA but is not in the driver's list
+    gGlobals.gpus.append(std::move(other));
+    auto intel = std::make_unique<GpuRecord>();
+    intel->vendorId = 0x8086;
+    gGlobals.gpus.append(std::move(intel));
+
+    float percent = -3;
+    uint32_t mw = 5;
+    for (int gpu : {1, 2, 3, -1}) {
+        EXPECT_FALSE(library->readGpuPowerUsage(gpu, &percent, &mw)) << gpu;
+        EXPECT_FALSE(library->readGpuClockFrequencies(gpu, 0, &percent, &percent)) << gpu;
+        EXPECT_EQ(library->queryActive3DApps(gpu), 0u) << gpu;
+        EXPECT_EQ(library->getGpuPcieWidth(gpu), 0u) << gpu;
+        EXPECT_EQ(library->getActiveAppName(gpu, 0), nullptr) << gpu;
+    }
+    EXPECT_FALSE(library->readGpuFanSpeed(2, &percent, nullptr));
+    EXPECT_FLOAT_EQ(percent, -3.0f);
+    EXPECT_EQ(mw, 5u);
+    EXPECT_TRUE(library->readGpuPowerUsage(0, &percent, &mw));
+}
+
+TEST_F(NvidiaFacade, NoDriverLeavesTheBlockEmpty) {
+    start("init_fails\n");
+    EXPECT_EQ(library->getGpuCount(), 0u);
+    EXPECT_EQ(library->getDriverVersionNumber(), 0u);
+    EXPECT_STREQ(library->getDriverBranch(), "");
+    EXPECT_FALSE(library->readGpuPowerUsage(0, nullptr, nullptr));
+}
+
+}  // namespace

@@ -97,8 +97,7 @@ void fillReportSnapshot(ReportSnapshot& s, Kalidornm::Kalidor& k) {
 
     // Waiting for the OpenGL probe's accessors (strings, limits, capability flags, MSAA modes, extensions
     // with their notes, catalogue): until they land the OpenGL part stays empty.
-    // Waiting for the compute discovery records (OpenCL platforms and devices, CUDA devices): until they
-    // land both lists stay empty.
+    fillComputeSnapshot(s);
     // Waiting for the legacy NVIDIA control panel reads: until they land that block stays absent.
 }
 

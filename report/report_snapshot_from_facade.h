@@ -12,4 +12,7 @@ namespace report {
 // The live values (temperatures, clocks, performance levels) are those of this moment.
 void fillReportSnapshot(ReportSnapshot& snapshot, Kalidornm::Kalidor& library);
 
+// The OpenCL platforms and CUDA devices from the discovery records (part of fillReportSnapshot).
+void fillComputeSnapshot(ReportSnapshot& snapshot);
+
 }  // namespace report

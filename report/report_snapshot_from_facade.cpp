@@ -2,6 +2,7 @@
 
 #include "app/version.h"
 #include "kalidor/kalidor.h"
+#include "kalidor/opengl/extension_spec_table.h"
 
 namespace report {
 
@@ -22,6 +23,60 @@ void fillSystem(ReportSnapshot& s, Kalidornm::Kalidor& k) {
     sys.osIsVista = k.isVista();
     // Waiting for the CPU and OS accessors (getCpuName, getCpuLogicalCores, getCpuFamily/Model/Stepping,
     // getInstalledMemoryMb, getTotalMemoryKb, getOsDescription): until they land these stay absent.
+}
+
+std::string textOf(const char* text) { return text ? text : ""; }
+
+// Capability tests the report shows as yes/no.
+constexpr int kCapFbo = 20, kCapPbo = 26, kCapS3tc = 11, kCapAti3dc = 39, kCapTextureRectangle = 21,
+              kCapFloatTextures = 22;
+
+void fillOpenGl(ReportOpenGl& gl, Kalidornm::Kalidor& k) {
+    gl.vendor = textOf(k.getGlVendor());
+    gl.renderer = textOf(k.getGlRenderer());
+    gl.version = textOf(k.getGlVersion());
+    gl.glslVersion = textOf(k.getGlslVersion());
+    gl.arbTextureUnits = k.getMaxTextureUnitsARB();
+    gl.vertexTextureUnits = k.getMaxVertexTextureUnits();
+    gl.pixelTextureUnits = k.getMaxPixelTextureUnits();
+    gl.geometryTextureUnits = k.getMaxGeometryTextureUnits();
+    gl.maxTextureSize = k.getMaxTextureSize();
+    gl.maxAnisotropy = k.getMaxAnisotropy();
+    gl.maxPointSpriteSize = k.getMaxPointSpriteSize();
+    gl.maxDynamicLights = k.getMaxDynamicLights();
+    gl.maxViewportSize = k.getMaxViewportSize();
+    gl.maxVertexUniformComponents = k.getMaxVertexUniformComponents();
+    gl.maxFragmentUniformComponents = k.getMaxFragmentUniformComponents();
+    gl.maxGeometryUniformComponents = k.getMaxGeometryUniformComponents();
+    gl.maxVaryingFloats = k.getMaxVaryingFloats();
+    gl.maxVertexBindableUniforms = k.getMaxVertexBindableUniforms();
+    gl.maxFragmentBindableUniforms = k.getMaxFragmentBindableUniforms();
+    gl.maxGeometryBindableUniforms = k.getMaxGeometryBindableUniforms();
+    gl.maxDrawBuffers = k.getMaxDrawBuffers();
+    gl.fbo = k.hasCapability(kCapFbo);
+    gl.pbo = k.hasCapability(kCapPbo);
+    gl.s3tc = k.hasCapability(kCapS3tc);
+    gl.ati3dc = k.hasCapability(kCapAti3dc);
+    gl.textureRectangle = k.hasCapability(kCapTextureRectangle);
+    gl.floatTextures = k.hasCapability(kCapFloatTextures);
+    for (int i = 0; i < k.getMsaaModeCount(); ++i) gl.msaaSampleCounts.push_back(k.getMsaaMode(i));
+    const uint32_t extensionCount = k.getExtensionCount();
+    for (uint32_t i = 0; i < extensionCount; ++i) {
+        const char* name = k.getExtensionName(int(i));
+        if (!name) break;
+        gl.extensions.push_back({name, textOf(Kalidornm::extensionNote(name))});
+    }
+    gl.glExtensionCount = k.getGlExtensionCount();
+    gl.wglExtensionCount = k.getWglExtensionCount();
+    for (int i = 0; i < k.capCount(); ++i) {
+        ReportGlCap c;
+        char name[128] = {}, group[128] = {};
+        if (!k.getCap(i, name, &c.valueType, &c.intValue, c.tripleValue, &c.int64Value, &c.floatValue, group))
+            continue;
+        c.name = name;
+        c.group = group;
+        gl.catalogue.push_back(std::move(c));
+    }
 }
 
 void fillLiveReadings(ReportGpu& g, Kalidornm::Kalidor& k, int index) {
@@ -95,8 +150,7 @@ void fillReportSnapshot(ReportSnapshot& s, Kalidornm::Kalidor& k) {
     s.gpus.resize(count);
     for (uint32_t i = 0; i < count; ++i) fillGpu(s.gpus[i], k, int(i));
 
-    // Waiting for the OpenGL probe's accessors (strings, limits, capability flags, MSAA modes, extensions
-    // with their notes, catalogue): until they land the OpenGL part stays empty.
+    fillOpenGl(s.gl, k);
     fillComputeSnapshot(s);
     // Waiting for the legacy NVIDIA control panel reads: until they land that block stays absent.
 }

@@ -1,5 +1,5 @@
 # The two commands of the README. Both install what is missing, then build.
-ARGS ?= /exp_txt_report /exp_xml_report
+ARGS ?= /exp_txt_report /exp_xml_report /exp_json_report
 JOBS ?= $(shell nproc)
 
 .PHONY: run test deps build build-asan

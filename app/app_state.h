@@ -5,6 +5,8 @@
 #include <mutex>
 #include <thread>
 
+#include "report/report_buffers.h"
+
 // Every run-time option, selection and handle of the application, in one global block. It is reset to its
 // start values at entry (resetAppState); nothing here persists between runs. No lock: fields read by demo
 // threads are written before those threads start or are single words.
@@ -24,6 +26,7 @@ struct AppState {
     bool openclSupportEnabled = false;
     bool exportXmlReport = false;
     bool exportTxtReport = false;
+    bool exportJsonReport = false;
     bool closeAppEndOfDemo = false;
 
     bool startDemoClDeformer = false;
@@ -72,6 +75,7 @@ struct AppState {
 
     std::unique_ptr<std::mutex> demoLock;
     std::unique_ptr<char[]> reportBuffers[kReportBufferCount];
+    report::ReportBuffers report;  // the report's view of reportBuffers: write positions and state
     std::unique_ptr<uint32_t[]> furArray;
 
     // Demo and compute settings the command line can change.

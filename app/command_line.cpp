@@ -124,8 +124,9 @@ constexpr auto kOptions = std::to_array<CommandLineOption>({
     {"/disable_cl_support", [](AppState& s, const char*) { s.openclSupportEnabled = false; }},
     {"/exp_xml_report", [](AppState& s, const char*) { s.exportXmlReport = true; }},
     {"/exp_txt_report", [](AppState& s, const char*) { s.exportTxtReport = true; }},
+    {"/exp_json_report", [](AppState& s, const char*) { s.exportJsonReport = true; }},
 });
-static_assert(kOptions.size() == 53, "the command line knows 53 options");
+static_assert(kOptions.size() == 54, "the command line knows 54 options");
 
 }  // namespace
 

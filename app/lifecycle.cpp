@@ -4,6 +4,7 @@
 
 #include "app_log.h"
 #include "app_state.h"
+#include "batch_reports.h"
 #include "command_line.h"
 #include "compute/cuda_discovery.h"
 #include "compute/opencl_discovery.h"
@@ -13,7 +14,6 @@
 #include "kalidor/kalidor.h"
 #include "kalidor/platform/display_device_source.h"
 #include "message_boxes.h"
-#include "report/report_generator.h"
 #include "version.h"
 
 using Kalidornm::Kalidor;
@@ -49,17 +49,6 @@ void logDisplayDeviceStrings(Kalidor& library) {
     }
 }
 
-void writeBatchReports(const AppState& state) {
-    if (state.exportXmlReport) {
-        report::generateReport();
-        report::writeXmlReport("report.xml");
-    }
-    if (state.exportTxtReport) {
-        report::generateReport();
-        report::writeTextReport("report.txt");
-    }
-}
-
 // The main window comes with the GUI; until then an interactive start ends here.
 void runMainDialog() { appLog().write("%s startup ok.", lumenscope::kDisplayName); }
 
@@ -80,6 +69,7 @@ void shutdownApplication(AppState& state, Kalidor* library) {
     state.demoLock.reset();
     compute::freeOpenClPlatforms();
     compute::freeCudaDevices();
+    state.report = report::ReportBuffers{};
     for (auto& buffer : state.reportBuffers) buffer.reset();
 }
 
@@ -94,7 +84,7 @@ int runLumenscope(int argc, const char* const* argv) {
     parseCommandLine(state, commandLine.c_str());
 
     logDisplayDevices();
-    const bool batch = state.exportXmlReport || state.exportTxtReport;
+    const bool batch = state.exportXmlReport || state.exportTxtReport || state.exportJsonReport;
     state.updateThread.reset();
 
     if (state.openclSupportEnabled) compute::discoverOpenCl();
@@ -120,7 +110,7 @@ int runLumenscope(int argc, const char* const* argv) {
     state.headerBackColour = 0xAF712A;
 
     if (batch)
-        writeBatchReports(state);
+        writeBatchReports(state, *library);
     else
         runMainDialog();
 

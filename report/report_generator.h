@@ -1,13 +1,17 @@
 #pragma once
 
-// The report of everything the program knows, built once from the library and the discovery records.
+#include "report_buffers.h"
+#include "report_snapshot.h"
+
+// The report of everything the program knows, built once as text and XML from one snapshot.
 namespace report {
 
-// Builds the report if it has not been built yet in this run.
-void generateReport();
+// Fills the buffers from the snapshot unless they already hold a finished report; a report is generated
+// once per run, so a second call keeps the first one's live values.
+void generateReport(ReportBuffers& buffers, const ReportSnapshot& snapshot);
 
-// Write the generated report; false if the file cannot be written or there is nothing to write.
-bool writeXmlReport(const char* path);
-bool writeTextReport(const char* path);
+// Write the generated text or XML report; false for a null path or a file that cannot be opened.
+bool writeTextReport(const ReportBuffers& buffers, const char* path);
+bool writeXmlReport(const ReportBuffers& buffers, const ReportSnapshot& snapshot, const char* path);
 
 }  // namespace report

@@ -44,6 +44,7 @@ TEST(CommandLine, EmptyOrNullLineLeavesEveryDefault) {
         EXPECT_TRUE(s.openclSupportEnabled);
         EXPECT_FALSE(s.exportXmlReport);
         EXPECT_FALSE(s.exportTxtReport);
+        EXPECT_FALSE(s.exportJsonReport);
     }
 }
 
@@ -111,7 +112,7 @@ TEST(CommandLine, EveryFlagMovesItsFieldAwayFromTheDefault) {
         "/no_online_check /disable_gl3_torus_radeon_fix /disable_gl_render_in_cl_demos /bench_log_results "
         "/close_app_end_of_demo /gl4_no_tess_level_anim /cl_demo_native_sin_disabled /cl_demo_gl_interop_disabled "
         "/cl_demo_explicit_workgroup_size_disabled /cl_demo_use_local_mem /cl_particles_sin /cl_julia_not_animated "
-        "/disable_cl_support /exp_xml_report /exp_txt_report");
+        "/disable_cl_support /exp_xml_report /exp_txt_report /exp_json_report");
     EXPECT_FALSE(s.onlineCheckEnabled);
     EXPECT_FALSE(s.gl3TorusRadeonFix);
     EXPECT_FALSE(s.glRenderInClDemos);
@@ -127,6 +128,7 @@ TEST(CommandLine, EveryFlagMovesItsFieldAwayFromTheDefault) {
     EXPECT_FALSE(s.openclSupportEnabled);
     EXPECT_TRUE(s.exportXmlReport);
     EXPECT_TRUE(s.exportTxtReport);
+    EXPECT_TRUE(s.exportJsonReport);
 }
 
 TEST(CommandLine, EachAutoStartOptionSetsOnlyItsOwnFlag) {
@@ -156,12 +158,12 @@ TEST(CommandLine, EachAutoStartOptionSetsOnlyItsOwnFlag) {
     }
 }
 
-TEST(CommandLine, KnowsFiftyThreeOptionsAndNoneIsAnUnrelatedSubstringOfAnother) {
-    ASSERT_EQ(commandLineOptionCount(), 53u);
-    EXPECT_EQ(commandLineOptionText(53), nullptr);
+TEST(CommandLine, KnowsFiftyFourOptionsAndNoneIsAnUnrelatedSubstringOfAnother) {
+    ASSERT_EQ(commandLineOptionCount(), 54u);
+    EXPECT_EQ(commandLineOptionText(54), nullptr);
     // The one intended overlap: "/cl_log_results" inside its surface-deformer twin.
-    for (size_t i = 0; i < 53; ++i) {
-        for (size_t j = 0; j < 53; ++j) {
+    for (size_t i = 0; i < 54; ++i) {
+        for (size_t j = 0; j < 54; ++j) {
             if (i == j) continue;
             const std::string a = commandLineOptionText(i), b = commandLineOptionText(j);
             if (b.find(a) == std::string::npos) continue;

@@ -1,0 +1,320 @@
+#include "json_report.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+
+namespace report {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// A single-precision reading as the shortest decimal that reads back to it, not its double expansion
+// (472.14 rather than 472.1400146484375).
+double number(float value) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.7g", double(value));
+    return std::strtod(text, nullptr);
+}
+
+Json text(const std::optional<std::string>& value) {
+    return value && !value->empty() ? Json(*value) : Json(nullptr);
+}
+Json text(const std::string& value) { return value.empty() ? Json(nullptr) : Json(value); }
+Json number(const std::optional<float>& value) { return value ? Json(number(*value)) : Json(nullptr); }
+template <typename T>
+Json positive(T value) {
+    return value > 0 ? Json(value) : Json(nullptr);
+}
+
+Json system(const ReportSnapshot& s) {
+    const ReportSystem& sys = s.system;
+    return Json{
+        {"cpu_name", text(sys.cpuName)},
+        {"cpu_speed_mhz", positive(sys.cpuSpeedMhz)},
+        {"cpu_logical_cores", positive(sys.logicalCores)},
+        {"cpu_family", sys.cpuName ? Json(sys.cpuFamily) : Json(nullptr)},
+        {"cpu_model", sys.cpuName ? Json(sys.cpuModel) : Json(nullptr)},
+        {"cpu_stepping", sys.cpuName ? Json(sys.cpuStepping) : Json(nullptr)},
+        {"installed_memory_mb", positive(sys.installedMemoryMb)},
+        {"total_memory_kb", positive(sys.totalMemoryKb)},
+        {"os_description", text(sys.osDescription)},
+        {"physx_version", positive(sys.physxVersion)},
+    };
+}
+
+Json pciId(bool known, uint32_t value) { return known ? Json(value) : Json(nullptr); }
+
+Json gpu(const ReportGpu& g) {
+    Json levels = Json::array();
+    for (const ReportPerfLevel& l : g.perfLevels)
+        levels.push_back(Json{{"id", l.id},
+                              {"gpu_clock_mhz", number(l.gpuClockMhz)},
+                              {"memory_clock_mhz", number(l.memClockMhz)},
+                              {"shader_clock_mhz", number(l.shaderClockMhz)},
+                              {"vddc_volts", number(l.vddcVolts)}});
+    const ReportNvidiaClocks& c = g.nvidia;
+    const ReportLiveReadings& live = g.live;
+    return Json{
+        {"name", text(g.name)},
+        {"codename", text(g.codename)},
+        {"vendor_id", pciId(g.hasPciIds, g.vendorId)},
+        {"device_id", pciId(g.hasPciIds, g.deviceId)},
+        {"subvendor_id", pciId(g.hasPciIds, g.subvendorId)},
+        {"subdevice_id", pciId(g.hasPciIds, g.subdeviceId)},
+        {"bus_id", g.busId >= 0 ? Json(g.busId) : Json(nullptr)},
+        {"driver_version", text(g.driverVersion)},
+        {"catalyst_version", text(g.catalystVersion)},
+        {"crimson_driver", g.catalystVersion ? Json(g.isCrimson) : Json(nullptr)},
+        {"shader_cores", positive(g.shaderCores)},
+        {"texture_units", positive(g.textureUnits)},
+        {"rop_units", positive(g.ropUnits)},
+        {"tdp_watts", positive(g.tdpWatts)},
+        {"bios_version", text(g.biosVersion)},
+        {"memory_size_mb", positive(g.memorySizeMb)},
+        {"memory_type", text(g.memoryType)},
+        {"memory_bus_width_bits", g.memoryBusWidthBits ? Json(*g.memoryBusWidthBits) : Json(nullptr)},
+        {"memory_location", text(g.memoryLocation)},
+        {"base_clock_mhz", number(c.baseClockMhz)},
+        {"boost_clock_mhz", number(c.boostClockMhz)},
+        {"memory_clock_mhz", number(c.memoryClockMhz)},
+        {"power_target_percent", number(c.powerTargetPercent)},
+        {"min_power_target_percent", number(c.minPowerTargetPercent)},
+        {"max_power_target_percent", number(c.maxPowerTargetPercent)},
+        {"performance_levels", levels},
+        {"live",
+         Json{
+             {"core_temperature_c", number(live.coreTemperatureC)},
+             {"board_temperature_c", number(live.boardTemperatureC)},
+             {"memory_temperature_c", number(live.memoryTemperatureC)},
+             {"vrm_temperature_c", number(live.vrmTemperatureC)},
+             {"fan_percent", number(live.fanPercent)},
+             {"fan_rpm", number(live.fanRpm)},
+             {"gpu_load_percent", number(live.gpuLoadPercent)},
+             {"frame_buffer_load_percent", number(live.frameBufferLoadPercent)},
+             {"current_pstate", live.currentPstate ? Json(*live.currentPstate) : Json(nullptr)},
+             {"current_gpu_clock_mhz", number(live.currentGpuClockMhz)},
+             {"current_memory_clock_mhz", number(live.currentMemClockMhz)},
+             {"current_shader_clock_mhz", number(live.currentShaderClockMhz)},
+             {"current_volts", number(live.currentVolts)},
+         }},
+    };
+}
+
+Json capValue(const ReportGlCap& c) {
+    switch (c.valueType) {
+        case 1: return c.intValue;
+        case 2: return number(c.floatValue);
+        case 4: return c.int64Value;
+        case 5: return Json::array({c.tripleValue[0], c.tripleValue[1], c.tripleValue[2]});
+        default: return nullptr;
+    }
+}
+
+const char* capType(int32_t valueType) {
+    switch (valueType) {
+        case 1: return "integer";
+        case 2: return "float";
+        case 4: return "integer64";
+        case 5: return "integer3";
+        default: return "none";
+    }
+}
+
+Json openGl(const ReportOpenGl& gl) {
+    Json extensions = Json::array();
+    for (const ReportGlExtension& e : gl.extensions)
+        extensions.push_back(Json{{"name", e.name}, {"note", text(e.note)}});
+    Json catalogue = Json::array();
+    for (const ReportGlCap& c : gl.catalogue) {
+        if (c.valueType == 0 && c.group.empty()) continue;  // the separator between core and extensions
+        catalogue.push_back(
+            Json{{"name", c.name}, {"group", text(c.group)}, {"type", capType(c.valueType)}, {"value", capValue(c)}});
+    }
+    return Json{
+        {"vendor", text(gl.vendor)},
+        {"renderer", text(gl.renderer)},
+        {"version", text(gl.version)},
+        {"glsl_version", text(gl.glslVersion)},
+        {"arb_texture_units", gl.arbTextureUnits},
+        {"vertex_texture_units", gl.vertexTextureUnits},
+        {"pixel_texture_units", gl.pixelTextureUnits},
+        {"geometry_texture_units", gl.geometryTextureUnits},
+        {"max_texture_size", gl.maxTextureSize},
+        {"max_anisotropy", number(gl.maxAnisotropy)},
+        {"max_point_sprite_size", number(gl.maxPointSpriteSize)},
+        {"max_dynamic_lights", gl.maxDynamicLights},
+        {"max_viewport_size", gl.maxViewportSize},
+        {"max_vertex_uniform_components", gl.maxVertexUniformComponents},
+        {"max_fragment_uniform_components", gl.maxFragmentUniformComponents},
+        {"max_geometry_uniform_components", gl.maxGeometryUniformComponents},
+        {"max_varying_floats", gl.maxVaryingFloats},
+        {"max_vertex_bindable_uniforms", gl.maxVertexBindableUniforms},
+        {"max_fragment_bindable_uniforms", gl.maxFragmentBindableUniforms},
+        {"max_geometry_bindable_uniforms", gl.maxGeometryBindableUniforms},
+        {"max_draw_buffers", gl.maxDrawBuffers},
+        {"features",
+         Json{{"fbo", gl.fbo},
+              {"pbo", gl.pbo},
+              {"s3tc", gl.s3tc},
+              {"ati_3dc", gl.ati3dc},
+              {"texture_rectangle", gl.textureRectangle},
+              {"floating_point_textures", gl.floatTextures}}},
+        {"msaa_sample_counts", gl.msaaSampleCounts},
+        {"gl_extension_count", gl.glExtensionCount},
+        {"wgl_extension_count", gl.wglExtensionCount},
+        {"extensions", extensions},
+        {"capabilities", catalogue},
+    };
+}
+
+Json clDevice(const ReportClDevice& d) {
+    const bool nv = std::find(d.extensions.begin(), d.extensions.end(), "cl_nv_device_attribute_query") !=
+                    d.extensions.end();
+    auto nvValue = [nv](uint32_t v) { return nv ? Json(v) : Json(nullptr); };
+    return Json{
+        {"name", d.name},
+        {"vendor", d.vendor},
+        {"driver_version", d.driverVersion},
+        {"profile", d.profile},
+        {"version", d.version},
+        {"type", d.type},
+        {"vendor_id", d.vendorId},
+        {"max_compute_units", d.maxComputeUnits},
+        {"max_clock_frequency_mhz", d.maxClockMhz},
+        {"nv_compute_capability_major", nvValue(d.nvComputeCapabilityMajor)},
+        {"nv_compute_capability_minor", nvValue(d.nvComputeCapabilityMinor)},
+        {"nv_registers_per_block", nvValue(d.nvRegistersPerBlock)},
+        {"nv_warp_size", nvValue(d.nvWarpSize)},
+        {"nv_gpu_overlap", nvValue(d.nvGpuOverlap)},
+        {"nv_kernel_exec_timeout", nvValue(d.nvKernelExecTimeout)},
+        {"nv_integrated_memory", nvValue(d.nvIntegratedMemory)},
+        {"address_bits", d.addressBits},
+        {"max_mem_alloc_size_bytes", d.maxMemAllocSize},
+        {"global_mem_size_bytes", d.globalMemSize},
+        {"max_parameter_size_bytes", d.maxParameterSize},
+        {"global_mem_cacheline_size_bytes", d.globalMemCachelineSize},
+        {"global_mem_cache_size_bytes", d.globalMemCacheSize},
+        {"error_correction_support", d.errorCorrectionSupport != 0},
+        {"local_mem_type", d.localMemType},
+        {"local_mem_size_bytes", d.localMemSize},
+        {"max_constant_buffer_size_bytes", d.maxConstantBufferSize},
+        {"max_work_item_dimensions", d.maxWorkItemDimensions},
+        {"max_work_item_sizes", Json::array({d.maxWorkItemSizes[0], d.maxWorkItemSizes[1], d.maxWorkItemSizes[2]})},
+        {"max_work_group_size", d.maxWorkGroupSize},
+        {"native_kernels", d.nativeKernels},
+        {"image_support", d.imageSupport != 0},
+        {"max_read_image_args", d.maxReadImageArgs},
+        {"max_write_image_args", d.maxWriteImageArgs},
+        {"image2d_max_width", d.image2dMaxWidth},
+        {"image2d_max_height", d.image2dMaxHeight},
+        {"image3d_max_width", d.image3dMaxWidth},
+        {"image3d_max_height", d.image3dMaxHeight},
+        {"image3d_max_depth", d.image3dMaxDepth},
+        {"max_samplers", d.maxSamplers},
+        {"preferred_vector_width",
+         Json{{"char", d.preferredVectorWidthChar},
+              {"short", d.preferredVectorWidthShort},
+              {"int", d.preferredVectorWidthInt},
+              {"long", d.preferredVectorWidthLong},
+              {"float", d.preferredVectorWidthFloat},
+              {"double", d.preferredVectorWidthDouble}}},
+        {"extensions", d.extensions},
+    };
+}
+
+Json openCl(const std::vector<ReportClPlatform>& platforms) {
+    Json list = Json::array();
+    for (const ReportClPlatform& p : platforms) {
+        Json devices = Json::array();
+        for (const ReportClDevice& d : p.devices) devices.push_back(clDevice(d));
+        list.push_back(Json{{"name", p.name},
+                            {"vendor", p.vendor},
+                            {"version", p.version},
+                            {"profile", p.profile},
+                            {"extensions", p.extensions},
+                            {"devices", devices}});
+    }
+    return list;
+}
+
+Json cuda(const std::vector<ReportCudaDevice>& devices) {
+    Json list = Json::array();
+    for (const ReportCudaDevice& d : devices)
+        list.push_back(Json{
+            {"name", d.name},
+            {"compute_capability", Json::array({d.computeMajor, d.computeMinor})},
+            {"total_memory_bytes", d.totalMemoryBytes},
+            {"clock_rate_khz", d.clockRateKhz},
+            {"multiprocessors", d.multiprocessorCount},
+            {"warp_size", d.warpSize},
+            {"max_threads_per_block", d.maxThreadsPerBlock},
+            {"max_threads_dim", Json::array({d.maxThreadsDim[0], d.maxThreadsDim[1], d.maxThreadsDim[2]})},
+            {"max_grid_size", Json::array({d.maxGridSize[0], d.maxGridSize[1], d.maxGridSize[2]})},
+            {"registers_per_block", d.registersPerBlock},
+            {"texture_alignment_bytes", d.textureAlignBytes},
+            {"total_constant_memory_bytes", d.totalConstantMemoryBytes},
+            {"shared_memory_per_block_bytes", d.sharedMemPerBlockBytes},
+            {"memory_pitch_bytes", d.memPitch},
+        });
+    return list;
+}
+
+std::string formatVersion(const ReportSnapshot& s) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%d.%d.%d.%d", s.versionMajor, s.versionMinor, s.versionPatch, s.versionBuild);
+    return text;
+}
+
+Json document(const ReportSnapshot& s) {
+    Json gpus = Json::array();
+    for (const ReportGpu& g : s.gpus) gpus.push_back(gpu(g));
+    const ReportDisplayMode& m = s.displayMode;
+    const bool hasMode = m.width > 0 && m.height > 0;
+    return Json{
+        {"schema_version", kJsonReportSchemaVersion},
+        {"program", Json{{"name", s.programName},
+                         {"version", formatVersion(s)},
+                         {"home_page", s.homePage}}},
+        {"system", system(s)},
+        {"has_display_device", s.hasDisplayDevice},
+        {"display_mode",
+         hasMode ? Json{{"width", m.width},
+                        {"height", m.height},
+                        {"refresh_hz", positive(m.refreshHz)},
+                        {"bits_per_pixel", positive(m.bitsPerPixel)}}
+                 : Json(nullptr)},
+        {"driver", Json{{"primary_driver_version", text(s.driver.primaryDriverVersion)},
+                        {"primary_driver_text", text(s.driver.primaryDriverText)},
+                        {"nvidia_driver_version", positive(s.driver.nvDriverVersionNumber)},
+                        {"nvidia_driver_branch", text(s.driver.nvDriverBranch)}}},
+        {"gpus", gpus},
+        {"opengl", s.hasDisplayDevice ? openGl(s.gl) : Json(nullptr)},
+        {"opencl", Json{{"platforms", openCl(s.clPlatforms)}}},
+        {"cuda", Json{{"devices", cuda(s.cudaDevices)}}},
+    };
+}
+
+}  // namespace
+
+std::string jsonReportText(const ReportSnapshot& snapshot) {
+    try {
+        return document(snapshot).dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+bool writeJsonReport(const ReportSnapshot& snapshot, const char* path) {
+    if (!path) return false;
+    const std::string text = jsonReportText(snapshot);
+    if (text.empty()) return false;
+    FILE* file = std::fopen(path, "w");
+    if (!file) return false;
+    const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
+    return std::fclose(file) == 0 && written;
+}
+
+}  // namespace report

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+
+#include "report_buffers.h"
+#include "report_snapshot.h"
+
+// The sections of the report in document order, and the small writing helpers they share. Internal to
+// the report generator.
+namespace report {
+
+inline constexpr const char* kSectionRule = "===================================";
+
+// printf into a std::string.
+std::string formatText(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
+void addBlankLine(ReportBuffers& b);
+// A section heading: the rule and the bracketed title.
+void addHeading(ReportBuffers& b, const char* title);
+// One attribute piece: a line feed, `tabs` tabs, name="value".
+void addXmlAttribute(ReportBuffers& b, int tabs, const char* name, const std::string& value);
+
+void addBannerSection(ReportBuffers& b, const ReportSnapshot& s);
+void addSystemSection(ReportBuffers& b, const ReportSnapshot& s);
+void addNoDriverSection(ReportBuffers& b, const ReportSnapshot& s);
+void addGraphicsAdaptersSection(ReportBuffers& b, const ReportSnapshot& s);
+void addOpenGlCapsSection(ReportBuffers& b, const ReportSnapshot& s);
+void addOpenGlExtensionsSection(ReportBuffers& b, const ReportSnapshot& s);
+void addOpenGlCatalogueSection(ReportBuffers& b, const ReportSnapshot& s);
+void addCudaSection(ReportBuffers& b, const ReportSnapshot& s);
+void addOpenClSection(ReportBuffers& b, const ReportSnapshot& s);
+void addMiscSection(ReportBuffers& b, const ReportSnapshot& s);
+void addLinkSections(ReportBuffers& b, const ReportSnapshot& s);
+
+}  // namespace report

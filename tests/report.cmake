@@ -1,0 +1,22 @@
+find_package(nlohmann_json REQUIRED)
+
+add_library(report_test_fixtures STATIC report/report_fixtures.cpp report/rendered_report.cpp)
+target_link_libraries(report_test_fixtures PUBLIC report)
+target_include_directories(report_test_fixtures PUBLIC ${PROJECT_SOURCE_DIR})
+
+# Regenerates tests/golden/report; only tools/regen_report_golden.sh runs it.
+add_executable(report_golden_writer report/golden_writer.cpp)
+target_link_libraries(report_golden_writer PRIVATE report_test_fixtures)
+
+lumenscope_unit_test(unit_report
+  report/report_golden_test.cpp
+  report/report_document_test.cpp
+  report/json_report_test.cpp
+)
+target_link_libraries(unit_report PRIVATE report_test_fixtures nlohmann_json::nlohmann_json)
+target_compile_definitions(unit_report PRIVATE REPORT_GOLDEN_DIR="${PROJECT_SOURCE_DIR}/tests/golden/report")
+
+lumenscope_integration_test(integration_batch_reports report/batch_reports_test.cpp)
+target_link_libraries(integration_batch_reports PRIVATE nlohmann_json::nlohmann_json)
+target_compile_definitions(integration_batch_reports PRIVATE LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>")
+add_dependencies(integration_batch_reports lumenscope)

@@ -1,0 +1,53 @@
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "integration/program_runner.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string readWhole(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+class BatchReports : public ::testing::Test {
+protected:
+    fs::path dir = fs::temp_directory_path() / ("batch_reports_" + std::to_string(getpid()));
+    void SetUp() override { fs::create_directories(dir); }
+    void TearDown() override { fs::remove_all(dir); }
+};
+
+TEST_F(BatchReports, AllThreeOptionsWriteAllThreeFilesAndExitZero) {
+    const ProgramRun run = runProgram(LUMENSCOPE_BINARY, dir,
+                                      {"/exp_txt_report", "/exp_xml_report", "/exp_json_report", "/no_online_check"});
+    EXPECT_EQ(run.exitCode, 0);
+    const std::string text = readWhole(dir / "report.txt");
+    const std::string xml = readWhole(dir / "report.xml");
+    const std::string json = readWhole(dir / "report.json");
+    EXPECT_EQ(text.rfind("===================================================\nLumenscope v1.26.0.0\n", 0), 0u);
+    EXPECT_NE(text.find("===================================[ System / CPU ]\n"), std::string::npos);
+    EXPECT_EQ(text.find("Related Graphics Drivers"), std::string::npos);
+    EXPECT_EQ(text.find('\r'), std::string::npos);
+    EXPECT_EQ(xml.rfind("<?xml version=\"1.0\" encoding=\"ISO-8859-1\" standalone=\"yes\"?>\n", 0), 0u);
+    ASSERT_GE(xml.size(), 15u);
+    EXPECT_EQ(xml.substr(xml.size() - 15), "\n</lumen_scope>");
+    ASSERT_TRUE(nlohmann::json::accept(json));
+    const nlohmann::json parsed = nlohmann::json::parse(json);
+    EXPECT_EQ(parsed["schema_version"], 1);
+    EXPECT_EQ(parsed["gpus"].size(), parsed["has_display_device"] ? parsed["gpus"].size() : 0u);
+}
+
+TEST_F(BatchReports, EachOptionWritesOnlyItsOwnFile) {
+    const ProgramRun run = runProgram(LUMENSCOPE_BINARY, dir, {"/exp_json_report"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(fs::exists(dir / "report.json"));
+    EXPECT_FALSE(fs::exists(dir / "report.txt"));
+    EXPECT_FALSE(fs::exists(dir / "report.xml"));
+    // No window either: the batch branch never reaches the end of the interactive start.
+    for (const std::string& line : run.logLines) EXPECT_NE(logMessage(line), "Lumenscope startup ok.");
+}
+
+}  // namespace

@@ -9,3 +9,8 @@ lumenscope_integration_test(integration_opengl_probe
   integration/opengl_probe_test.cpp
 )
 target_link_libraries(integration_opengl_probe PRIVATE kalidor)
+
+# The probe's wall time, measured by a benchmark rather than asserted in a test.
+find_package(benchmark REQUIRED)
+add_executable(bench_opengl_probe bench/opengl_probe_bench.cpp)
+target_link_libraries(bench_opengl_probe PRIVATE kalidor benchmark::benchmark)

@@ -18,3 +18,8 @@ lumenscope_integration_test(integration_hw_log integration/hw_log_test.cpp)
 target_link_libraries(integration_hw_log PRIVATE kalidor)
 target_compile_definitions(integration_hw_log PRIVATE LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>")
 add_dependencies(integration_hw_log lumenscope)
+
+# A developer's tool, not a test: replays a fixture machine and writes its start-up log.
+add_executable(replay_machine tools/replay_machine.cpp)
+target_link_libraries(replay_machine PRIVATE lumenscope_app)
+target_include_directories(replay_machine PRIVATE ${PROJECT_SOURCE_DIR})

@@ -65,11 +65,20 @@ std::vector<PciDisplayDevice> listPciDisplayDevices(const std::string& rootDir) 
     return devices;
 }
 
+namespace {
+// libpci reports through these hooks, which only pci_init sets; without them a missing or malformed name list
+// calls through a null pointer. Names are a nicety: problems with the list are ignored.
+void ignoreLibpciMessage(char*, ...) {}
+}  // namespace
+
 std::string pciDeviceName(const std::string& idsFile, uint32_t vendor, uint32_t device) {
     // Only the name list is used: no access method is initialised and no device is scanned, so libpci never
     // touches config space.
     std::unique_ptr<pci_access, void (*)(pci_access*)> access(pci_alloc(), pci_cleanup);
     if (!access) return {};
+    access->error = ignoreLibpciMessage;
+    access->warning = ignoreLibpciMessage;
+    access->debug = ignoreLibpciMessage;
     if (!idsFile.empty()) pci_set_name_list_path(access.get(), const_cast<char*>(idsFile.c_str()), 0);
     char name[256] = {};
     const int flags = PCI_LOOKUP_VENDOR | PCI_LOOKUP_DEVICE | (idsFile.empty() ? 0 : PCI_LOOKUP_NO_HWDB);

@@ -39,7 +39,7 @@ struct FixtureCopy {
     explicit FixtureCopy(const std::string& machine) {
         root = (fs::temp_directory_path() / ("amd_fixture_" + std::to_string(::getpid()) + "_" + machine)).string();
         fs::remove_all(root);
-        fs::copy(kFixtures + "/" + machine, root, fs::copy_options::recursive);
+        fs::copy(kFixtures + "/" + machine, root, fs::copy_options::recursive | fs::copy_options::copy_symlinks);
     }
     ~FixtureCopy() { fs::remove_all(root); }
     void write(const std::string& relative, const std::string& text) const {

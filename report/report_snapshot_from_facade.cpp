@@ -9,9 +9,15 @@ namespace report {
 namespace {
 
 constexpr const char* kHomePage = "https://lumenscope.example.org/";
+constexpr uint32_t kVendorIntel = 0x8086;
 
 std::optional<std::string> optionalText(const char* text) {
     return text ? std::optional<std::string>(text) : std::nullopt;
+}
+
+// Record and summary texts are fixed arrays, so an empty one is a value the library never found.
+std::optional<std::string> presentText(const char* text) {
+    return text && *text ? std::optional<std::string>(text) : std::nullopt;
 }
 
 std::optional<float> reading(bool ok, float value) { return ok ? std::optional<float>(value) : std::nullopt; }
@@ -21,8 +27,14 @@ void fillSystem(ReportSnapshot& s, Kalidornm::Kalidor& k) {
     sys.cpuSpeedMhz = int32_t(k.getCpuSpeedMhz());
     sys.physxVersion = int32_t(k.getPhysxVersion());
     sys.osIsVista = k.isVista();
-    // Waiting for the CPU and OS accessors (getCpuName, getCpuLogicalCores, getCpuFamily/Model/Stepping,
-    // getInstalledMemoryMb, getTotalMemoryKb, getOsDescription): until they land these stay absent.
+    sys.cpuName = optionalText(k.getCpuName());
+    sys.logicalCores = k.getCpuLogicalCores();
+    sys.cpuFamily = k.getCpuFamily();
+    sys.cpuModel = k.getCpuModel();
+    sys.cpuStepping = k.getCpuStepping();
+    sys.installedMemoryMb = k.getInstalledMemoryMb();
+    sys.totalMemoryKb = k.getTotalMemoryKb();
+    sys.osDescription = optionalText(k.getOsDescription());
 }
 
 std::string textOf(const char* text) { return text ? text : ""; }
@@ -107,18 +119,50 @@ void fillLiveReadings(ReportGpu& g, Kalidornm::Kalidor& k, int index) {
     }
 }
 
+// Boost-era values through the NVIDIA driver; every read fails for other GPUs and leaves them absent.
+void fillNvidiaClocks(ReportNvidiaClocks& c, Kalidornm::Kalidor& k, int index) {
+    float gpuMhz = 0, memMhz = 0;
+    if (k.readGpuClockFrequencies(index, 1, &gpuMhz, &memMhz)) {
+        c.baseClockMhz = gpuMhz;
+        c.memoryClockMhz = memMhz;
+    }
+    if (k.readGpuClockFrequencies(index, 2, &gpuMhz, nullptr)) c.boostClockMhz = gpuMhz;
+    float percent = 0;
+    if (k.readGpuPowerTarget(index, &percent, nullptr)) c.powerTargetPercent = percent;
+    float minPercent = 0, maxPercent = 0;
+    if (k.readGpuPowerPolicy(index, &minPercent, nullptr, &maxPercent, nullptr, nullptr, nullptr)) {
+        c.minPowerTargetPercent = minPercent;
+        c.maxPowerTargetPercent = maxPercent;
+    }
+}
+
 void fillGpu(ReportGpu& g, Kalidornm::Kalidor& k, int index) {
-    g.name = optionalText(k.getGpuName(index));
-    g.codename = optionalText(k.getGpuCodename(index));
-    g.hasPciIds = k.getGpuPciIds(index, &g.vendorId, &g.deviceId, &g.subvendorId, &g.subdeviceId);
-    g.driverVersion = optionalText(k.getGpuDriverVersion(index));
+    g.name = presentText(k.getGpuName(index));
+    g.codename = presentText(k.getGpuCodename(index));
+    // A device off the PCI bus (the software rasterizer) has a record with zero ids: it has none to show.
+    g.hasPciIds =
+        k.getGpuPciIds(index, &g.vendorId, &g.deviceId, &g.subvendorId, &g.subdeviceId) && g.vendorId != 0;
+    g.driverVersion = presentText(k.getGpuDriverVersion(index));
     g.busId = k.getGpuBusId(index);
-    // Waiting for the per-GPU figure and driver accessors (getGpuShaderCores, getGpuTextureUnits,
-    // getGpuRopUnits, getGpuTdp, getGpuBiosVersion, getGpuMemorySizeMb, getGpuMemoryType,
-    // getGpuMemoryBusWidth, getGpuCatalystVersion, isGpuCrimsonDriver; for Intel at index 0 the primary BIOS
-    // and video memory): until they land these stay absent.
-    // Waiting for the NVIDIA base/boost clocks and power policy reads: until they land the GPU shows its
-    // performance levels.
+    g.catalystVersion = presentText(k.getGpuCatalystVersion(index));
+    g.isCrimson = k.isGpuCrimsonDriver(index);
+    g.shaderCores = k.getGpuShaderCores(index);
+    g.textureUnits = k.getGpuTextureUnits(index);
+    g.ropUnits = k.getGpuRopUnits(index);
+    g.tdpWatts = k.getGpuTdp(index);
+    // An Intel GPU first in the list is the primary device, whose BIOS and video memory the summary holds.
+    const bool primaryIntel = index == 0 && g.hasPciIds && g.vendorId == kVendorIntel;
+    g.biosVersion = presentText(primaryIntel ? k.getPrimaryBiosVersion() : k.getGpuBiosVersion(index));
+    g.memorySizeMb = primaryIntel ? k.getPrimaryVideoMemoryMb() : k.getGpuMemorySizeMb(index);
+    g.memoryType = presentText(k.getGpuMemoryType(index));
+    uint32_t busWidth = 0;
+    const char* location = nullptr;
+    // The read answers for every record; a width of 0 is one nobody knows.
+    if (k.getGpuMemoryBusWidth(index, &busWidth, &location)) {
+        if (busWidth != 0) g.memoryBusWidthBits = busWidth;
+        if (location && *location) g.memoryLocation = location;
+    }
+    fillNvidiaClocks(g.nvidia, k, index);
     const uint32_t levels = k.getGpuPerfLevelCount(index);
     for (uint32_t level = 0; level < levels; ++level) {
         ReportPerfLevel p;
@@ -142,9 +186,15 @@ void fillReportSnapshot(ReportSnapshot& s, Kalidornm::Kalidor& k) {
     s.hasDisplayDevice = k.hasDisplayDevice();
     const char* primaryString = k.getGpuDisplayDeviceString(0);
     s.primaryDisplayDeviceString = primaryString ? primaryString : "";
-    // Waiting for the display-mode accessors (getDisplayWidth/Height/Frequency/BitsPerPixel), the primary
-    // vendor kind and the primary driver values (getPrimaryDriverVersion, getPrimaryDriverText,
-    // getDriverVersionNumber, getDriverBranch): until they land these stay empty.
+    s.displayMode.width = int32_t(k.getDisplayWidth());
+    s.displayMode.height = int32_t(k.getDisplayHeight());
+    s.displayMode.refreshHz = int32_t(k.getDisplayFrequency());
+    s.displayMode.bitsPerPixel = int32_t(k.getDisplayBitsPerPixel());
+    s.primaryIsNvidia = k.isPrimaryNvidia();
+    s.driver.primaryDriverVersion = presentText(k.getPrimaryDriverVersion());
+    s.driver.primaryDriverText = presentText(k.getPrimaryDriverText());
+    s.driver.nvDriverVersionNumber = k.getDriverVersionNumber();
+    s.driver.nvDriverBranch = presentText(k.getDriverBranch());
 
     const uint32_t count = k.getGpuCount();
     s.gpus.resize(count);
@@ -152,7 +202,8 @@ void fillReportSnapshot(ReportSnapshot& s, Kalidornm::Kalidor& k) {
 
     fillOpenGl(s.gl, k);
     fillComputeSnapshot(s);
-    // Waiting for the legacy NVIDIA control panel reads: until they land that block stays absent.
+    // The legacy NVIDIA control panel is a Windows-only interface with no Linux counterpart: the block stays
+    // absent and the Misc. section leaves it out.
 }
 
 }  // namespace report

@@ -40,6 +40,43 @@ TEST_F(BatchReports, AllThreeOptionsWriteAllThreeFilesAndExitZero) {
     EXPECT_EQ(parsed["gpus"].size(), parsed["has_display_device"] ? parsed["gpus"].size() : 0u);
 }
 
+std::string osReleasePrettyName() {
+    std::ifstream in("/etc/os-release");
+    for (std::string line; std::getline(in, line);)
+        if (line.rfind("PRETTY_NAME=", 0) == 0) {
+            std::string value = line.substr(12);
+            if (value.size() >= 2 && value.front() == '"') value = value.substr(1, value.size() - 2);
+            return value;
+        }
+    return "";
+}
+
+// The system part comes from this machine; a GPU without PCI ids, bus or known bus width shows no such rows.
+TEST_F(BatchReports, SystemAndGpuPartsDescribeThisMachine) {
+    const ProgramRun run = runProgram(LUMENSCOPE_BINARY, dir, {"/exp_txt_report", "/exp_json_report"});
+    EXPECT_EQ(run.exitCode, 0);
+    const nlohmann::json parsed = nlohmann::json::parse(readWhole(dir / "report.json"), nullptr, false);
+    ASSERT_FALSE(parsed.is_discarded());
+    const nlohmann::json& system = parsed["system"];
+    EXPECT_FALSE(system["cpu_name"].get<std::string>().empty());
+    EXPECT_GT(system["cpu_logical_cores"].get<int>(), 0);
+    EXPECT_GT(system["cpu_family"].get<int>(), 0);
+    EXPECT_GT(system["installed_memory_mb"].get<int>(), 0);
+    const std::string pretty = osReleasePrettyName();
+    if (!pretty.empty()) EXPECT_NE(system["os_description"].get<std::string>().find(pretty), std::string::npos);
+
+    const std::string text = readWhole(dir / "report.txt");
+    EXPECT_NE(text.find("- CPU Name: " + system["cpu_name"].get<std::string>() + "\n"), std::string::npos);
+    EXPECT_NE(text.find("- CPU logical cores: " + std::to_string(system["cpu_logical_cores"].get<int>())),
+              std::string::npos);
+    for (const nlohmann::json& gpu : parsed["gpus"]) {
+        if (!gpu["vendor_id"].is_null()) continue;
+        EXPECT_EQ(text.find("  - Device ID:    0-   0"), std::string::npos);
+        EXPECT_EQ(text.find("  - Bus Id: -1"), std::string::npos);
+        EXPECT_EQ(text.find("  - Memory bus width: 0-bit"), std::string::npos);
+    }
+}
+
 TEST_F(BatchReports, EachOptionWritesOnlyItsOwnFile) {
     const ProgramRun run = runProgram(LUMENSCOPE_BINARY, dir, {"/exp_json_report"});
     EXPECT_EQ(run.exitCode, 0);

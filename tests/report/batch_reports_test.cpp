@@ -63,7 +63,9 @@ TEST_F(BatchReports, SystemAndGpuPartsDescribeThisMachine) {
     EXPECT_GT(system["cpu_family"].get<int>(), 0);
     EXPECT_GT(system["installed_memory_mb"].get<int>(), 0);
     const std::string pretty = osReleasePrettyName();
-    if (!pretty.empty()) EXPECT_NE(system["os_description"].get<std::string>().find(pretty), std::string::npos);
+    if (!pretty.empty()) {
+        EXPECT_NE(system["os_description"].get<std::string>().find(pretty), std::string::npos);
+    }
 
     const std::string text = readWhole(dir / "report.txt");
     EXPECT_NE(text.find("- CPU Name: " + system["cpu_name"].get<std::string>() + "\n"), std::string::npos);

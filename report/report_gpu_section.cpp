@@ -95,7 +95,7 @@ void addGpu(ReportBuffers& b, const ReportSnapshot& s, const ReportGpu& gpu, siz
         addXmlAttribute(b, 2, "subdevice_id", formatText("%4X", gpu.subdeviceId));
     }
     addDriverRows(b, s, gpu);
-    if (gpu.busId > 0) addNumberRow(b, "  - Bus Id: %d", "bus_id", gpu.busId);  // -1: off the PCI bus
+    if (gpu.busId >= 0) addNumberRow(b, "  - Bus Id: %d", "bus_id", gpu.busId);  // -1: not on a PCI bus
     addNumberRow(b, "  - Shader cores: %d", "shader_cores", gpu.shaderCores);
     addNumberRow(b, "  - Texture units: %d", "texture_units", gpu.textureUnits);
     addNumberRow(b, "  - ROP units: %d", "rop_units", gpu.ropUnits);

@@ -7,6 +7,26 @@ namespace {
 
 constexpr uint32_t kNvidiaVendorId = 0x10DE;
 
+// Base clock and memory clock from the default clocks, boost clock from the maximum ones; the power target
+// and its limits as percent of the board's default power.
+void logNvidiaClocksAndPower(Kalidornm::Kalidor& library, int gpu) {
+    AppLog& log = appLog();
+    float baseMhz = 0, baseMemMhz = 0, boostMhz = 0;
+    library.readGpuClockFrequencies(gpu, 1, &baseMhz, &baseMemMhz);
+    library.readGpuClockFrequencies(gpu, 2, &boostMhz, nullptr);
+    if (baseMhz > 0.0f && boostMhz > 0.0f)
+        log.write("----> GPU base clock: %d MHz, boost clock: %d MHz, memory: %d Mhz", int(baseMhz), int(boostMhz),
+                  int(baseMemMhz));
+
+    float targetPercent = 0, minPercent = 0, maxPercent = 0;
+    library.readGpuPowerTarget(gpu, &targetPercent, nullptr);
+    if (targetPercent > 0.0f) {
+        library.readGpuPowerPolicy(gpu, &minPercent, nullptr, &maxPercent, nullptr, nullptr, nullptr);
+        log.write("----> GPU power target: %d %% TDP, min: %d %% TDP, max: %d %% TDP", int(targetPercent),
+                  int(minPercent), int(maxPercent));
+    }
+}
+
 void logOneGpu(Kalidornm::Kalidor& library, int gpu) {
     AppLog& log = appLog();
     const char* name = library.getGpuName(gpu);
@@ -24,11 +44,7 @@ void logOneGpu(Kalidornm::Kalidor& library, int gpu) {
     const char* driver = library.getGpuDriverVersion(gpu);
     if (driver && *driver) log.write("----> Graphics driver: %s", driver);
 
-    if (vendor == kNvidiaVendorId) {
-        // NVIDIA-ONLY LINES: the base and boost clocks ("----> GPU base clock: %d MHz, boost clock: %d MHz,
-        // memory: %d Mhz") and the power target ("----> GPU power target: %d %% TDP, min: %d %% TDP, max: %d %%
-        // TDP") go here once the facade offers the NVIDIA reader's clock and power reads.
-    }
+    if (vendor == kNvidiaVendorId) logNvidiaClocksAndPower(library, gpu);
 
     for (uint32_t level = 0; level < library.getGpuPerfLevelCount(gpu); ++level) {
         uint32_t id = 0;

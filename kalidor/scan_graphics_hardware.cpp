@@ -86,7 +86,16 @@ bool Kalidor::scanGraphicsHardware() {
     summary.vendorId = uint32_t(primary.vendorId);
     summary.deviceId = uint32_t(primary.deviceId);
     summary.gpuCount = 1;
-    // The NVIDIA and AMD GPU counts (physical, logical, AGS) replace this where their readers know them.
+    if (nvidiaPrimary) {
+        // Without the legacy control panel there is no second count to fall back on.
+        summary.totalGpuCount = machine->nvidia.nvLogicalGpuCount;
+        summary.gpuCount = machine->nvidia.nvPhysicalGpuCount;
+        if (summary.totalGpuCount == 0) summary.totalGpuCount = 1;
+    } else if (machine->primaryVendorKind == kPrimaryVendorAmd) {
+        summary.totalGpuCount = machine->amd.agsGpuCount;
+        summary.gpuCount = machine->amd.agsGpuCount;
+        if (summary.totalGpuCount == 0) summary.totalGpuCount = 1;
+    }
     if (summary.gpuCount == 0) summary.gpuCount = 1;
 
     trace.write("Kalidor::scanGraphicsHardware() - 12");

@@ -2,7 +2,7 @@
 
 #include "app/version.h"
 #include "kalidor/kalidor.h"
-#include "kalidor/opengl/extension_spec_table.h"
+#include "kalidor/opengl/extension_link_table.h"
 
 namespace report {
 

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "kalidor/opengl/extension_list.h"
-#include "kalidor/opengl/extension_spec_table.h"
+#include "kalidor/opengl/extension_link_table.h"
 #include "fake_gl_api.h"
 
 using namespace Kalidornm;

@@ -86,7 +86,8 @@ std::string driverDateOf(const SysfsDriverFacts& facts) {
 }
 
 // The driver values of the record's device. Its display key is the device's sysfs directory; no key, no
-// values. Catalyst and Crimson belong to another platform's AMD driver and stay empty here.
+// values. The Catalyst and Crimson versions name AMD's packaged driver suites, which amdgpu machines do not
+// carry; they stay empty.
 bool HardwareCaps::readGpuDriverRegistry(GpuRecord& record) {
     SysfsDriverFacts facts;
     if (!readSysfsDriverFacts(sources.rootDir, record.displayDeviceKey, &facts)) return false;

@@ -104,12 +104,3 @@ TEST(ExtensionLinkTable, SubstringSearchTakesTheFirstContainedRow) {
                  "GL_ARB_multitexture");
     EXPECT_EQ(findLinkRowInText("GL_ZZZ_unknown"), -1);
 }
-
-TEST(ExtensionLinkTable, ThreeNamesStandTwiceAndTheSecondIsNeverFound) {
-    for (const char* name : {"GL_ARB_shader_stencil_export", "GL_ATI_element_array",
-                             "WGL_EXT_pixel_format_packed_float"}) {
-        int count = 0;
-        for (const auto& row : extensionLinkTable) count += std::string(row.name) == name;
-        EXPECT_EQ(count, 2) << name;
-    }
-}

@@ -113,5 +113,6 @@ extern AppState gApp;
 // Zeroes the state and sets every start value and command-line default. Allocates nothing.
 void resetAppState(AppState& state);
 
-// Step 1 of start-up: start values, executable directory, processor count, lock and buffers.
+// The state the program starts from: the start values of resetAppState, then what later start-up code needs at
+// hand: the executable's directory, the processor count, the demo lock and the report buffers.
 void initAppState(AppState& state);

@@ -45,6 +45,21 @@ size_t dateStart(std::string_view text) {
     return best;
 }
 
+// The kernel keeps at most 64 bytes of its version text, so a long distribution prefix cuts the build date:
+// Ubuntu's "#14~22.04.1-Ubuntu SMP PREEMPT_DYNAMIC Mon Nov 20 18:15:30 UTC 2" was built in 2023. A year cut
+// short is left out rather than shown as the year 2.
+constexpr size_t kKernelVersionBytes = 64;
+
+std::string withoutCutYear(std::string date, size_t versionLength) {
+    if (versionLength < kKernelVersionBytes) return date;
+    const size_t blank = date.rfind(' ');
+    if (blank == std::string::npos) return date;
+    const std::string_view year = std::string_view(date).substr(blank + 1);
+    const bool digits = !year.empty() && year.find_first_not_of("0123456789") == std::string_view::npos;
+    if (digits && year.size() < 4) date.erase(blank);
+    return date;
+}
+
 // The kernel's version string is "#1 SMP PREEMPT_DYNAMIC <date>"; distributions put their own text there,
 // Debian a package version with the date in brackets.
 std::string kernelBuildDate(const std::string& version) {
@@ -54,7 +69,7 @@ std::string kernelBuildDate(const std::string& version) {
         if (open != std::string::npos) return version.substr(open + 1, version.size() - open - 2);
     }
     const size_t weekday = dateStart(version);
-    if (weekday != std::string::npos) return version.substr(weekday);
+    if (weekday != std::string::npos) return withoutCutYear(version.substr(weekday), version.size());
     size_t at = 0;
     for (;;) {
         const size_t end = version.find(' ', at);
@@ -86,7 +101,8 @@ std::string driverDateOf(const SysfsDriverFacts& facts) {
 }
 
 // The driver values of the record's device. Its display key is the device's sysfs directory; no key, no
-// values. Catalyst and Crimson belong to another platform's AMD driver and stay empty here.
+// values. The Catalyst and Crimson versions name AMD's packaged driver suites, which amdgpu machines do not
+// carry; they stay empty.
 bool HardwareCaps::readGpuDriverRegistry(GpuRecord& record) {
     SysfsDriverFacts facts;
     if (!readSysfsDriverFacts(sources.rootDir, record.displayDeviceKey, &facts)) return false;

@@ -47,7 +47,7 @@ bool Kalidor::startup(int, int, int width, int height, int glMajor, int glMinor,
     if (gGlobals.started) return true;
     if (!gGlobals.mainWindow) return false;
 
-    // No window is needed: the probe context is headless, so the hidden window of other platforms has no twin.
+    // No window is needed: the OpenGL probe runs in a headless EGL context.
     trace.write("Kalidor::startup() - Kalidor_DummyW");
     if (HardwareCaps* machine = caps()) machine->sources = gSources;
     if (!gGlobals.mainWindow->create(width, height, 32, 24, 8, 0, glMajor, glMinor, debugContext, gGlobals.gpus))
@@ -56,7 +56,7 @@ bool Kalidor::startup(int, int, int width, int height, int glMajor, int glMinor,
 
     gGlobals.isVista = std::strstr(gGlobals.summary.osDescription, "Vista") != nullptr;
 
-    // The physics runtime publishes no version on this platform; the values keep their defaults.
+    // No physics runtime on Linux publishes a version we could read; the values keep their defaults.
     trace.write("Kalidor::startup() - PhysX info");
     trace.write("Kalidor::startup() - PhysX info OK.");
 

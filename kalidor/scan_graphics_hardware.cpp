@@ -11,9 +11,9 @@ namespace Kalidornm {
 
 namespace {
 
-// The summary's driver text. AMD's Catalyst form needs the primary Catalyst version, which this platform's
-// drivers never have; NVIDIA's "Forceware" form needs the legacy control panel's version, which does not
-// exist here either. Both stay for the day a reader fills them.
+// The summary's driver text. AMD's Catalyst form needs the primary Catalyst version, which amdgpu never
+// reports; NVIDIA's "Forceware" form needs the legacy control panel's version, which the Linux driver does
+// not have. Both stay for the day a reader fills them.
 std::string primaryDriverText(int32_t vendorKind, const PrimaryDriverValues& driver) {
     const std::string version = driver.driverVersion, date = driver.driverDate, gl = driver.openGLDriverName;
     if (vendorKind == kPrimaryVendorAmd && driver.catalystVersion[0])

@@ -42,8 +42,8 @@ void addControlPanel(ReportBuffers& b, const ReportNvidiaControlPanel& cpl) {
 
 }  // namespace
 
-// The OpenGL threading state comes from a registry key that Linux drivers do not have, so this section
-// shows the control panel values alone.
+// Linux drivers publish no OpenGL threading setting to read, so this section shows the control panel values
+// alone.
 void addMiscSection(ReportBuffers& b, const ReportSnapshot& s) {
     if (s.system.osIsVista) return;
     addBlankLine(b);

@@ -202,8 +202,8 @@ void fillReportSnapshot(ReportSnapshot& s, Kalidornm::Kalidor& k) {
 
     fillOpenGl(s.gl, k);
     fillComputeSnapshot(s);
-    // The legacy NVIDIA control panel is a Windows-only interface with no Linux counterpart: the block stays
-    // absent and the Misc. section leaves it out.
+    // The Linux NVIDIA driver has no legacy control panel to read: the block stays absent and the Misc.
+    // section leaves it out.
 }
 
 }  // namespace report

@@ -26,3 +26,9 @@ lumenscope_integration_test(integration_compute integration/opencl_pocl_test.cpp
 target_link_libraries(integration_compute PRIVATE compute OpenCL::OpenCL)
 target_compile_definitions(integration_compute PRIVATE LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>")
 add_dependencies(integration_compute lumenscope)
+
+# Discovery's wall time, measured by a benchmark rather than printed by a test.
+find_package(benchmark REQUIRED)
+add_executable(bench_opencl_discovery bench/opencl_discovery_bench.cpp)
+target_link_libraries(bench_opencl_discovery PRIVATE compute benchmark::benchmark)
+target_include_directories(bench_opencl_discovery PRIVATE ${PROJECT_SOURCE_DIR})

@@ -14,3 +14,8 @@ target_link_libraries(integration_opengl_probe PRIVATE kalidor)
 find_package(benchmark REQUIRED)
 add_executable(bench_opengl_probe bench/opengl_probe_bench.cpp)
 target_link_libraries(bench_opengl_probe PRIVATE kalidor benchmark::benchmark)
+
+# The catalogue's parameters are checked against the system's GL headers.
+find_file(GL_GLEW_HEADER GL/glew.h)
+find_file(GL_GLEXT_HEADER GL/glext.h)
+target_compile_definitions(unit_opengl PRIVATE GL_GLEW_HEADER="${GL_GLEW_HEADER}" GL_GLEXT_HEADER="${GL_GLEXT_HEADER}")

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Regenerates the GPU device tables in kalidor/gpu_database/.
 
-Each vendor table is the seed rows (tools/gpu_db/seed_devices.txt, in their order, so that
-row numbers and first-row-wins answers never change), then the rows of later GPUs taken from
-the public PCI id list, then one all-zero closing row. Figures come from
-tools/gpu_db/seed_figures.txt and tools/gpu_db/modern_figures.txt.
+Each vendor table is the classic rows (tools/gpu_db/classic_devices.txt: GPUs released up to
+2015, in their order, so that row numbers and first-row-wins answers never change), then the
+rows of later GPUs taken from the public PCI id list, then one all-zero closing row. Figures
+come from tools/gpu_db/classic_figures.txt and tools/gpu_db/modern_figures.txt.
 
 The later GPUs come from two copies of the public PCI id list: the system's pci.ids (Debian
 package "pci.ids") and tools/gpu_db/pci_ids_newer_gpus.txt, a committed extract of the GPU lines
@@ -12,7 +12,7 @@ of a newer copy. The system list answers every id it has; the extract only adds 
 system list lacks. Rows stay in device id order.
 
 Usage, from the repository root:
-    tools/gen_gpu_tables.py [--seed FILE] [--pci-ids /usr/share/misc/pci.ids]
+    tools/gen_gpu_tables.py [--classic FILE] [--pci-ids /usr/share/misc/pci.ids]
                             [--newer-pci-ids FILE] [--out DIR]
 
 The build never runs this script: its output is committed. Rerun it after editing one of the
@@ -99,8 +99,8 @@ def fail(msg):
     sys.exit("gen_gpu_tables: " + msg)
 
 
-def read_seed(path):
-    """The seed device list: one section per vendor, lines of 'codename: id name; id name.'"""
+def read_classic(path):
+    """The classic device list: one section per vendor, lines of 'codename: id name; id name.'"""
     tables, cur = {}, None
     for lineno, raw in enumerate(open(path, encoding="utf-8"), 1):
         line = raw.rstrip("\n")
@@ -135,7 +135,7 @@ def read_figure_lines(path):
         yield lineno, line
 
 
-def read_seed_figures(path):
+def read_classic_figures(path):
     figures = {}
     for lineno, line in read_figure_lines(path):
         fields = line.split(None, 8)
@@ -248,16 +248,16 @@ def row_line(dev, codename, name, figs):
 
 def main():
     ap = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    ap.add_argument("--seed", default=os.path.join(DATA, "seed_devices.txt"))
-    ap.add_argument("--seed-figures", default=os.path.join(DATA, "seed_figures.txt"))
+    ap.add_argument("--classic", default=os.path.join(DATA, "classic_devices.txt"))
+    ap.add_argument("--classic-figures", default=os.path.join(DATA, "classic_figures.txt"))
     ap.add_argument("--modern-figures", default=os.path.join(DATA, "modern_figures.txt"))
     ap.add_argument("--pci-ids", default="/usr/share/misc/pci.ids")
     ap.add_argument("--newer-pci-ids", default=os.path.join(DATA, "pci_ids_newer_gpus.txt"))
     ap.add_argument("--out", default=os.path.join(ROOT, "kalidor", "gpu_database"))
     args = ap.parse_args()
 
-    seed = read_seed(args.seed)
-    seed_figures = read_seed_figures(args.seed_figures)
+    classic = read_classic(args.classic)
+    classic_figures = read_classic_figures(args.classic_figures)
     modern_figures = read_modern_figures(args.modern_figures)
     pci_version, devices = read_pci_ids(args.pci_ids)
     newer_version, newer = read_pci_ids(args.newer_pci_ids)
@@ -265,23 +265,23 @@ def main():
 
     sizes = []
     for label, vid, stem, prefix in VENDORS:
-        rows = seed[(label, vid)]["rows"]
-        seed_ids = {dev for dev, _, _ in rows}
+        rows = classic[(label, vid)]["rows"]
+        classic_ids = {dev for dev, _, _ in rows}
         lines = []
         for dev, codename, name in rows:
-            entry = seed_figures.pop((vid, dev), None)
+            entry = classic_figures.pop((vid, dev), None)
             if entry is not None:
                 figs, check, lineno = entry
                 if check != name.strip():
-                    fail(f"seed_figures.txt:{lineno}: {check!r} is not the name {name!r}")
+                    fail(f"classic_figures.txt:{lineno}: {check!r} is not the name {name!r}")
             else:
                 figs = (-1, -1, -1, -1, -1, 0)
             lines.append(row_line(dev, codename, name, figs))
 
         modern, full = [], 0
         for dev, codename, product in modern_candidates(vid, devices):
-            if dev in seed_ids:
-                continue  # a seed row already answers this id; never shadow it
+            if dev in classic_ids:
+                continue  # a classic row already answers this id; never shadow it
             entry = modern_figures.get((vid, product))
             if entry is not None:
                 shaders, tmus, rops, tdp = entry[0]
@@ -297,23 +297,23 @@ def main():
         path = os.path.join(args.out, f"gpu_table_{stem}.inc")
         with open(path, "w", encoding="utf-8") as f:
             f.write(f"// {label} device table (vendor 0x{vid:04X}), generated by tools/gen_gpu_tables.py\n"
-                    f"// from the seed device list, tools/gpu_db/*_figures.txt, pci.ids {pci_version}\n"
+                    f"// from tools/gpu_db/classic_devices.txt, tools/gpu_db/*_figures.txt, pci.ids {pci_version}\n"
                     f"// and the newer GPU lines of pci.ids {newer_version} (tools/gpu_db).\n"
                     "// Do not edit: change the inputs and rerun the generator.\n"
                     "// Fields: deviceId, codename, fullName, unifiedShaders, vertexPipes, pixelPipes,\n"
                     "// tmus, rops, tdpWatts.\n\n"
-                    f"// Seed rows: {len(lines)}.\n")
+                    f"// Classic rows, GPUs up to 2015: {len(lines)}.\n")
             f.writelines(lines)
             f.write(f"\n// Later GPUs, ids from pci.ids: {len(modern)} rows, {full} with every figure.\n")
             f.writelines(modern)
             f.write("\n// Closing row: device id 0 finds it.\n"
                     "    {0x0000, \"\", \"\", 0, 0, 0, 0, 0, 0},\n")
         sizes.append((label, stem, len(lines), len(modern)))
-        print(f"{label}: {len(lines)} seed rows, {len(modern)} later rows ({full} with every figure)")
+        print(f"{label}: {len(lines)} classic rows, {len(modern)} later rows ({full} with every figure)")
 
-    if seed_figures:
-        fail("figures for rows that are not in the seed list: " +
-             ", ".join(f"{v:04X}:{d:04X}" for v, d in seed_figures))
+    if classic_figures:
+        fail("figures for rows that are not in the classic list: " +
+             ", ".join(f"{v:04X}:{d:04X}" for v, d in classic_figures))
     unused = [f"{v:04X} {p} (line {e[1]})" for (v, p), e in modern_figures.items() if not e[2]]
     if unused:
         fail("modern figures that match no pci.ids product: " + "; ".join(unused))
@@ -322,8 +322,8 @@ def main():
         f.write("// Row counts of the generated device tables, written by tools/gen_gpu_tables.py\n"
                 "// together with gpu_table_*.inc. Do not edit.\n"
                 "#pragma once\n\n#include <cstddef>\n\nnamespace Kalidornm {\n\n")
-        for label, stem, nseed, nmodern in sizes:
-            f.write(f"inline constexpr std::size_t {stem}SeedRowCount = {nseed};\n"
+        for label, stem, nclassic, nmodern in sizes:
+            f.write(f"inline constexpr std::size_t {stem}ClassicRowCount = {nclassic};\n"
                     f"inline constexpr std::size_t {stem}LaterRowCount = {nmodern};\n")
         f.write("\n}  // namespace Kalidornm\n")
 

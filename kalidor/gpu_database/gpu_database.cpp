@@ -21,19 +21,19 @@ constexpr GpuDbRow S3Rows[] = {
 #include "gpu_table_s3.inc"
 };
 
-// The seed rows come first and their number is fixed: row numbers already handed out, and the
-// first-row-wins answer for every seed id, must not move when later rows are added.
-static_assert(nvidiaSeedRowCount == 531);
-static_assert(amdSeedRowCount == 282);
-static_assert(intelSeedRowCount == 71);
-static_assert(s3SeedRowCount == 4);
+// The classic rows come first and their number is fixed: row numbers already handed out, and the
+// first-row-wins answer for every classic id, must not move when later rows are added.
+static_assert(nvidiaClassicRowCount == 531);
+static_assert(amdClassicRowCount == 282);
+static_assert(intelClassicRowCount == 71);
+static_assert(s3ClassicRowCount == 4);
 
-static_assert(std::size(NvidiaRows) == nvidiaSeedRowCount + nvidiaLaterRowCount + 1);
-static_assert(std::size(AmdRows) == amdSeedRowCount + amdLaterRowCount + 1);
-static_assert(std::size(IntelRows) == intelSeedRowCount + intelLaterRowCount + 1);
-static_assert(std::size(S3Rows) == s3SeedRowCount + s3LaterRowCount + 1);
+static_assert(std::size(NvidiaRows) == nvidiaClassicRowCount + nvidiaLaterRowCount + 1);
+static_assert(std::size(AmdRows) == amdClassicRowCount + amdLaterRowCount + 1);
+static_assert(std::size(IntelRows) == intelClassicRowCount + intelLaterRowCount + 1);
+static_assert(std::size(S3Rows) == s3ClassicRowCount + s3LaterRowCount + 1);
 // The system PCI id list and the newer extract in tools/gpu_db together name 890 GPUs after the
-// seed's era; a regeneration that drops a whole family of them trips here.
+// classic list's years; a regeneration that drops a whole family of them trips here.
 static_assert(nvidiaLaterRowCount + amdLaterRowCount + intelLaterRowCount + s3LaterRowCount >= 850);
 
 // Device id 0 must reach the closing row: no earlier row may carry id 0, and the last row is
@@ -54,10 +54,10 @@ static_assert(closesProperly(IntelRows));
 static_assert(closesProperly(S3Rows));
 
 constexpr GpuDatabase Databases[] = {
-    {PciVendorNvidia, NvidiaRows, nvidiaSeedRowCount},
-    {PciVendorAmd, AmdRows, amdSeedRowCount},
-    {PciVendorIntel, IntelRows, intelSeedRowCount},
-    {PciVendorS3, S3Rows, s3SeedRowCount},
+    {PciVendorNvidia, NvidiaRows, nvidiaClassicRowCount},
+    {PciVendorAmd, AmdRows, amdClassicRowCount},
+    {PciVendorIntel, IntelRows, intelClassicRowCount},
+    {PciVendorS3, S3Rows, s3ClassicRowCount},
 };
 
 int32_t figureOf(const GpuDbRow& row, GpuDbFigure figure)

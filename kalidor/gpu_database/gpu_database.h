@@ -32,12 +32,12 @@ struct GpuDbRow {
     int32_t tdpWatts;        // watts, 0 unknown
 };
 
-// The device table of one vendor: the seed rows, then rows for later GPUs, then the closing
-// all-zero row. Later rows never repeat an id of the seed rows.
+// The device table of one vendor: the classic rows (GPUs up to 2015), then rows for later GPUs, then
+// the closing all-zero row. Later rows never repeat an id of the classic rows.
 struct GpuDatabase {
     uint32_t vendorId;
     std::span<const GpuDbRow> rows;
-    std::size_t seedRowCount;
+    std::size_t classicRowCount;
 };
 
 // The four tables, in the order NVIDIA, AMD, Intel, S3.

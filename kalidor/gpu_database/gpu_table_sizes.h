@@ -6,13 +6,13 @@
 
 namespace Kalidornm {
 
-inline constexpr std::size_t nvidiaSeedRowCount = 531;
+inline constexpr std::size_t nvidiaClassicRowCount = 531;
 inline constexpr std::size_t nvidiaLaterRowCount = 513;
-inline constexpr std::size_t amdSeedRowCount = 282;
+inline constexpr std::size_t amdClassicRowCount = 282;
 inline constexpr std::size_t amdLaterRowCount = 148;
-inline constexpr std::size_t intelSeedRowCount = 71;
+inline constexpr std::size_t intelClassicRowCount = 71;
 inline constexpr std::size_t intelLaterRowCount = 229;
-inline constexpr std::size_t s3SeedRowCount = 4;
+inline constexpr std::size_t s3ClassicRowCount = 4;
 inline constexpr std::size_t s3LaterRowCount = 0;
 
 }  // namespace Kalidornm

@@ -48,7 +48,8 @@ bool buildOpenGLExtensionsList(GlApi& api, OpenGlState& state) {
         for (std::string& token : tokenizeExtensions(text)) list.push_back(std::move(token));
         state.glExtensionCount = static_cast<int32_t>(list.size());
     }
-    // The display's extension string stands where the window-system strings stand on other platforms.
+    // The EGL display's extensions are the window-system extensions: they follow the context's own and are
+    // counted apart from them.
     if (const char* text = api.platformExtensions()) {
         for (std::string& token : tokenizeExtensions(text))
             if (!hasExtension(list, token.c_str())) list.push_back(std::move(token));

@@ -82,8 +82,8 @@ bool RenderWindow::readNvxMemoryKb(int32_t* totalKb, int32_t* freeKb) {
     return true;
 }
 
-// The AMD board-memory query belongs to the Windows context layer and has no EGL twin, so the total is the
-// "not available" value -1 shifted by ten bits, and stays so.
+// No EGL or GL query gives an AMD board's total memory, so the total is the "not available" value -1 shifted
+// by ten bits, and stays so.
 int32_t RenderWindow::atiTotalMemoryKb() {
     if (!m_caps) return -1024;
     int32_t& total = m_caps->gl.atiTotalMemoryKb;

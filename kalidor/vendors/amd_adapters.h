@@ -8,8 +8,8 @@
 
 namespace Kalidornm {
 
-// One entry of the AMD adapter list: one per display output of each card, as the Windows driver library
-// lists them. Only the fields the reader uses.
+// One entry of the AMD adapter list: one per display output of each card, so a card with three outputs
+// stands three times. Only the fields the reader uses.
 struct AmdAdapterInfo {
     int32_t iAdapterIndex = 0;
     char strUDID[256] = {};  // "PCI\VEN_1002&DEV_73BF&SUBSYS_0E3A1002&REV_C1", as the display slots

@@ -20,7 +20,7 @@ struct AmdState {
     uint32_t amdAdapterCount = 0;        // accepted adapters
     uint32_t amdUsableAdapterCount = 0;  // the same count, kept apart as callers ask for both
     uint32_t agsGpuCount = 0;            // devices bound to amdgpu
-    uint32_t agsCrossfireGpuCount = 0;   // always 0: no CrossFire on this platform
+    uint32_t agsCrossfireGpuCount = 0;   // always 0: amdgpu has no CrossFire
 };
 
 // Loads the adapter list, creates one record per physical AMD GPU, installs the AMD live reader and takes

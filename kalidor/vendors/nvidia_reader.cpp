@@ -23,8 +23,8 @@ namespace {
 
 nvmlDevice_t device(void* handle) { return static_cast<nvmlDevice_t>(handle); }
 
-// Step 5 and 6: the driver's GPU list and what it tells about each GPU. A GPU whose handle the driver refuses
-// is left out, so that handle i stays record i.
+// The driver's GPU list and what it tells about each GPU. A GPU whose handle the driver refuses is left out,
+// so that handle i stays record i.
 void enumerateGpus(NvidiaState& state) {
     const NvmlLibrary& nvml = *state.library();
     unsigned int count = 0;
@@ -120,7 +120,9 @@ void readPerfLevelTable(const NvmlLibrary& nvml, GpuRecord& r) {
     for (uint32_t i = 0; i < r.perfLevelCount && i < count; ++i) r.perfLevels[i] = levels[i];
 }
 
-// Step 7, one record: the order of the reads follows the driver reader of other platforms.
+// One record. The PCI ids come first: the display slot, the sysfs driver values and the database name are all
+// found by them. What the management library reports afterwards (driver version, memory size, BIOS version)
+// replaces what the sysfs driver values gave.
 void fillRecord(const NvidiaState& state, uint32_t index, GpuRecord& r, const NvidiaDisplayHooks& hooks,
                 uint32_t& last) {
     const NvmlLibrary& nvml = *state.library();

@@ -74,12 +74,20 @@ TEST(DriverValues, VersionAndDateComeFromTheModuleOrTheKernel) {
     EXPECT_EQ(driverVersionOf(facts), "6.1.0-18-amd64");
     EXPECT_EQ(driverDateOf(facts), "2024-02-01");
 
-    facts.kernelVersion = "#14~22.04.1-Ubuntu SMP PREEMPT_DYNAMIC Mon Nov 20 18:15:30 UTC 2";
-    EXPECT_EQ(driverDateOf(facts), "Mon Nov 20 18:15:30 UTC 2");
+    facts.kernelVersion = "#1 SMP PREEMPT_DYNAMIC Mon Nov 20 18:15:30 UTC 2023";
+    EXPECT_EQ(driverDateOf(facts), "Mon Nov 20 18:15:30 UTC 2023");
     facts.kernelVersion = "#1 SMP PREEMPT_DYNAMIC @0";
     EXPECT_EQ(driverDateOf(facts), "@0");
     facts.kernelVersion = "#1 SMP";
     EXPECT_EQ(driverDateOf(facts), "");
+
+    // The kernel keeps 64 bytes of its version text: Ubuntu's long prefix cuts the year to "2", which is left
+    // out. A whole year that ends at the limit stays.
+    facts.kernelVersion = "#14~22.04.1-Ubuntu SMP PREEMPT_DYNAMIC Mon Nov 20 18:15:30 UTC 2";
+    EXPECT_EQ(driverDateOf(facts), "Mon Nov 20 18:15:30 UTC");
+    facts.kernelVersion = "#1 SMP PREEMPT_DYNAMIC " + std::string(12, 'x') + " Mon Nov 20 18:15:30 UTC 2023";
+    ASSERT_EQ(facts.kernelVersion.size(), 64u);
+    EXPECT_EQ(driverDateOf(facts), "Mon Nov 20 18:15:30 UTC 2023");
 
     facts.moduleVersion = "535.104.05";
     facts.nvidiaVersionLine =

@@ -5,3 +5,4 @@ lumenscope_unit_test(unit_gpu_database
   unit/pci_vendor_table_test.cpp
 )
 target_link_libraries(unit_gpu_database PRIVATE gpu_database)
+target_compile_definitions(unit_gpu_database PRIVATE GPU_DB_DIR="${PROJECT_SOURCE_DIR}/tools/gpu_db")

@@ -66,42 +66,41 @@ TEST(ExtensionList, LegacyStringKeepsDuplicatesAndLosesItsLastName) {
     EXPECT_FALSE(buildOpenGLExtensionsList(none, empty));
 }
 
-TEST(ExtensionSpecTable, RowsNotesAndLinks) {
-    EXPECT_STREQ(extensionSpecTable.front().name, "GL_3DFX_texture_compression_FXT1");
-    EXPECT_STREQ(extensionNote("GL_ARB_sync"), "OpenGL 3.2");
-    EXPECT_STREQ(extensionNote("GL_EXT_texture_cube_map"), "See GL_ARB_texture_cube_map");
-    EXPECT_EQ(extensionNote("GL_3DFX_tbuffer"), nullptr);  // row without a note
-    EXPECT_EQ(extensionNote("GL_NOBODY_nothing"), nullptr);
-    EXPECT_EQ(extensionNote(nullptr), nullptr);
-
-    const int sync = findSpecRowInText("GL_ARB_sync");
-    ASSERT_GE(sync, 0);
-    EXPECT_STREQ(extensionSpecTable[sync].specUrl, "https://registry.khronos.org/OpenGL/extensions/ARB/ARB_sync.txt");
-    // The substring search stops at the shorter WGL_ARB_pixel_format, so find the row by its whole name.
-    int wgl = -1;
-    for (size_t i = 0; i < extensionSpecTable.size() && wgl < 0; ++i)
-        if (std::string(extensionSpecTable[i].name) == "WGL_ARB_pixel_format_float") wgl = static_cast<int>(i);
-    ASSERT_GE(wgl, 0);
-    EXPECT_STREQ(extensionSpecTable[findSpecRowInText("WGL_ARB_pixel_format_float")].name, "WGL_ARB_pixel_format");
-    // The float pixel formats are written up with the colour buffer extension.
-    EXPECT_STREQ(extensionSpecTable[wgl].specUrl,
-                 "https://registry.khronos.org/OpenGL/extensions/ARB/ARB_color_buffer_float.txt");
-    EXPECT_STREQ(extensionSpecTable[findSpecRowInText("GL_ATI_texture_compression_3dc")].specUrl, "");
-}
-
-TEST(ExtensionSpecTable, SubstringSearchTakesTheFirstContainedRow) {
-    EXPECT_STREQ(extensionSpecTable[findSpecRowInText("GL_EXT_texture_swizzle")].name, "GL_EXT_texture");
-    EXPECT_STREQ(extensionSpecTable[findSpecRowInText("GL_NV_vertex_program2_option")].name, "GL_NV_vertex_program");
-    EXPECT_STREQ(extensionSpecTable[findSpecRowInText("GL_SGIS_multitexture See GL_ARB_multitexture")].name,
-                 "GL_ARB_multitexture");
-    EXPECT_EQ(findSpecRowInText("GL_ZZZ_unknown"), -1);
-}
-
-TEST(ExtensionSpecTable, ThreeNamesStandTwiceAndTheSecondIsNeverFound) {
-    for (const char* name : {"GL_ARB_shader_stencil_export", "GL_ATI_element_array",
-                             "WGL_EXT_pixel_format_packed_float"}) {
-        int count = 0;
-        for (const auto& row : extensionSpecTable) count += std::string(row.name) == name;
-        EXPECT_EQ(count, 2) << name;
+// The first row of a name answers; a longer name that begins with a shorter one ("GL_EXT_texture_array" after
+// "GL_EXT_texture") still finds its own row, and a row with an empty note gives null, not "".
+TEST(ExtensionLinkTable, NotesAreFoundByWholeNameFirstRowFirst) {
+    for (size_t i = 0; i < extensionLinkTable.size(); ++i) {
+        const ExtensionLinkEntry& row = extensionLinkTable[i];
+        size_t first = 0;
+        while (std::string(extensionLinkTable[first].name) != row.name) ++first;
+        const char* expected = extensionLinkTable[first].note[0] ? extensionLinkTable[first].note : nullptr;
+        EXPECT_EQ(extensionNote(row.name), expected) << row.name;
     }
+    EXPECT_EQ(extensionNote("GL_NOBODY_nothing"), nullptr);
+    EXPECT_EQ(extensionNote("GL_EXT"), nullptr);
+    EXPECT_EQ(extensionNote(""), nullptr);
+    EXPECT_EQ(extensionNote(nullptr), nullptr);
+    EXPECT_EQ(findLinkRowInText(nullptr), -1);
+}
+
+// Three rows once named registry files that do not exist; every link must be a registry text file.
+TEST(ExtensionLinkTable, LinksNameRegistryFilesThatExist) {
+    const std::string registry = "https://registry.khronos.org/OpenGL/extensions/";
+    for (const ExtensionLinkEntry& row : extensionLinkTable) {
+        const std::string link = row.link;
+        if (link.empty()) continue;
+        EXPECT_EQ(link.rfind(registry, 0), 0u) << row.name;
+        EXPECT_EQ(link.substr(link.size() - 4), ".txt") << row.name;
+        for (const char* missing : {"/ARB_debug_group.txt", "/ARB_debug_label.txt", "/ARB_debug_output2.txt",
+                                    "/KHR_texture_compression_astc_ldr.txt", "/EXT_texture_edge_clamp.txt"})
+            EXPECT_EQ(link.find(missing), std::string::npos) << row.name;
+    }
+}
+
+TEST(ExtensionLinkTable, SubstringSearchTakesTheFirstContainedRow) {
+    EXPECT_STREQ(extensionLinkTable[findLinkRowInText("GL_EXT_texture_swizzle")].name, "GL_EXT_texture");
+    EXPECT_STREQ(extensionLinkTable[findLinkRowInText("GL_NV_vertex_program2_option")].name, "GL_NV_vertex_program");
+    EXPECT_STREQ(extensionLinkTable[findLinkRowInText("GL_SGIS_multitexture See GL_ARB_multitexture")].name,
+                 "GL_ARB_multitexture");
+    EXPECT_EQ(findLinkRowInText("GL_ZZZ_unknown"), -1);
 }

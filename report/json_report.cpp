@@ -40,7 +40,7 @@ Json system(const ReportSnapshot& s) {
         {"cpu_stepping", sys.cpuName ? Json(sys.cpuStepping) : Json(nullptr)},
         {"installed_memory_mb", positive(sys.installedMemoryMb)},
         {"total_memory_kb", positive(sys.totalMemoryKb)},
-        {"os_description", text(sys.osDescription)},
+        {"os_description", text(sys.systemOsDescription)},
         {"physx_version", positive(sys.physxVersion)},
     };
 }

@@ -2,8 +2,8 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <cstring>
 
+#include "report_file.h"
 #include "report_sections.h"
 
 namespace report {
@@ -44,41 +44,26 @@ void generateReport(ReportBuffers& b, const ReportSnapshot& s) {
     b.generated = true;
 }
 
-namespace {
-
-bool writeUpToZero(FILE* file, const char* text) {
-    if (!text) return true;
-    const size_t length = std::strlen(text);
-    return std::fwrite(text, 1, length, file) == length;
+std::string xmlReportText(const ReportBuffers& b, const ReportSnapshot& s) {
+    std::string xml = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\" standalone=\"yes\"?>\n";
+    xml += "<!--**********************************************************\n";
+    xml += formatText("* %s v%d.%d.%d.%d\n", s.programName.c_str(), s.versionMajor, s.versionMinor,
+                      s.versionPatch, s.versionBuild);
+    xml += formatText("* Made by the %s developers\n", s.programName.c_str());
+    xml += formatText("* %s\n", s.homePage.c_str());
+    xml += "***********************************************************-->\n";
+    xml += "\n<lumen_scope>";
+    if (b.xmlBody) xml += b.xmlBody;
+    xml += "\n\n</lumen_scope>";
+    return xml;
 }
 
-}  // namespace
-
-bool writeTextReport(const ReportBuffers& b, const char* path) {
-    if (!path) return false;
-    FILE* file = std::fopen(path, "w");
-    if (!file) return false;
-    writeUpToZero(file, b.fileText);
-    std::fclose(file);
-    return true;
+bool writeTextReport(const ReportBuffers& b, const char* path, int* error) {
+    return writeReportFile(path, b.fileText ? b.fileText : "", error);
 }
 
-bool writeXmlReport(const ReportBuffers& b, const ReportSnapshot& s, const char* path) {
-    if (!path) return false;
-    FILE* file = std::fopen(path, "w");
-    if (!file) return false;
-    std::fputs("<?xml version=\"1.0\" encoding=\"ISO-8859-1\" standalone=\"yes\"?>\n", file);
-    std::fputs("<!--**********************************************************\n", file);
-    std::fprintf(file, "* %s v%d.%d.%d.%d\n", s.programName.c_str(), s.versionMajor, s.versionMinor,
-                 s.versionPatch, s.versionBuild);
-    std::fprintf(file, "* Made by the %s developers\n", s.programName.c_str());
-    std::fprintf(file, "* %s\n", s.homePage.c_str());
-    std::fputs("***********************************************************-->\n", file);
-    std::fputs("\n<lumen_scope>", file);
-    writeUpToZero(file, b.xmlBody);
-    std::fputs("\n\n</lumen_scope>", file);
-    std::fclose(file);
-    return true;
+bool writeXmlReport(const ReportBuffers& b, const ReportSnapshot& s, const char* path, int* error) {
+    return writeReportFile(path, xmlReportText(b, s), error);
 }
 
 }  // namespace report

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -240,10 +241,14 @@ TEST(ReportDocument, WritersRefuseANullPathOrAnUnopenableFile) {
     GuardedBuffers g(1000);
     ReportSnapshot s = noDriverMachine();
     generateReport(g.buffers, s);
-    EXPECT_FALSE(writeTextReport(g.buffers, nullptr));
+    int error = 0;
+    EXPECT_FALSE(writeTextReport(g.buffers, nullptr, &error));
+    EXPECT_EQ(error, EINVAL);
     EXPECT_FALSE(writeXmlReport(g.buffers, s, nullptr));
-    EXPECT_FALSE(writeTextReport(g.buffers, "/proc/lumenscope_report.txt"));
-    EXPECT_FALSE(writeXmlReport(g.buffers, s, "/nonexistent-dir/report.xml"));
+    EXPECT_FALSE(writeTextReport(g.buffers, "/proc/lumenscope_report.txt", &error));
+    EXPECT_NE(error, 0);
+    EXPECT_FALSE(writeXmlReport(g.buffers, s, "/nonexistent-dir/report.xml", &error));
+    EXPECT_EQ(error, ENOENT);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "report_file.h"
 #include "report_sections.h"
+#include "xml_text.h"
 
 namespace report {
 
@@ -22,7 +23,7 @@ void addBlankLine(ReportBuffers& b) { addReportLine(b, "%s", ""); }
 void addHeading(ReportBuffers& b, const char* title) { addReportLine(b, "%s[ %s ]", kSectionRule, title); }
 
 void addXmlAttribute(ReportBuffers& b, int tabs, const char* name, const std::string& value) {
-    addReportXml(b, "\n%.*s%s=\"%s\"", tabs, "\t\t\t\t\t\t\t\t", name, value.c_str());
+    addReportXml(b, "\n%.*s%s=\"%s\"", tabs, "\t\t\t\t\t\t\t\t", name, xmlEscaped(value).c_str());
 }
 
 void generateReport(ReportBuffers& b, const ReportSnapshot& s) {
@@ -45,7 +46,7 @@ void generateReport(ReportBuffers& b, const ReportSnapshot& s) {
 }
 
 std::string xmlReportText(const ReportBuffers& b, const ReportSnapshot& s) {
-    std::string xml = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\" standalone=\"yes\"?>\n";
+    std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
     xml += "<!--**********************************************************\n";
     xml += formatText("* %s v%d.%d.%d.%d\n", s.programName.c_str(), s.versionMajor, s.versionMinor,
                       s.versionPatch, s.versionBuild);

@@ -37,7 +37,7 @@ TEST_F(BatchReports, AllThreeOptionsWriteAllThreeFilesAndExitZero) {
     EXPECT_NE(text.find("===================================[ System / CPU ]\n"), std::string::npos);
     EXPECT_EQ(text.find("Related Graphics Drivers"), std::string::npos);
     EXPECT_EQ(text.find('\r'), std::string::npos);
-    EXPECT_EQ(xml.rfind("<?xml version=\"1.0\" encoding=\"ISO-8859-1\" standalone=\"yes\"?>\n", 0), 0u);
+    EXPECT_EQ(xml.rfind("<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n", 0), 0u);
     ASSERT_GE(xml.size(), 15u);
     EXPECT_EQ(xml.substr(xml.size() - 15), "\n</lumen_scope>");
     ASSERT_TRUE(nlohmann::json::accept(json));

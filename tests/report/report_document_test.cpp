@@ -237,6 +237,23 @@ TEST(ReportDocument, EachBufferStopsAtItsCapacityAndLinesAtTheirScratchSize) {
     EXPECT_TRUE(small.guardsIntact());
 }
 
+TEST(ReportDocument, XmlValuesAreEscapedWhileTheTextKeepsThemAsGiven) {
+    ReportSnapshot s = nvidiaMachine();
+    s.system.osDescription = "Debian & <Friends> \"12\"";
+    s.driver.primaryDriverVersion = "535 <beta>";
+    s.gl.extensions[0].note = "A & B";
+    s.clPlatforms[0].devices[0].extensions.push_back("cl_vendor_<odd>&name");
+    s.links = ReportLinks{{{"", "https://drivers.example/?a=1&b=2"}}, {}};
+    const RenderedReport r = renderReport(s);
+    EXPECT_NE(r.text.find("- Operating System: Debian & <Friends> \"12\"\n"), std::string::npos);
+    EXPECT_NE(r.xml.find("description=\"Debian &amp; &lt;Friends&gt; &quot;12&quot;\""), std::string::npos);
+    EXPECT_NE(r.xml.find("driver=\"535 &lt;beta&gt; (R535.18)\""), std::string::npos);
+    EXPECT_NE(r.xml.find("<li>GL_ARB_framebuffer_object (A &amp; B)</li>"), std::string::npos);
+    EXPECT_NE(r.xml.find("<li>cl_vendor_&lt;odd&gt;&amp;name</li>"), std::string::npos);
+    EXPECT_NE(r.xml.find("<driver url=\"https://drivers.example/?a=1&amp;b=2\" />"), std::string::npos);
+    EXPECT_EQ(r.xml.rfind("<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n", 0), 0u);
+}
+
 TEST(ReportDocument, WritersRefuseANullPathOrAnUnopenableFile) {
     GuardedBuffers g(1000);
     ReportSnapshot s = noDriverMachine();

@@ -70,7 +70,6 @@ void shutdownApplication(AppState& state, Kalidor* library) {
     compute::freeOpenClPlatforms();
     compute::freeCudaDevices();
     state.report = report::ReportBuffers{};
-    for (auto& buffer : state.reportBuffers) buffer.reset();
 }
 
 }  // namespace

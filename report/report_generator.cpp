@@ -1,7 +1,6 @@
 #include "report_generator.h"
 
 #include <cstdarg>
-#include <cstdio>
 
 #include "report_file.h"
 #include "report_sections.h"
@@ -10,12 +9,12 @@
 namespace report {
 
 std::string formatText(const char* format, ...) {
-    char text[4096];
+    std::string text;
     va_list args;
     va_start(args, format);
-    const int written = std::vsnprintf(text, sizeof text, format, args);
+    appendFormatted(text, format, args);
     va_end(args);
-    return written < 0 ? std::string() : std::string(text);
+    return text;
 }
 
 void addBlankLine(ReportBuffers& b) { addReportLine(b, "%s", ""); }
@@ -54,13 +53,13 @@ std::string xmlReportText(const ReportBuffers& b, const ReportSnapshot& s) {
     xml += formatText("* %s\n", s.homePage.c_str());
     xml += "***********************************************************-->\n";
     xml += "\n<lumen_scope>";
-    if (b.xmlBody) xml += b.xmlBody;
+    xml += b.xmlBody;
     xml += "\n\n</lumen_scope>";
     return xml;
 }
 
 bool writeTextReport(const ReportBuffers& b, const char* path, int* error) {
-    return writeReportFile(path, b.fileText ? b.fileText : "", error);
+    return writeReportFile(path, b.fileText, error);
 }
 
 bool writeXmlReport(const ReportBuffers& b, const ReportSnapshot& s, const char* path, int* error) {

@@ -75,4 +75,21 @@ TEST_F(XmlReportUnderXmllint, TextsReadBackAsGivenAndBadBytesAsReplacementCharac
     EXPECT_EQ(read("//gpu/@bios_version"), "80.04\xEF\xBF\xBD \xEF\xBF\xBDrev");
 }
 
+// Reports used to stop at a 1,000,000-byte buffer: a thousand OpenCL devices left the XML unclosed.
+TEST_F(XmlReportUnderXmllint, AThousandOpenClPlatformsAndAThousandDevicesGiveWellFormedXml) {
+    ReportSnapshot s = intelSoftwareMachine();
+    ASSERT_EQ(s.clPlatforms.size(), 1u);
+    ASSERT_EQ(s.clPlatforms[0].devices.size(), 1u);
+    const ReportClPlatform one = s.clPlatforms[0];
+    s.clPlatforms.assign(1000, one);
+    ReportClPlatform crowded = one;
+    crowded.devices.assign(1000, one.devices[0]);
+    s.clPlatforms.push_back(crowded);
+    write(s);
+    expectWellFormed();
+    EXPECT_EQ(read("count(//opencl/platform)"), "1001");
+    EXPECT_EQ(read("count(//opencl/device)"), "2000");
+    EXPECT_EQ(read("/lumen_scope/graphics_cards/gpu/@name"), *s.gpus[0].name);
+}
+
 }  // namespace

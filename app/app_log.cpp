@@ -3,9 +3,13 @@
 #include <cstdarg>
 #include <ctime>
 
-AppLog::AppLog(const char* path) {
-    m_enabled = true;
-    m_stream = std::fopen(path, "w");
+AppLog::AppLog(const char* path) { open(path); }
+
+bool AppLog::open(const char* path) {
+    std::lock_guard<std::mutex> guard(m_lineLock);
+    if (m_stream) std::fclose(m_stream);
+    m_stream = path ? std::fopen(path, "w") : nullptr;
+    return m_stream != nullptr;
 }
 
 AppLog::~AppLog() {
@@ -34,6 +38,7 @@ void AppLog::write(const char* format, ...) {
     va_end(args);
 
     std::lock_guard<std::mutex> guard(m_lineLock);
+    if (!m_stream) return;
     std::fprintf(m_stream, "%s%s\n", prefix.c_str(), message);
     std::fflush(m_stream);
 }
@@ -42,8 +47,3 @@ AppLog& appLog() {
     static AppLog log;
     return log;
 }
-
-namespace {
-// Opens the log before main, so that a crash anywhere after start leaves a log behind.
-[[maybe_unused]] const bool kLogOpenedAtStart = (appLog(), true);
-}  // namespace

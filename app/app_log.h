@@ -5,19 +5,23 @@
 #include <string>
 
 // The program's one log: a plain text file, one flushed line per write, each line prefixed with the local
-// date and time. When the file cannot be opened every write is silently dropped.
+// date and time. Until a file is open, and when it cannot be opened, every write is silently dropped.
 class AppLog {
 public:
     static constexpr const char* kFileName = "Lumenscope_log.txt";
     static constexpr size_t kPrefixBufferSize = 128;
     static constexpr size_t kMessageBufferSize = 32768;
 
+    // A log with no file yet: writes are dropped until open().
+    AppLog() = default;
     // Opens (and truncates) the file at `path`; a relative path lands in the working directory.
-    explicit AppLog(const char* path = kFileName);
+    explicit AppLog(const char* path);
     ~AppLog();
     AppLog(const AppLog&) = delete;
     AppLog& operator=(const AppLog&) = delete;
 
+    // Closes any file this log had and opens `path` afresh; false when it cannot be opened.
+    bool open(const char* path);
     void write(const char* format, ...) __attribute__((format(printf, 2, 3)));
     bool isOpen() const { return m_stream != nullptr; }
 
@@ -30,5 +34,6 @@ private:
 // Builds "Y/M/D @ hh:mm:ss >> " from broken-down local time; exposed for tests.
 std::string formatLogPrefix(int year, int month, int day, int hour, int minute, int second);
 
-// The application log, constructed before main runs.
+// The application log. It has no file until start-up opens one, so a run that ends before start-up never
+// truncates the log of the previous run.
 AppLog& appLog();

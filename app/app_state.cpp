@@ -44,11 +44,6 @@ void initAppState(AppState& s) {
     std::strncpy(s.exeDirectory, dir.c_str(), sizeof s.exeDirectory - 1);
     s.demoLock = std::make_unique<std::mutex>();
     s.furArray = std::make_unique<uint32_t[]>(AppState::kFurArrayWords);
-    for (auto& buffer : s.reportBuffers) buffer = std::make_unique<char[]>(AppState::kReportBufferSize);
     s.report = report::ReportBuffers{};
-    s.report.displayText = s.reportBuffers[0].get();
-    s.report.fileText = s.reportBuffers[1].get();
-    s.report.xmlBody = s.reportBuffers[2].get();
-    s.report.capacity = AppState::kReportBufferSize;
     s.processorCount = lumenscope::platform::processorCount();
 }

@@ -12,8 +12,6 @@
 // threads are written before those threads start or are single words.
 struct AppState {
     static constexpr size_t kExeDirectorySize = 1024;
-    static constexpr size_t kReportBufferCount = 3;
-    static constexpr size_t kReportBufferSize = 1000000;
     static constexpr size_t kFurArrayWords = 10;
 
     // General fields
@@ -74,8 +72,7 @@ struct AppState {
     uint32_t panelBrushColour = 0;
 
     std::unique_ptr<std::mutex> demoLock;
-    std::unique_ptr<char[]> reportBuffers[kReportBufferCount];
-    report::ReportBuffers report;  // the report's view of reportBuffers: write positions and state
+    report::ReportBuffers report;  // the report of this run, generated once
     std::unique_ptr<uint32_t[]> furArray;
 
     // Demo and compute settings the command line can change.
@@ -114,5 +111,5 @@ extern AppState gApp;
 void resetAppState(AppState& state);
 
 // The state the program starts from: the start values of resetAppState, then what later start-up code needs at
-// hand: the executable's directory, the processor count, the demo lock and the report buffers.
+// hand: the executable\'s directory, the processor count, the demo lock and the fur demo\'s array.
 void initAppState(AppState& state);

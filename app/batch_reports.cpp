@@ -1,9 +1,23 @@
 #include "batch_reports.h"
 
+#include <cstdio>
+#include <system_error>
+
 #include "app_state.h"
 #include "report/json_report.h"
 #include "report/report_generator.h"
 #include "report/report_snapshot_from_facade.h"
+#include "version.h"
+
+namespace {
+
+// The one line a script sees when a report is missing; the exit status stays 0 whatever happened.
+void tellWriteFailure(const char* path, int error) {
+    std::fprintf(stderr, "%s: could not write %s: %s\n", lumenscope::kDisplayName, path,
+                 std::system_category().message(error).c_str());
+}
+
+}  // namespace
 
 void writeBatchReports(AppState& state, Kalidornm::Kalidor& library) {
     report::ReportSnapshot snapshot;
@@ -14,13 +28,16 @@ void writeBatchReports(AppState& state, Kalidornm::Kalidor& library) {
     snapshot.system.physxVersion = state.physxVersion;
     snapshot.system.osIsVista = state.osIsVista;
 
+    int error = 0;
     if (state.exportXmlReport) {
         report::generateReport(state.report, snapshot);
-        report::writeXmlReport(state.report, snapshot, "report.xml");
+        if (!report::writeXmlReport(state.report, snapshot, kXmlReportFile, &error))
+            tellWriteFailure(kXmlReportFile, error);
     }
     if (state.exportTxtReport) {
         report::generateReport(state.report, snapshot);
-        report::writeTextReport(state.report, "report.txt");
+        if (!report::writeTextReport(state.report, kTextReportFile, &error)) tellWriteFailure(kTextReportFile, error);
     }
-    if (state.exportJsonReport) report::writeJsonReport(snapshot, "report.json");
+    if (state.exportJsonReport && !report::writeJsonReport(snapshot, kJsonReportFile, &error))
+        tellWriteFailure(kJsonReportFile, error);
 }

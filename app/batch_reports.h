@@ -5,7 +5,11 @@ namespace Kalidornm {
 class Kalidor;
 }
 
-// The batch branch of start-up: writes "report.xml", "report.txt" and "report.json" in the working directory
-// for the export options that are set. One snapshot and one generation serve every file; a file that cannot
-// be written is skipped without a message.
+inline constexpr const char* kXmlReportFile = "report.xml";
+inline constexpr const char* kTextReportFile = "report.txt";
+inline constexpr const char* kJsonReportFile = "report.json";
+
+// The batch branch of start-up: writes the report files in the working directory for the export options that
+// are set. One snapshot and one generation serve every file. Each file is complete or left as it was; one
+// that cannot be written gets one line on stderr naming it and the reason.
 void writeBatchReports(AppState& state, Kalidornm::Kalidor& library);

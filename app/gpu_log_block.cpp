@@ -39,7 +39,7 @@ void logOneGpu(Kalidornm::Kalidor& library, int gpu) {
               library.getGpuTextureUnits(gpu), library.getGpuRopUnits(gpu), library.getGpuTdp(gpu));
 
     const float temperature = library.readGpuCoreTemperature(gpu);
-    if (temperature > 0.0f) log.write("----> GPU temperature: %.3f\xB0" "C", double(temperature));
+    if (temperature > 0.0f) log.write("----> GPU temperature: %.3f\u00B0C", double(temperature));
 
     const char* driver = library.getGpuDriverVersion(gpu);
     if (driver && *driver) log.write("----> Graphics driver: %s", driver);

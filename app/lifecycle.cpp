@@ -70,7 +70,6 @@ void shutdownApplication(AppState& state, Kalidor* library) {
     compute::freeOpenClPlatforms();
     compute::freeCudaDevices();
     state.report = report::ReportBuffers{};
-    for (auto& buffer : state.reportBuffers) buffer.reset();
 }
 
 }  // namespace
@@ -78,6 +77,8 @@ void shutdownApplication(AppState& state, Kalidor* library) {
 int runLumenscope(int argc, const char* const* argv) {
     AppState& state = gApp;
     initAppState(state);
+    // Opened here rather than before main, so that nothing which ends before start-up touches the file.
+    appLog().open(AppLog::kFileName);
     logVersionLine("startup...");
 
     const std::string commandLine = joinArguments(argc, argv);

@@ -98,8 +98,13 @@ void setLinuxOsTexts(CpuOsInfo& info, const std::string& prettyName, const std::
                      const std::string& machine) {
     const int bitsWide = machine.find("64") != std::string::npos ? 64 : 32;
     const std::string name = prettyName.empty() ? "Linux" : prettyName;
-    const std::string description =
-        name + " " + std::to_string(bitsWide) + "-bit - kernel " + kernelRelease;
+    std::string description = name + " " + std::to_string(bitsWide) + "-bit - kernel " + kernelRelease;
+    // os-release names are UTF-8: a cut at the field's size must not leave half a character behind.
+    if (description.size() >= sizeof info.osDescription) {
+        size_t end = sizeof info.osDescription - 1;
+        while (end > 0 && (static_cast<unsigned char>(description[end]) & 0xC0) == 0x80) --end;
+        description.resize(end);
+    }
     copyText(info.osDescription, description.c_str());
     copyText(info.osShortName, ("Linux " + std::to_string(bitsWide) + "-bit").c_str());
 }

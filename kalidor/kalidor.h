@@ -47,6 +47,9 @@ public:
     // Index 0 to 7; false above.
     bool getCpuFeature(int index) const;
     const char* getOsDescription() const;
+    // The OS text as read at start, before and without any graphics scan; getOsDescription gives the
+    // summary's copy, which only a scan fills.
+    const char* getSystemOsDescription() const;
     const char* getOsShortName() const;
     uint32_t getInstalledMemoryMb() const;
     uint32_t getTotalMemoryKb() const;

@@ -44,6 +44,10 @@ bool Kalidor::getCpuFeature(int index) const {
 }
 
 const char* Kalidor::getOsDescription() const { return gGlobals.summary.osDescription; }
+const char* Kalidor::getSystemOsDescription() const {
+    const CpuOsInfo* info = cpuOsOf(*this);
+    return info ? info->osDescription : "";
+}
 const char* Kalidor::getOsShortName() const { return gGlobals.summary.osShortName; }
 
 uint32_t Kalidor::getInstalledMemoryMb() const { return cpuOsOf(*this) ? cpuOsOf(*this)->installedMemoryMb : 0; }

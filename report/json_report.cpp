@@ -1,9 +1,12 @@
 #include "json_report.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <nlohmann/json.hpp>
+
+#include "report_file.h"
 
 namespace report {
 
@@ -40,7 +43,7 @@ Json system(const ReportSnapshot& s) {
         {"cpu_stepping", sys.cpuName ? Json(sys.cpuStepping) : Json(nullptr)},
         {"installed_memory_mb", positive(sys.installedMemoryMb)},
         {"total_memory_kb", positive(sys.totalMemoryKb)},
-        {"os_description", text(sys.osDescription)},
+        {"os_description", text(sys.systemOsDescription)},
         {"physx_version", positive(sys.physxVersion)},
     };
 }
@@ -307,14 +310,13 @@ std::string jsonReportText(const ReportSnapshot& snapshot) {
     }
 }
 
-bool writeJsonReport(const ReportSnapshot& snapshot, const char* path) {
-    if (!path) return false;
+bool writeJsonReport(const ReportSnapshot& snapshot, const char* path, int* error) {
     const std::string text = jsonReportText(snapshot);
-    if (text.empty()) return false;
-    FILE* file = std::fopen(path, "w");
-    if (!file) return false;
-    const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-    return std::fclose(file) == 0 && written;
+    if (text.empty()) {  // only running out of memory stops the document
+        if (error) *error = ENOMEM;
+        return false;
+    }
+    return writeReportFile(path, text, error);
 }
 
 }  // namespace report

@@ -14,7 +14,8 @@ inline constexpr int kJsonReportSchemaVersion = 1;
 // bad bytes replaced. Empty only if the document could not be built.
 std::string jsonReportText(const ReportSnapshot& snapshot);
 
-// Writes jsonReportText to `path`; false for a null path, a failed open or an empty document.
-bool writeJsonReport(const ReportSnapshot& snapshot, const char* path);
+// Writes jsonReportText to `path` through writeReportFile: the file is complete or untouched. False for a
+// null path or any failure, with the errno value in `*error` if given.
+bool writeJsonReport(const ReportSnapshot& snapshot, const char* path, int* error = nullptr);
 
 }  // namespace report

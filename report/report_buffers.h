@@ -1,28 +1,26 @@
 #pragma once
 
-#include <cstddef>
+#include <cstdarg>
+#include <string>
 
-// The three texts of one report, built by formatted appends. The arrays belong to the caller (the
-// application allocates them once at start-up); each keeps a terminating zero, so at most capacity - 1
-// bytes of text fit and what would pass that is dropped without a word.
+// The three texts of one report, built by formatted appends. They grow as needed: a report of a thousand
+// OpenCL devices is as complete as one of a single GPU.
 namespace report {
 
 struct ReportBuffers {
-    char* displayText = nullptr;  // lines end in CR LF, for the dialog's edit box
-    char* fileText = nullptr;     // lines end in LF, for the text file
-    char* xmlBody = nullptr;      // XML pieces between the root tags, as given
-    size_t capacity = 0;          // bytes of each array
-    size_t displayLength = 0;
-    size_t fileLength = 0;
-    size_t xmlLength = 0;
-    bool generated = false;  // the buffers hold a finished report
+    std::string displayText;  // lines end in CR LF, for the dialog's edit box
+    std::string fileText;     // lines end in LF, for the text file
+    std::string xmlBody;      // XML pieces between the root tags, as given
+    bool generated = false;   // the buffers hold a finished report
 };
 
-// One formatted line (at most 4,095 bytes) to both text forms, each with its own line end. The empty
-// format adds a blank line.
+// One formatted line to both text forms, each with its own line end. The empty format adds a blank line.
 void addReportLine(ReportBuffers& buffers, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
-// One formatted piece to the XML body, with nothing added.
+// One formatted piece to the XML body, with nothing added. Texts in it must already be escaped.
 void addReportXml(ReportBuffers& buffers, const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+// printf onto the end of `out`, however long the result.
+void appendFormatted(std::string& out, const char* format, va_list args) __attribute__((format(printf, 2, 0)));
 
 }  // namespace report

@@ -109,7 +109,7 @@ void addClDevice(ReportBuffers& b, const ReportClDevice& d) {
         addReportXml(b, "\n\t\t\t\t<extensions>");
         for (const std::string& e : d.extensions) {
             addReportLine(b, "\t\t- %s", e.c_str());
-            addReportXml(b, "\n\t\t\t\t\t<li>%s</li>", e.c_str());
+            addReportXml(b, "\n\t\t\t\t\t<li>%s</li>", xmlEscaped(e).c_str());
         }
         addReportXml(b, "\n\t\t\t\t</extensions>");
     }

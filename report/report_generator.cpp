@@ -1,20 +1,20 @@
 #include "report_generator.h"
 
 #include <cstdarg>
-#include <cstdio>
-#include <cstring>
 
+#include "report_file.h"
 #include "report_sections.h"
+#include "xml_text.h"
 
 namespace report {
 
 std::string formatText(const char* format, ...) {
-    char text[4096];
+    std::string text;
     va_list args;
     va_start(args, format);
-    const int written = std::vsnprintf(text, sizeof text, format, args);
+    appendFormatted(text, format, args);
     va_end(args);
-    return written < 0 ? std::string() : std::string(text);
+    return text;
 }
 
 void addBlankLine(ReportBuffers& b) { addReportLine(b, "%s", ""); }
@@ -22,7 +22,7 @@ void addBlankLine(ReportBuffers& b) { addReportLine(b, "%s", ""); }
 void addHeading(ReportBuffers& b, const char* title) { addReportLine(b, "%s[ %s ]", kSectionRule, title); }
 
 void addXmlAttribute(ReportBuffers& b, int tabs, const char* name, const std::string& value) {
-    addReportXml(b, "\n%.*s%s=\"%s\"", tabs, "\t\t\t\t\t\t\t\t", name, value.c_str());
+    addReportXml(b, "\n%.*s%s=\"%s\"", tabs, "\t\t\t\t\t\t\t\t", name, xmlEscaped(value).c_str());
 }
 
 void generateReport(ReportBuffers& b, const ReportSnapshot& s) {
@@ -44,41 +44,26 @@ void generateReport(ReportBuffers& b, const ReportSnapshot& s) {
     b.generated = true;
 }
 
-namespace {
-
-bool writeUpToZero(FILE* file, const char* text) {
-    if (!text) return true;
-    const size_t length = std::strlen(text);
-    return std::fwrite(text, 1, length, file) == length;
+std::string xmlReportText(const ReportBuffers& b, const ReportSnapshot& s) {
+    std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
+    xml += "<!--**********************************************************\n";
+    xml += formatText("* %s v%d.%d.%d.%d\n", s.programName.c_str(), s.versionMajor, s.versionMinor,
+                      s.versionPatch, s.versionBuild);
+    xml += formatText("* Made by the %s developers\n", s.programName.c_str());
+    xml += formatText("* %s\n", s.homePage.c_str());
+    xml += "***********************************************************-->\n";
+    xml += "\n<lumen_scope>";
+    xml += b.xmlBody;
+    xml += "\n\n</lumen_scope>";
+    return xml;
 }
 
-}  // namespace
-
-bool writeTextReport(const ReportBuffers& b, const char* path) {
-    if (!path) return false;
-    FILE* file = std::fopen(path, "w");
-    if (!file) return false;
-    writeUpToZero(file, b.fileText);
-    std::fclose(file);
-    return true;
+bool writeTextReport(const ReportBuffers& b, const char* path, int* error) {
+    return writeReportFile(path, b.fileText, error);
 }
 
-bool writeXmlReport(const ReportBuffers& b, const ReportSnapshot& s, const char* path) {
-    if (!path) return false;
-    FILE* file = std::fopen(path, "w");
-    if (!file) return false;
-    std::fputs("<?xml version=\"1.0\" encoding=\"ISO-8859-1\" standalone=\"yes\"?>\n", file);
-    std::fputs("<!--**********************************************************\n", file);
-    std::fprintf(file, "* %s v%d.%d.%d.%d\n", s.programName.c_str(), s.versionMajor, s.versionMinor,
-                 s.versionPatch, s.versionBuild);
-    std::fprintf(file, "* Made by the %s developers\n", s.programName.c_str());
-    std::fprintf(file, "* %s\n", s.homePage.c_str());
-    std::fputs("***********************************************************-->\n", file);
-    std::fputs("\n<lumen_scope>", file);
-    writeUpToZero(file, b.xmlBody);
-    std::fputs("\n\n</lumen_scope>", file);
-    std::fclose(file);
-    return true;
+bool writeXmlReport(const ReportBuffers& b, const ReportSnapshot& s, const char* path, int* error) {
+    return writeReportFile(path, xmlReportText(b, s), error);
 }
 
 }  // namespace report

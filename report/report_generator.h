@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "report_buffers.h"
 #include "report_snapshot.h"
 
@@ -10,8 +12,13 @@ namespace report {
 // once per run, so a second call keeps the first one's live values.
 void generateReport(ReportBuffers& buffers, const ReportSnapshot& snapshot);
 
-// Write the generated text or XML report; false for a null path or a file that cannot be opened.
-bool writeTextReport(const ReportBuffers& buffers, const char* path);
-bool writeXmlReport(const ReportBuffers& buffers, const ReportSnapshot& snapshot, const char* path);
+// The whole XML file of a generated report: declaration, head comment and the body inside the root element.
+std::string xmlReportText(const ReportBuffers& buffers, const ReportSnapshot& snapshot);
+
+// Write the generated text or XML report through writeReportFile: the file is complete or untouched. False
+// for a null path or any failure, with the errno value in `*error` if given.
+bool writeTextReport(const ReportBuffers& buffers, const char* path, int* error = nullptr);
+bool writeXmlReport(const ReportBuffers& buffers, const ReportSnapshot& snapshot, const char* path,
+                    int* error = nullptr);
 
 }  // namespace report

@@ -26,15 +26,17 @@ void addDriverRows(ReportBuffers& b, const ReportSnapshot& s, const ReportGpu& g
         // The version number is kept x 100; it is shown through a single-precision product, as the driver
         // library's own tools do.
         const float release = float(d.nvDriverVersionNumber) * 0.01f;
-        addReportLine(b, "  - Driver: %s (R%.2f)", d.primaryDriverVersion->c_str(), release);
-        addReportXml(b, "\n\t\tdriver=\"%s (R%.2f)\"", d.primaryDriverVersion->c_str(), release);
+        const std::string driver = formatText("%s (R%.2f)", d.primaryDriverVersion->c_str(), release);
+        addReportLine(b, "  - Driver: %s", driver.c_str());
+        addXmlAttribute(b, 2, "driver", driver);
         if (d.nvDriverBranch) addGpuRow(b, "Branch", "branch", *d.nvDriverBranch);
     } else if (gpu.vendorId == kVendorAmd) {
         const std::optional<std::string>& text = gpu.driverVersion ? gpu.driverVersion : d.primaryDriverText;
         if (!gpu.catalystVersion || !text) return;
         const char* family = gpu.isCrimson ? "Crimson" : "Catalyst";
-        addReportLine(b, "  - Driver: %s %s (%s)", family, gpu.catalystVersion->c_str(), text->c_str());
-        addReportXml(b, "\n\t\tdriver=\"%s %s (%s)\"", family, gpu.catalystVersion->c_str(), text->c_str());
+        const std::string driver = formatText("%s %s (%s)", family, gpu.catalystVersion->c_str(), text->c_str());
+        addReportLine(b, "  - Driver: %s", driver.c_str());
+        addXmlAttribute(b, 2, "driver", driver);
     } else if (d.primaryDriverText) {
         addGpuRow(b, "Driver", "driver", *d.primaryDriverText);
     }

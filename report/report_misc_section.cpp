@@ -62,7 +62,7 @@ void addLinkSections(ReportBuffers& b, const ReportSnapshot& s) {
     addReportXml(b, "\n\t<graphics_drivers>");
     for (const ReportLink& link : s.links->drivers) {
         addReportLine(b, "- %s", link.url.c_str());
-        addReportXml(b, "\n\t\t<driver url=\"%s\" />", link.url.c_str());
+        addReportXml(b, "\n\t\t<driver url=\"%s\" />", xmlEscaped(link.url).c_str());
     }
     addReportXml(b, "\n\t</graphics_drivers>");
 
@@ -75,7 +75,7 @@ void addLinkSections(ReportBuffers& b, const ReportSnapshot& s) {
     for (const ReportLink& link : s.links->reviews) {
         if (adapter.find(link.key) == std::string::npos) continue;
         addReportLine(b, "- %s", link.url.c_str());
-        addReportXml(b, "\n\t\t\t<review url=\"%s\" />", link.url.c_str());
+        addReportXml(b, "\n\t\t\t<review url=\"%s\" />", xmlEscaped(link.url).c_str());
     }
     addReportXml(b, "\n\t</graphics_cards_reviews>");
 }

@@ -28,7 +28,7 @@ void addExtensionList(ReportBuffers& b, const ReportOpenGl& gl, bool withNotes) 
         const std::string item =
             withNotes && !e.note.empty() ? formatText("%s (%s)", e.name.c_str(), e.note.c_str()) : e.name;
         addReportLine(b, "    <li>%s</li>", item.c_str());
-        addReportXml(b, "\n\t\t\t<li>%s</li>", item.c_str());
+        addReportXml(b, "\n\t\t\t<li>%s</li>", xmlEscaped(item).c_str());
     }
     addReportXml(b, "\n\t\t</opengl_extensions>");
 }

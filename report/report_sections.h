@@ -4,6 +4,7 @@
 
 #include "report_buffers.h"
 #include "report_snapshot.h"
+#include "xml_text.h"
 
 // The sections of the report in document order, and the small writing helpers they share. Internal to
 // the report generator.
@@ -17,7 +18,7 @@ std::string formatText(const char* format, ...) __attribute__((format(printf, 1,
 void addBlankLine(ReportBuffers& b);
 // A section heading: the rule and the bracketed title.
 void addHeading(ReportBuffers& b, const char* title);
-// One attribute piece: a line feed, `tabs` tabs, name="value".
+// One attribute piece: a line feed, `tabs` tabs, name="value", the value escaped for XML.
 void addXmlAttribute(ReportBuffers& b, int tabs, const char* name, const std::string& value);
 
 void addBannerSection(ReportBuffers& b, const ReportSnapshot& s);

@@ -19,7 +19,11 @@ struct ReportSystem {
     int32_t cpuFamily = 0, cpuModel = 0, cpuStepping = 0;
     uint32_t installedMemoryMb = 0;  // 0 where the system cannot tell
     uint32_t totalMemoryKb = 0;
+    // The summary's copy, which the graphics scan fills: empty on a machine without a display device. The
+    // text and XML rows show this one.
     std::optional<std::string> osDescription;
+    // The same text as the system gave it at start, known with or without a GPU: the JSON's value.
+    std::optional<std::string> systemOsDescription;
     int32_t physxVersion = 0;
     bool osIsVista = false;
 };

@@ -35,6 +35,7 @@ void fillSystem(ReportSnapshot& s, Kalidornm::Kalidor& k) {
     sys.installedMemoryMb = k.getInstalledMemoryMb();
     sys.totalMemoryKb = k.getTotalMemoryKb();
     sys.osDescription = optionalText(k.getOsDescription());
+    sys.systemOsDescription = optionalText(k.getSystemOsDescription());
 }
 
 std::string textOf(const char* text) { return text ? text : ""; }

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <memory>
 #include <sstream>
+#include <string_view>
 
 #include "sources.h"
 #include "sysfs_files.h"
@@ -38,12 +39,46 @@ uint64_t meminfoKb(const std::string& rootDir, const char* key) {
 
 std::string osReleasePrettyName(const std::string& rootDir) {
     for (const char* path : {"/etc/os-release", "/usr/lib/os-release"}) {
-        std::string value = keyedValue(underRoot(rootDir, path), "PRETTY_NAME", '=');
-        if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front())
-            value = value.substr(1, value.size() - 2);
+        const std::optional<std::string> text = readSmallFile(underRoot(rootDir, path));
+        if (!text) continue;
+        const std::string value = osReleaseValue(*text, "PRETTY_NAME").value_or("");
         if (!value.empty()) return value;
     }
     return {};
+}
+
+// One shell word as os-release(5) allows it: double quotes, in which a backslash escapes only ", \, $ and
+// the backtick; single quotes, which escape nothing; and unquoted text, where a backslash takes the next
+// character as it is. A quote left open runs to the end of the line.
+std::string unquotedShellValue(const std::string& raw) {
+    constexpr std::string_view kEscapedInDoubleQuotes = "\"\\$`";
+    std::string value;
+    char quote = 0;
+    for (size_t i = 0; i < raw.size(); ++i) {
+        const char c = raw[i];
+        if (quote == '\'') {
+            if (c == '\'')
+                quote = 0;
+            else
+                value += c;
+        } else if (quote == '"') {
+            if (c == '"') {
+                quote = 0;
+            } else if (c == '\\' && i + 1 < raw.size() &&
+                       kEscapedInDoubleQuotes.find(raw[i + 1]) != std::string_view::npos) {
+                value += raw[++i];
+            } else {
+                value += c;
+            }
+        } else if (c == '"' || c == '\'') {
+            quote = c;
+        } else if (c == '\\' && i + 1 < raw.size()) {
+            value += raw[++i];
+        } else {
+            value += c;
+        }
+    }
+    return value;
 }
 
 // Memory the kernel manages in hot-pluggable blocks: the online ones, each block_size_bytes (hex) large.
@@ -63,6 +98,20 @@ uint64_t onlineMemoryBlockBytes(const std::string& rootDir) {
 }
 
 }  // namespace
+
+std::optional<std::string> osReleaseValue(const std::string& text, const std::string& key) {
+    std::optional<std::string> value;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        const size_t start = line.find_first_not_of(" \t");
+        if (start == std::string::npos || line[start] == '#') continue;
+        const size_t equals = line.find('=', start);
+        if (equals == std::string::npos || trimmed(line.substr(start, equals - start)) != key) continue;
+        // A later assignment wins, as when the file is sourced by a shell.
+        value = unquotedShellValue(trimmed(line.substr(equals + 1)));
+    }
+    return value;
+}
 
 int32_t countCpuList(const std::string& list) {
     int32_t count = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace Kalidornm {
@@ -20,6 +21,10 @@ LinuxSystemFacts readLinuxSystemFacts(const std::string& rootDir);
 
 // Used memory in percent of the total, from MemTotal and MemAvailable; 0 when unreadable.
 uint32_t readMemoryLoadPercent(const std::string& rootDir);
+
+// The value assigned to `key` in the text of an os-release file, with its shell quoting and escapes undone
+// (\" \\ \$ \` inside double quotes); the last assignment wins. nullopt when the key is not assigned.
+std::optional<std::string> osReleaseValue(const std::string& text, const std::string& key);
 
 // Counts the processors of a kernel CPU list such as "0-3,8,10-11".
 int32_t countCpuList(const std::string& list);

@@ -107,7 +107,7 @@ TEST(NvidiaLog, GpuBlockShowsTheDriversClocksPowerStatesAndFan) {
     ASSERT_FALSE(first.empty());
     EXPECT_EQ(first[0], "- GPU 1: NVIDIA GeForce GTX 680");
     EXPECT_TRUE(has(first, "----> Device ID: 10DE-1180 - Subdevice ID: 10DE- 969"));
-    EXPECT_TRUE(has(first, "----> GPU temperature: 45.000\xB0" "C"));
+    EXPECT_TRUE(has(first, "----> GPU temperature: 45.000\u00B0C"));
     EXPECT_TRUE(has(first, "----> GPU base clock: 1006 MHz, boost clock: 1110 MHz, memory: 3004 Mhz"));
     EXPECT_TRUE(has(first, "----> GPU power target: 80 % TDP, min: 40 % TDP, max: 140 % TDP"));
     EXPECT_TRUE(has(first, "----> PState 0, GPU clock 1110 MHz, memory clock: 3004 MHz, VDDC: 0.000V:"));

@@ -1,8 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <csignal>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "integration/program_runner.h"
+#include "unwritable_directory.h"
 
 namespace {
 
@@ -31,7 +37,7 @@ TEST_F(BatchReports, AllThreeOptionsWriteAllThreeFilesAndExitZero) {
     EXPECT_NE(text.find("===================================[ System / CPU ]\n"), std::string::npos);
     EXPECT_EQ(text.find("Related Graphics Drivers"), std::string::npos);
     EXPECT_EQ(text.find('\r'), std::string::npos);
-    EXPECT_EQ(xml.rfind("<?xml version=\"1.0\" encoding=\"ISO-8859-1\" standalone=\"yes\"?>\n", 0), 0u);
+    EXPECT_EQ(xml.rfind("<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n", 0), 0u);
     ASSERT_GE(xml.size(), 15u);
     EXPECT_EQ(xml.substr(xml.size() - 15), "\n</lumen_scope>");
     ASSERT_TRUE(nlohmann::json::accept(json));
@@ -96,6 +102,67 @@ TEST_F(BatchReports, EachOptionWritesOnlyItsOwnFile) {
     EXPECT_FALSE(fs::exists(dir / "report.xml"));
     // No window either: the batch branch never reaches the end of the interactive start.
     for (const std::string& line : run.logLines) EXPECT_NE(logMessage(line), "Lumenscope startup ok.");
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
+}
+
+// A report that cannot be written used to vanish without a word; a script now finds one stderr line per file.
+TEST_F(BatchReports, AnUnwritableDirectoryGivesOneStderrLinePerReportAndExitsZero) {
+    const UnwritableDirectory readOnly("batch_reports_read_only");
+    const ProgramRun run = runProgram(LUMENSCOPE_BINARY, readOnly.path(),
+                                      {"/exp_txt_report", "/exp_xml_report", "/exp_json_report", "/no_online_check"});
+    EXPECT_EQ(run.exitCode, 0);
+    const std::vector<std::string> lines = linesOf(run.errorText);
+    for (const char* file : {"report.xml", "report.txt", "report.json"}) {
+        const auto line = std::find_if(lines.begin(), lines.end(), [file](const std::string& l) {
+            return l.rfind(std::string("Lumenscope: could not write ") + file + ": ", 0) == 0;
+        });
+        ASSERT_NE(line, lines.end()) << file << " in:\n" << run.errorText;
+        const std::string reason = line->substr(line->rfind(": ") + 2);
+        EXPECT_TRUE(reason == "Permission denied" || reason == "Read-only file system") << *line;
+        EXPECT_FALSE(fs::exists(readOnly.path() / file));
+    }
+}
+
+// On a full disk report.txt used to be cut mid-line and report.json left at 0 bytes.
+TEST_F(BatchReports, AWriteRefusedPartWayKeepsThePreviousReports) {
+    for (const char* file : {"report.txt", "report.xml", "report.json"})
+        std::ofstream(dir / file) << "previous run\n";
+    const auto smallFiles = [] {
+        signal(SIGXFSZ, SIG_IGN);  // a write past the limit then fails with EFBIG
+        const rlimit limit{2048, 2048};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    };
+    const ProgramRun run = runProgram(LUMENSCOPE_BINARY, dir,
+                                      {"/exp_txt_report", "/exp_xml_report", "/exp_json_report", "/no_online_check"},
+                                      {}, smallFiles);
+    EXPECT_EQ(run.exitCode, 0);
+    for (const char* file : {"report.txt", "report.xml", "report.json"}) {
+        EXPECT_EQ(readWhole(dir / file), "previous run\n") << file;
+        EXPECT_NE(run.errorText.find(std::string("Lumenscope: could not write ") + file + ": File too large\n"),
+                  std::string::npos)
+            << run.errorText;
+    }
+    for (const auto& entry : fs::directory_iterator(dir))  // no temporary file stays behind
+        EXPECT_EQ(entry.path().filename().string().find(".tmp"), std::string::npos) << entry.path();
+}
+
+// A link named report.txt used to be followed: the run overwrote the file it pointed at.
+TEST_F(BatchReports, ALinkNamedReportTxtIsReplacedNotFollowed) {
+    const fs::path victim = dir / "elsewhere.txt";
+    std::ofstream(victim) << "not a report\n";
+    fs::create_symlink(victim, dir / "report.txt");
+    const ProgramRun run = runProgram(LUMENSCOPE_BINARY, dir, {"/exp_txt_report", "/no_online_check"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.errorText, "");
+    EXPECT_EQ(readWhole(victim), "not a report\n");
+    EXPECT_FALSE(fs::is_symlink(dir / "report.txt"));
+    EXPECT_EQ(readWhole(dir / "report.txt").rfind("===================================================\n", 0), 0u);
 }
 
 }  // namespace

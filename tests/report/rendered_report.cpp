@@ -22,13 +22,7 @@ std::string readWhole(const std::filesystem::path& path) {
 }  // namespace
 
 RenderedReport renderReport(const report::ReportSnapshot& snapshot) {
-    constexpr size_t kSize = 1000000;
-    std::vector<char> display(kSize), file(kSize), xml(kSize);
     report::ReportBuffers buffers;
-    buffers.displayText = display.data();
-    buffers.fileText = file.data();
-    buffers.xmlBody = xml.data();
-    buffers.capacity = kSize;
     report::generateReport(buffers, snapshot);
 
     const std::filesystem::path dir = std::filesystem::temp_directory_path() /
@@ -37,7 +31,7 @@ RenderedReport renderReport(const report::ReportSnapshot& snapshot) {
     report::writeTextReport(buffers, (dir / "report.txt").c_str());
     report::writeXmlReport(buffers, snapshot, (dir / "report.xml").c_str());
     report::writeJsonReport(snapshot, (dir / "report.json").c_str());
-    RenderedReport r{display.data(), readWhole(dir / "report.txt"), readWhole(dir / "report.xml"),
+    RenderedReport r{buffers.displayText, readWhole(dir / "report.txt"), readWhole(dir / "report.xml"),
                      readWhole(dir / "report.json")};
     std::filesystem::remove_all(dir);
     return r;

@@ -1,8 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <cerrno>
 #include <string>
-#include <vector>
 
 #include "rendered_report.h"
 #include "report/report_generator.h"
@@ -19,42 +18,19 @@ size_t countOf(const std::string& text, const std::string& what) {
     return n;
 }
 
-// Buffers with a guard zone behind each array, to catch a write past the capacity.
-struct GuardedBuffers {
-    static constexpr size_t kGuard = 64;
-    std::vector<char> display, file, xml;
-    ReportBuffers buffers;
-    explicit GuardedBuffers(size_t capacity)
-        : display(capacity + kGuard, '#'), file(capacity + kGuard, '#'), xml(capacity + kGuard, '#') {
-        std::memset(display.data(), 0, capacity);
-        std::memset(file.data(), 0, capacity);
-        std::memset(xml.data(), 0, capacity);
-        buffers.displayText = display.data();
-        buffers.fileText = file.data();
-        buffers.xmlBody = xml.data();
-        buffers.capacity = capacity;
-    }
-    bool guardsIntact() const {
-        for (const auto* v : {&display, &file, &xml})
-            for (size_t i = buffers.capacity; i < v->size(); ++i)
-                if ((*v)[i] != '#') return false;
-        return true;
-    }
-};
-
 TEST(ReportDocument, ASecondGenerationKeepsTheFirstReportsLiveValues) {
-    GuardedBuffers g(1000000);
+    ReportBuffers b;
     ReportSnapshot first = amdMachineWithoutCatalyst();
-    generateReport(g.buffers, first);
-    const std::string text = g.buffers.fileText, display = g.buffers.displayText, xml = g.buffers.xmlBody;
+    generateReport(b, first);
+    const std::string text = b.fileText, display = b.displayText, xml = b.xmlBody;
     ReportSnapshot later = first;
     later.gpus[0].perfLevels[1].gpuClockMhz = 1400.0f;
     later.system.cpuSpeedMhz = 1200;
-    generateReport(g.buffers, later);
-    EXPECT_EQ(g.buffers.fileText, text);
-    EXPECT_EQ(g.buffers.displayText, display);
-    EXPECT_EQ(g.buffers.xmlBody, xml);
-    EXPECT_TRUE(g.buffers.generated);
+    generateReport(b, later);
+    EXPECT_EQ(b.fileText, text);
+    EXPECT_EQ(b.displayText, display);
+    EXPECT_EQ(b.xmlBody, xml);
+    EXPECT_TRUE(b.generated);
 }
 
 TEST(ReportDocument, TextFormsDifferOnlyInTheirLineEnds) {
@@ -213,37 +189,52 @@ TEST(ReportDocument, OpenClDeviceRowsFollowTheDevice) {
     EXPECT_NE(sw.text.find("\t- CL_DEVICE_GLOBAL_MEM_SIZE: 12288MB\n"), std::string::npos);
 }
 
-TEST(ReportDocument, EachBufferStopsAtItsCapacityAndLinesAtTheirScratchSize) {
+// Reports used to stop at a fixed buffer size and lines at 4,095 bytes, which cut a long device list and
+// left its XML without closing tags.
+TEST(ReportDocument, ALongReportIsNeverCut) {
     ReportSnapshot s = intelSoftwareMachine();
     s.gl.extensions.assign(20000, ReportGlExtension{std::string(100, 'x'), "note"});
-    s.gl.extensions.push_back(ReportGlExtension{std::string(5000, 'y'), ""});
-    GuardedBuffers g(1000000);
-    generateReport(g.buffers, s);
-    EXPECT_TRUE(g.guardsIntact());
-    EXPECT_EQ(g.buffers.fileLength, 999999u);
-    EXPECT_EQ(std::strlen(g.buffers.fileText), 999999u);
-    EXPECT_EQ(std::strlen(g.buffers.displayText), 999999u);
-    EXPECT_EQ(std::strlen(g.buffers.xmlBody), 999999u);
+    const std::string longName(5000, 'y');
+    s.gl.extensions.push_back(ReportGlExtension{longName, ""});
+    ReportBuffers b;
+    generateReport(b, s);
+    EXPECT_GT(b.fileText.size(), 4000000u);
+    EXPECT_EQ(countOf(b.fileText, "    <li>" + longName + "</li>\n"), 2u);
+    EXPECT_EQ(countOf(b.xmlBody, "\n\t\t\t<li>" + longName + "</li>"), 2u);
+    // The sections behind the extensions are all there.
+    EXPECT_NE(b.fileText.find("- Num OpenCL platforms: 1\n"), std::string::npos);
+    EXPECT_NE(b.xmlBody.find("\n\t\t</opencl>"), std::string::npos);
+}
 
-    GuardedBuffers small(100000);
-    ReportSnapshot longLine = intelSoftwareMachine();
-    longLine.gl.extensions = {ReportGlExtension{std::string(5000, 'y'), ""}};
-    generateReport(small.buffers, longLine);
-    const std::string text = small.buffers.fileText;
-    const size_t start = text.find("    <li>y");
-    ASSERT_NE(start, std::string::npos);
-    EXPECT_EQ(text.find('\n', start) - start, 4095u);  // formatted lines are cut at 4,095 bytes
-    EXPECT_TRUE(small.guardsIntact());
+TEST(ReportDocument, XmlValuesAreEscapedWhileTheTextKeepsThemAsGiven) {
+    ReportSnapshot s = nvidiaMachine();
+    s.system.osDescription = "Debian & <Friends> \"12\"";
+    s.driver.primaryDriverVersion = "535 <beta>";
+    s.gl.extensions[0].note = "A & B";
+    s.clPlatforms[0].devices[0].extensions.push_back("cl_vendor_<odd>&name");
+    s.links = ReportLinks{{{"", "https://drivers.example/?a=1&b=2"}}, {}};
+    const RenderedReport r = renderReport(s);
+    EXPECT_NE(r.text.find("- Operating System: Debian & <Friends> \"12\"\n"), std::string::npos);
+    EXPECT_NE(r.xml.find("description=\"Debian &amp; &lt;Friends&gt; &quot;12&quot;\""), std::string::npos);
+    EXPECT_NE(r.xml.find("driver=\"535 &lt;beta&gt; (R535.18)\""), std::string::npos);
+    EXPECT_NE(r.xml.find("<li>GL_ARB_framebuffer_object (A &amp; B)</li>"), std::string::npos);
+    EXPECT_NE(r.xml.find("<li>cl_vendor_&lt;odd&gt;&amp;name</li>"), std::string::npos);
+    EXPECT_NE(r.xml.find("<driver url=\"https://drivers.example/?a=1&amp;b=2\" />"), std::string::npos);
+    EXPECT_EQ(r.xml.rfind("<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n", 0), 0u);
 }
 
 TEST(ReportDocument, WritersRefuseANullPathOrAnUnopenableFile) {
-    GuardedBuffers g(1000);
+    ReportBuffers b;
     ReportSnapshot s = noDriverMachine();
-    generateReport(g.buffers, s);
-    EXPECT_FALSE(writeTextReport(g.buffers, nullptr));
-    EXPECT_FALSE(writeXmlReport(g.buffers, s, nullptr));
-    EXPECT_FALSE(writeTextReport(g.buffers, "/proc/lumenscope_report.txt"));
-    EXPECT_FALSE(writeXmlReport(g.buffers, s, "/nonexistent-dir/report.xml"));
+    generateReport(b, s);
+    int error = 0;
+    EXPECT_FALSE(writeTextReport(b, nullptr, &error));
+    EXPECT_EQ(error, EINVAL);
+    EXPECT_FALSE(writeXmlReport(b, s, nullptr));
+    EXPECT_FALSE(writeTextReport(b, "/proc/lumenscope_report.txt", &error));
+    EXPECT_NE(error, 0);
+    EXPECT_FALSE(writeXmlReport(b, s, "/nonexistent-dir/report.xml", &error));
+    EXPECT_EQ(error, ENOENT);
 }
 
 }  // namespace

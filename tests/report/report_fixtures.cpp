@@ -21,6 +21,7 @@ ReportSnapshot baseMachine() {
     s.system.installedMemoryMb = 16384;
     s.system.totalMemoryKb = 16318464;
     s.system.osDescription = "Linux 6.1.0 x86_64 (Debian GNU/Linux 12)";
+    s.system.systemOsDescription = s.system.osDescription;
     s.hasDisplayDevice = true;
     s.displayMode = {1920, 1080, 60, 24};
     return s;

@@ -19,6 +19,7 @@ int main(int argc, char** argv) {
     if (argc > 2) sources.pciIdsFile = argv[2];
     sources.eglLibrary = "";
     sources.nvmlLibrary = "";
+    appLog().open(AppLog::kFileName);
     Kalidor::setSources(sources);
     Kalidor* library = Kalidor::getInstance();
     if (!library || !library->startup(0, 0, 64, 64, 0, 0, true)) return 1;

@@ -97,4 +97,18 @@ TEST_F(AppLogTest, ConcurrentWritersNeverShareALine) {
     }
 }
 
+// The program's log used to be opened before main, so a run that ends before start-up (printing its help text)
+// truncated the previous run's log.
+TEST_F(AppLogTest, TheProgramLogHasNoFileUntilStartUpOpensOne) {
+    EXPECT_FALSE(appLog().isOpen());
+    const auto path = dir / "log.txt";
+    AppLog log;
+    log.write("dropped: no file yet");
+    ASSERT_TRUE(log.open(path.c_str()));
+    log.write("kept");
+    const auto lines = readLines(path);
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_NE(lines[0].find(">> kept"), std::string::npos);
+}
+
 }  // namespace

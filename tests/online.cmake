@@ -1,5 +1,5 @@
 # The online exchange. Its rules and the submission body are unit tests; the exchange with
-# tools/validation_server.py is an integration test.
+# tools/validation_server.py, the update thread and the program's shutdown under it are integration tests.
 lumenscope_unit_test(unit_online
   online/online_rules_test.cpp
   online/submit_body_test.cpp
@@ -10,13 +10,15 @@ find_package(Python3 REQUIRED COMPONENTS Interpreter)
 find_package(nlohmann_json REQUIRED)
 lumenscope_integration_test(integration_online
   online/online_exchange_test.cpp
+  online/update_thread_test.cpp
   online/submission_roundtrip_test.cpp
 )
 target_link_libraries(integration_online PRIVATE online applog nlohmann_json::nlohmann_json)
-add_dependencies(integration_online fake_nvml_full fake_opencl)
+add_dependencies(integration_online lumenscope fake_nvml_full fake_opencl)
 target_compile_definitions(integration_online PRIVATE
   PYTHON3_EXECUTABLE="${Python3_EXECUTABLE}"
   VALIDATION_SERVER_SCRIPT="${PROJECT_SOURCE_DIR}/tools/validation_server.py"
+  LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>"
   SYSFS_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/sysfs"
   FAKE_NVML_DIR="${CMAKE_CURRENT_BINARY_DIR}/fakes"
   FAKE_OPENCL_LIBRARY="$<TARGET_FILE:fake_opencl>"

@@ -23,3 +23,12 @@ target_compile_definitions(integration_online PRIVATE
   FAKE_NVML_DIR="${CMAKE_CURRENT_BINARY_DIR}/fakes"
   FAKE_OPENCL_LIBRARY="$<TARGET_FILE:fake_opencl>"
   ONLINE_GOLDEN_DIR="${CMAKE_CURRENT_SOURCE_DIR}/golden/online")
+
+# The reply parsers under libFuzzer, once the build knows fuzz targets.
+if(COMMAND lumenscope_fuzz_target)
+  lumenscope_fuzz_target(online_reply
+    ${CMAKE_CURRENT_SOURCE_DIR}/fuzz/online_reply_fuzz.cpp
+    ${PROJECT_SOURCE_DIR}/report/online/reply_parsers.cpp
+    ${PROJECT_SOURCE_DIR}/report/online/online_hosts.cpp
+    ${PROJECT_SOURCE_DIR}/report/online/text_filters.cpp)
+endif()

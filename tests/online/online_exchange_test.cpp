@@ -137,24 +137,6 @@ TEST(OnlineExchange, AReplySplitOverTwoPacketsIsReadWhole) {
     EXPECT_EQ(checkForUpdate(server.hosts(), latest, kQuickLimits), kUpdateNewer);
 }
 
-TEST(OnlineExchange, VersionRepliesOverTheWire) {
-    struct Case {
-        std::vector<std::string> server;
-        int result;
-    };
-    const Case cases[] = {
-        {{"--version", "1.26.0.0"}, kUpdateCurrent},  {{"--version", "1.25.9.9"}, kUpdateCurrent},
-        {{"--version", "1.27.0.0"}, kUpdateNewer},    {{"--mode", "text", "--text", "[abc]"}, kUpdateCurrent},
-        {{"--mode", "text", "--text", "1.27.0.0"}, kUpdateCheckFailed},
-    };
-    for (const Case& c : cases) {
-        ValidationServerProcess server(c.server);
-        ASSERT_TRUE(server.started());
-        VersionNumber latest = {};
-        EXPECT_EQ(checkForUpdate(server.hosts(), latest, kQuickLimits), c.result) << c.server.back();
-    }
-}
-
 TEST(OnlineExchange, UpdateButtonShowsTheDialogOnlyForANewerVersion) {
     ValidationServerProcess newer({"--version", "1.27.0.3"});
     ASSERT_TRUE(newer.started());

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <mutex>
 #include <string>
@@ -78,22 +79,15 @@ TEST(UpdateThread, LogsTheCheckAndHandsANewerVersionToTheDialogOnce) {
     EXPECT_THAT(events->dialogs, ElementsAre("A newer version is available: 1.27.0.0"));
 }
 
-TEST(UpdateThread, CurrentAndUnreachableServersOnlyLog) {
-    ValidationServerProcess current;
-    ASSERT_TRUE(current.started());
+TEST(UpdateThread, AnUnreachableServerIsOnlyLogged) {
     auto events = std::make_shared<Events>();
-    auto thread = UpdateThread::start(current.hosts(), std::make_unique<RecordingListener>(events));
-    ASSERT_TRUE(waitUntil([&] { return !thread->running(); }));
-    EXPECT_THAT(events->lines, ElementsAre("Checking for new version...", "Your version of Lumenscope is up to date"));
-    EXPECT_TRUE(events->dialogs.empty());
-
-    events = std::make_shared<Events>();
     const OnlineHosts dead = *onlineHostsFromUrl("http://127.0.0.1:" + std::to_string(deadLoopbackPort()));
-    thread = UpdateThread::start(dead, std::make_unique<RecordingListener>(events));
+    auto thread = UpdateThread::start(dead, std::make_unique<RecordingListener>(events));
     ASSERT_TRUE(waitUntil([&] { return !thread->running(); }));
     EXPECT_THAT(events->lines,
                 ElementsAre("Checking for new version...", "Unable to connect to 127.0.0.1. Check for update failed."));
     EXPECT_THAT(events->results, ElementsAre(kUpdateCheckFailed));
+    EXPECT_TRUE(events->dialogs.empty());
 }
 
 TEST(UpdateThread, LettingGoOfAHangingCheckTakesNoTimeAndSilencesIt) {
@@ -170,6 +164,8 @@ TEST(UpdateThread, TheProgramShutsDownWithinTwoSecondsWhileTheServerHangs) {
     ASSERT_NE(startedAt, Clock::time_point{}) << "no start-up line in the log";
     EXPECT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), 0);
+    std::printf("shutdown under a hanging update check: %.3f s\n",
+                std::chrono::duration<double>(endedAt - startedAt).count());
     EXPECT_LT(endedAt - startedAt, 2s);
     const std::vector<std::string> lines = readFileLines(log);
     ASSERT_FALSE(lines.empty());

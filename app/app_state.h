@@ -3,8 +3,9 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
-#include <thread>
 
+#include "report/online/reply_parsers.h"
+#include "report/online/update_thread.h"
 #include "report/report_buffers.h"
 
 // Every run-time option, selection and handle of the application, in one global block. It is reset to its
@@ -13,6 +14,7 @@
 struct AppState {
     static constexpr size_t kExeDirectorySize = 1024;
     static constexpr size_t kFurArrayWords = 10;
+    static constexpr size_t kOnlineHostSize = 256;
 
     // General fields
     void* instanceHandle = nullptr;
@@ -47,7 +49,12 @@ struct AppState {
     int32_t physxVersion = 0;
     bool osIsVista = false;
     int32_t cpuSpeedMhz = 0;
-    std::unique_ptr<std::thread> updateThread;
+    std::unique_ptr<online::UpdateThread> updateThread;
+
+    // Online exchange
+    char onlineHost[kOnlineHostSize] = {};  // the server of /online_host=; empty: ours
+    online::VersionNumber latestVersion = {};  // the numbers the last update check read
+    int32_t updateResult = 0;                  // the last result of an update check
 
     // Window handles, owned by the GUI once it exists.
     void* splashWindow = nullptr;

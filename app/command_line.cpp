@@ -125,8 +125,15 @@ constexpr auto kOptions = std::to_array<CommandLineOption>({
     {"/exp_xml_report", [](AppState& s, const char*) { s.exportXmlReport = true; }},
     {"/exp_txt_report", [](AppState& s, const char*) { s.exportTxtReport = true; }},
     {"/exp_json_report", [](AppState& s, const char*) { s.exportJsonReport = true; }},
+    // The text up to the next blank; the online exchange decides whether it is a usable server.
+    {"/online_host=",
+     [](AppState& s, const char* at) {
+         static_assert(AppState::kOnlineHostSize == 256, "the format below reads 255 characters");
+         char host[AppState::kOnlineHostSize] = {};
+         if (std::sscanf(at, "/online_host=%255s", host) == 1) std::memcpy(s.onlineHost, host, sizeof host);
+     }},
 });
-static_assert(kOptions.size() == 54, "the command line knows 54 options");
+static_assert(kOptions.size() == 55, "the command line knows 55 options");
 
 }  // namespace
 

@@ -14,6 +14,7 @@
 #include "kalidor/kalidor.h"
 #include "kalidor/platform/display_device_source.h"
 #include "message_boxes.h"
+#include "online_check.h"
 #include "version.h"
 
 using Kalidornm::Kalidor;
@@ -50,7 +51,10 @@ void logDisplayDeviceStrings(Kalidor& library) {
 }
 
 // The main window comes with the GUI; until then an interactive start ends here.
-void runMainDialog() { appLog().write("%s startup ok.", lumenscope::kDisplayName); }
+void runMainDialog(AppState& state) {
+    startUpdateThread(state);
+    appLog().write("%s startup ok.", lumenscope::kDisplayName);
+}
 
 void shutdownApplication(AppState& state, Kalidor* library) {
     for (int slot = 0; slot < kDemoSlotCount; ++slot) stopDemo(demoContext(DemoSlot(slot)));
@@ -113,7 +117,7 @@ int runLumenscope(int argc, const char* const* argv) {
     if (batch)
         writeBatchReports(state, *library);
     else
-        runMainDialog();
+        runMainDialog(state);
 
     shutdownApplication(state, library);
     return 0;

@@ -11,6 +11,7 @@ libegl-dev libgl-dev libglew-dev libegl-mesa0 libgl1-mesa-dri
 ocl-icd-libopencl1 ocl-icd-opencl-dev opencl-headers pocl-opencl-icd
 nlohmann-json3-dev
 libxml2-utils
+libcurl4-openssl-dev python3
 "
 
 missing=""

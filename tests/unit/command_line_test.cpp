@@ -152,18 +152,30 @@ TEST(CommandLine, EachAutoStartOptionSetsOnlyItsOwnFlag) {
     }
 }
 
-TEST(CommandLine, KnowsFiftyFourOptionsAndNoneIsAnUnrelatedSubstringOfAnother) {
-    ASSERT_EQ(commandLineOptionCount(), 54u);
-    EXPECT_EQ(commandLineOptionText(54), nullptr);
+TEST(CommandLine, KnowsFiftyFiveOptionsAndNoneIsAnUnrelatedSubstringOfAnother) {
+    ASSERT_EQ(commandLineOptionCount(), 55u);
+    EXPECT_EQ(commandLineOptionText(55), nullptr);
     // The one intended overlap: "/cl_log_results" inside its surface-deformer twin.
-    for (size_t i = 0; i < 54; ++i) {
-        for (size_t j = 0; j < 54; ++j) {
+    for (size_t i = 0; i < 55; ++i) {
+        for (size_t j = 0; j < 55; ++j) {
             if (i == j) continue;
             const std::string a = commandLineOptionText(i), b = commandLineOptionText(j);
             if (b.find(a) == std::string::npos) continue;
             EXPECT_EQ(a, "/cl_log_results") << a << " in " << b;
         }
     }
+}
+
+TEST(CommandLine, OnlineHostTakesTheTextUpToTheNextBlankAndAloneTurnsNothingElse) {
+    const AppState s = parsed("/online_host=http://127.0.0.1:8080 /exp_txt_report");
+    EXPECT_STREQ(s.onlineHost, "http://127.0.0.1:8080");
+    EXPECT_TRUE(s.exportTxtReport);
+    EXPECT_TRUE(s.onlineCheckEnabled);
+    EXPECT_STREQ(parsed("/online_host=").onlineHost, "");
+    EXPECT_STREQ(parsed("").onlineHost, "");
+    // A text longer than the field is cut, never written past it.
+    const std::string longHost = "/online_host=http://" + std::string(400, 'a');
+    EXPECT_EQ(std::string(parsed(longHost.c_str()).onlineHost).size(), AppState::kOnlineHostSize - 1);
 }
 
 TEST(CommandLine, JoinsArgumentsWithSingleBlanksWithoutTheProgramName) {

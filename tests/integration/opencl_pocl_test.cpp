@@ -68,8 +68,9 @@ TEST_F(OpenClPocl, FindsACpuDeviceWhoseFieldsMatchTheApi) {
         for (const ClDeviceRecord& device : platform.devices)
             if (!cpu && (device.type & CL_DEVICE_TYPE_CPU)) cpu = &device, owner = &platform;
     ASSERT_NE(cpu, nullptr) << "no CPU device found";
-    std::printf("platform \"%s\" (%s), CPU device \"%s\", %u compute units, %u MHz, %llu MB\n", owner->name,
-                owner->version, cpu->name, cpu->maxComputeUnits, cpu->maxClockMhz,
+    std::printf("platform \"%s\" (%s), CPU device \"%s\", %llu compute units, %llu MHz, %llu MB\n",
+                owner->name.c_str(), owner->version.c_str(), cpu->name.c_str(),
+                (unsigned long long)cpu->maxComputeUnits, (unsigned long long)cpu->maxClockMhz,
                 (unsigned long long)(cpu->globalMemSize >> 20));
     EXPECT_NE(std::find(messages.begin(), messages.end(),
                         "Found " + std::to_string(owner->deviceCount) + " OpenCL-capable devices for platform " +

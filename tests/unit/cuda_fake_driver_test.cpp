@@ -39,7 +39,7 @@ TEST_F(CudaFakeDriver, ADeviceWithoutPropertyBlockKeepsItsOtherFields) {
     ASSERT_EQ(cudaDevices().size(), 2u);
 
     const CudaDeviceRecord& first = cudaDevices()[0];
-    EXPECT_STREQ(first.name, "Fake CUDA Device 0");
+    EXPECT_EQ(first.name, "Fake CUDA Device 0");
     EXPECT_EQ(first.totalMemory, fake_cuda::totalMemory(0));  // 6 GiB: needs the 64-bit call
     EXPECT_EQ(first.maxThreadsPerBlock, 1024);
     EXPECT_THAT(first.maxThreadsDim, ElementsAre(1, 2, 3));
@@ -58,7 +58,7 @@ TEST_F(CudaFakeDriver, ADeviceWithoutPropertyBlockKeepsItsOtherFields) {
     EXPECT_EQ(first.multiprocessorCount, fake_cuda::multiprocessors(0));
 
     const CudaDeviceRecord& second = cudaDevices()[1];
-    EXPECT_STREQ(second.name, "Fake CUDA Device 1");
+    EXPECT_EQ(second.name, "Fake CUDA Device 1");
     EXPECT_EQ(second.totalMemory, fake_cuda::totalMemory(1));
     EXPECT_EQ(second.maxThreadsPerBlock, 0);
     EXPECT_THAT(second.maxGridSize, ElementsAre(0, 0, 0));

@@ -124,23 +124,35 @@ void readPlatform(ClPlatformRecord& platform, cl_platform_id id) {
     }
 }
 
+// The handles behind a count: at most `limit`, none when the fetch fails, and only those the driver filled
+// in, so a count it cannot back up lists nothing it did not hand out.
+template <typename Handle>
+std::vector<Handle> fetchHandles(cl_uint limit, auto fetch) {
+    std::vector<Handle> handles(limit, nullptr);
+    if (limit == 0 || fetch(limit, handles.data()) != CL_SUCCESS) return {};
+    std::erase(handles, nullptr);
+    return handles;
+}
+
 void readDevices(AppLog& log, ClPlatformRecord& platform, cl_platform_id id) {
     cl_uint reported = 0;
     // A failed count is no count, whatever the driver wrote into it.
-    if (compute::clGetDeviceIDs(id, kAllDeviceTypes, 0, nullptr, &reported) != CL_SUCCESS || reported == 0) return;
-    const cl_uint count = std::min<cl_uint>(reported, kMaxClDevicesPerPlatform);
+    if (compute::clGetDeviceIDs(id, kAllDeviceTypes, 0, nullptr, &reported) != CL_SUCCESS) return;
+    const std::vector<cl_device_id> ids = fetchHandles<cl_device_id>(
+        std::min<cl_uint>(reported, kMaxClDevicesPerPlatform),
+        [id](cl_uint count, cl_device_id* devices) {
+            return compute::clGetDeviceIDs(id, kAllDeviceTypes, count, devices, nullptr);
+        });
+    if (ids.empty()) return;
 
-    log.write("Found %d OpenCL-capable devices for platform %s.", int(count), platform.name.c_str());
-    if (count < reported)
+    log.write("Found %d OpenCL-capable devices for platform %s.", int(ids.size()), platform.name.c_str());
+    if (reported > kMaxClDevicesPerPlatform)
         log.write("The OpenCL driver reported %u devices for platform %s; only the first %u are read.", reported,
-                  platform.name.c_str(), count);
-    platform.devices.assign(count, ClDeviceRecord{});
-    platform.deviceCount = count;
-    std::vector<cl_device_id> ids(count, nullptr);
-    if (compute::clGetDeviceIDs(id, kAllDeviceTypes, count, ids.data(), nullptr) != CL_SUCCESS) return;
+                  platform.name.c_str(), kMaxClDevicesPerPlatform);
+    platform.devices.assign(ids.size(), ClDeviceRecord{});
+    platform.deviceCount = uint32_t(ids.size());
     if (!clEntryPoint(ClEntry::GetDeviceInfo)) return;
-    for (cl_uint i = 0; i < count; ++i) {
-        if (!ids[i]) continue;  // the driver handed out fewer devices than it counted
+    for (size_t i = 0; i < ids.size(); ++i) {
         platform.devices[i].deviceId = ids[i];
         readDevice(platform.devices[i]);
     }
@@ -174,26 +186,24 @@ void discoverOpenCl(AppLog& log, const char* libraryName) {
         unloadModule();
         return;
     }
-    const cl_uint count = std::min<cl_uint>(reported, kMaxClPlatforms);
-    log.write("Found %d OpenCL-capable platform.", int(count));
-    if (count < reported)
-        log.write("The OpenCL driver reported %u platforms; only the first %u are read.", reported, count);
-    if (count == 0) {
+    const std::vector<cl_platform_id> ids =
+        fetchHandles<cl_platform_id>(std::min<cl_uint>(reported, kMaxClPlatforms), [](cl_uint count, cl_platform_id* platforms) {
+            return compute::clGetPlatformIDs(count, platforms, nullptr);
+        });
+    log.write("Found %d OpenCL-capable platform.", int(ids.size()));
+    if (reported > kMaxClPlatforms)
+        log.write("The OpenCL driver reported %u platforms; only the first %u are read.", reported, kMaxClPlatforms);
+    if (ids.empty()) {
         unloadModule();
         return;
     }
 
     auto& platforms = openClState().platforms;
-    platforms.assign(count, ClPlatformRecord{});
-    openClState().platformCount = count;
-    std::vector<cl_platform_id> ids(count, nullptr);
-    // A failed fetch hands out nothing usable: the platforms stay listed, and empty.
-    if (compute::clGetPlatformIDs(count, ids.data(), nullptr) != CL_SUCCESS) return;
-
+    platforms.assign(ids.size(), ClPlatformRecord{});
+    openClState().platformCount = uint32_t(ids.size());
     if (!clEntryPoint(ClEntry::GetPlatformInfo)) return;
     const bool canListDevices = clEntryPoint(ClEntry::GetDeviceIDs) != nullptr;
-    for (cl_uint i = 0; i < count; ++i) {
-        if (!ids[i]) continue;
+    for (size_t i = 0; i < ids.size(); ++i) {
         readPlatform(platforms[i], ids[i]);
         if (canListDevices) readDevices(log, platforms[i], ids[i]);
     }

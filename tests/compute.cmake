@@ -11,9 +11,13 @@ set_target_properties(fake_cuda PROPERTIES OUTPUT_NAME cuda)
 # Like lumenscope_unit_test, with the fakes on the library path.
 add_executable(unit_compute
   unit/compute_test_log.h
+  unit/compute_fake_fixtures.h
   unit/opencl_fake_driver_test.cpp
+  unit/opencl_driver_faults_test.cpp
   unit/cuda_fake_driver_test.cpp
+  unit/cuda_driver_faults_test.cpp
   unit/opencl_tokeniser_test.cpp
+  unit/compute_field_rows_test.cpp
 )
 target_link_libraries(unit_compute PRIVATE compute GTest::gtest_main GTest::gmock)
 target_include_directories(unit_compute PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})

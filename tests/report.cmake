@@ -12,6 +12,7 @@ lumenscope_unit_test(unit_report
   report/report_golden_test.cpp
   report/report_document_test.cpp
   report/json_report_test.cpp
+  report/report_compute_test.cpp
 )
 target_link_libraries(unit_report PRIVATE report_test_fixtures nlohmann_json::nlohmann_json)
 target_compile_definitions(unit_report PRIVATE REPORT_GOLDEN_DIR="${PROJECT_SOURCE_DIR}/tests/golden/report")

@@ -1,36 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
-#include "compute/cuda_discovery.h"
-#include "compute_test_log.h"
-#include "fakes/compute/fake_cuda_values.h"
+#include "compute_fake_fixtures.h"
 
 namespace {
 
 using namespace compute;
 using ::testing::ElementsAre;
-
-// Discovery against the fake CUDA driver that LD_LIBRARY_PATH puts first.
-class CudaFakeDriver : public ::testing::Test {
-protected:
-    void SetUp() override {
-        ASSERT_NE(std::getenv("LD_LIBRARY_PATH"), nullptr) << "run through ctest, which puts the fakes first";
-    }
-    void TearDown() override {
-        freeCudaDevices();
-        unsetenv(fake_cuda::kScenarioVariable);
-    }
-    bool discover(const char* scenario) {
-        if (scenario)
-            setenv(fake_cuda::kScenarioVariable, scenario, 1);
-        else
-            unsetenv(fake_cuda::kScenarioVariable);
-        return discoverCuda(log.log());
-    }
-    TestLog log;
-};
 
 TEST_F(CudaFakeDriver, ADeviceWithoutPropertyBlockKeepsItsOtherFields) {
     EXPECT_TRUE(discover(nullptr));

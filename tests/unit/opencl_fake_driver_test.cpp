@@ -2,38 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <string>
 
-#include "compute/opencl_discovery.h"
 #include "compute/opencl_entry_points.h"
-#include "compute_test_log.h"
-#include "fakes/compute/fake_opencl_values.h"
+#include "compute_fake_fixtures.h"
 
 namespace {
 
 using namespace compute;
 using ::testing::ElementsAre;
 using fake_cl::numericValue;
-
-// Discovery against the fake OpenCL library that LD_LIBRARY_PATH puts before the system's.
-class OpenClFakeDriver : public ::testing::Test {
-protected:
-    void SetUp() override {
-        ASSERT_NE(std::getenv("LD_LIBRARY_PATH"), nullptr) << "run through ctest, which puts the fakes first";
-        unsetenv(fake_cl::kScenarioVariable);
-    }
-    void TearDown() override {
-        releaseOpenCl();
-        freeOpenClPlatforms();
-        unsetenv(fake_cl::kScenarioVariable);
-    }
-    void discover(const char* scenario = nullptr) {
-        if (scenario) setenv(fake_cl::kScenarioVariable, scenario, 1);
-        discoverOpenCl(log.log());
-    }
-    TestLog log;
-};
 
 long indexOf(const std::vector<std::string>& lines, const std::string& line) {
     const auto at = std::find(lines.begin(), lines.end(), line);

@@ -30,3 +30,15 @@ lumenscope_integration_test(integration_compute integration/opencl_pocl_test.cpp
 target_link_libraries(integration_compute PRIVATE compute OpenCL::OpenCL)
 target_compile_definitions(integration_compute PRIVATE LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>")
 add_dependencies(integration_compute lumenscope)
+
+# The batch program through every failure mode of the fake drivers, under a label of its own: `make test`
+# runs it in the sanitizer build too, where any sanitizer report of the program fails it.
+find_package(nlohmann_json REQUIRED)
+add_executable(fake_driver_batch integration/fake_driver_batch_test.cpp)
+target_link_libraries(fake_driver_batch PRIVATE GTest::gtest_main nlohmann_json::nlohmann_json)
+target_compile_definitions(fake_driver_batch PRIVATE
+  LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>"
+  FAKE_DRIVER_DIR="${compute_fake_dir}"
+  LSAN_SUPPRESSIONS="${CMAKE_CURRENT_SOURCE_DIR}/sanitizers/lsan.supp")
+add_dependencies(fake_driver_batch lumenscope fake_opencl fake_cuda)
+gtest_discover_tests(fake_driver_batch PROPERTIES LABELS fake_drivers DISCOVERY_TIMEOUT 60)

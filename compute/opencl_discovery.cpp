@@ -186,10 +186,9 @@ void discoverOpenCl(AppLog& log, const char* libraryName) {
         unloadModule();
         return;
     }
-    const std::vector<cl_platform_id> ids =
-        fetchHandles<cl_platform_id>(std::min<cl_uint>(reported, kMaxClPlatforms), [](cl_uint count, cl_platform_id* platforms) {
-            return compute::clGetPlatformIDs(count, platforms, nullptr);
-        });
+    const std::vector<cl_platform_id> ids = fetchHandles<cl_platform_id>(
+        std::min<cl_uint>(reported, kMaxClPlatforms),
+        [](cl_uint count, cl_platform_id* platforms) { return compute::clGetPlatformIDs(count, platforms, nullptr); });
     log.write("Found %d OpenCL-capable platform.", int(ids.size()));
     if (reported > kMaxClPlatforms)
         log.write("The OpenCL driver reported %u platforms; only the first %u are read.", reported, kMaxClPlatforms);

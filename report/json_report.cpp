@@ -202,8 +202,10 @@ Json openCl(const std::vector<ReportClPlatform>& platforms) {
     Json list = Json::array();
     for (const ReportClPlatform& p : platforms) {
         Json platform = Json::object();
-        for (const compute::ClPlatformField& f : compute::clPlatformFields())
-            if (f.shows(compute::kClJsonReport)) platform[f.jsonName] = f.text ? Json(p.*f.text) : Json(p.reportedExtensions);
+        for (const compute::ClPlatformField& f : compute::clPlatformFields()) {
+            if (!f.shows(compute::kClJsonReport)) continue;
+            platform[f.jsonName] = f.text ? Json(p.*f.text) : Json(p.reportedExtensions);
+        }
         Json devices = Json::array();
         for (const ReportClDevice& d : p.devices) devices.push_back(clDevice(d));
         platform["devices"] = std::move(devices);

@@ -103,7 +103,13 @@ TEST_F(OpenClPocl, FindsACpuDeviceWhoseFieldsMatchTheApi) {
     ::clGetDeviceInfo(id, CL_DEVICE_MAX_WORK_ITEM_SIZES, dimensions * sizeof(size_t), sizes.data(), nullptr);
     for (size_t i = 0; i < 3; ++i) EXPECT_EQ(cpu->maxWorkItemSizes[i], sizes[i]) << i;
 
-    EXPECT_EQ(cpu->extensions, tokeniseClExtensions(directText(id, CL_DEVICE_EXTENSIONS).c_str()));
+    const std::string extensions = directText(id, CL_DEVICE_EXTENSIONS);
+    EXPECT_EQ(cpu->extensions, tokeniseClExtensions(extensions.c_str()));
+    // pocl ends the string with a name and no blank: the JSON report's list keeps it.
+    EXPECT_EQ(cpu->reportedExtensions, splitClExtensions(extensions.c_str()));
+    if (!extensions.empty() && extensions.back() != ' ') {
+        EXPECT_EQ(cpu->reportedExtensions.size(), cpu->extensions.size() + 1) << extensions;
+    }
     EXPECT_FALSE(cpu->extensions.empty());
     EXPECT_FALSE(clDetailLines(0, 0).empty());
 }

@@ -30,7 +30,8 @@ TEST(ReportCompute, JsonListsEveryExtensionTheDriverReportedWhileTextAndXmlKeepT
     EXPECT_EQ(jsonPlatform["extensions"], json::array({"cl_khr_icd", "cl_pocl_content_size"}));
     EXPECT_EQ(jsonPlatform["devices"][0]["extensions"], json::array({"cl_khr_byte_addressable_store", "cl_khr_fp64"}));
 
-    EXPECT_THAT(r.text, HasSubstr("\t- CL_DEVICE_EXTENSIONS: 1\n\t- Extensions:\n\t\t- cl_khr_byte_addressable_store\n"));
+    EXPECT_THAT(r.text,
+                HasSubstr("\t- CL_DEVICE_EXTENSIONS: 1\n\t- Extensions:\n\t\t- cl_khr_byte_addressable_store\n"));
     EXPECT_THAT(r.text, Not(HasSubstr("cl_khr_fp64")));
     EXPECT_THAT(r.xml, HasSubstr("CL_DEVICE_EXTENSIONS=\"1\""));
     EXPECT_THAT(r.xml, Not(HasSubstr("cl_khr_fp64")));

@@ -9,7 +9,8 @@
 // One row per OpenCL field: how discovery asks the driver for it, where the record keeps it, and how the
 // detail list, the text, XML and JSON reports (and anything else that lists fields) print and name it.
 // The rows stand in the order the detail list and the reports show them; discovery walks them in the same
-// order, so the extension list is read before the rows that depend on it.
+// order, so the extension list is read before the rows that depend on it. A reader that shows a few fields
+// (a panel, a form) finds each row by its query and prints clFieldText with the row's unit.
 namespace compute {
 
 // How a field is asked of the driver and kept in the record.

@@ -109,6 +109,6 @@ INSTANTIATE_TEST_SUITE_P(Modes, FakeDriverBatch,
                                            "no_platforms", "zero_counts", "huge_counts", "many_counts",
                                            "negative_count", "stub", "unterminated", "long_strings",
                                            "special_chars", "system"),
-                         [](const ::testing::TestParamInfo<const char*>& info) { return std::string(info.param); });
+                         [](const ::testing::TestParamInfo<const char*>& mode) { return std::string(mode.param); });
 
 }  // namespace

@@ -23,3 +23,4 @@ test: build build-asan
 	ctest --test-dir build --output-on-failure -j$(JOBS)
 	ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
 		ctest --test-dir build-asan --output-on-failure -L unit -j$(JOBS)
+	ctest --test-dir build-asan --output-on-failure -L fake_drivers -j$(JOBS)

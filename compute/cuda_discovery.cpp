@@ -1,8 +1,11 @@
 #include "cuda_discovery.h"
 
+#include <algorithm>
 #include <cstring>
 
+#include "cuda_device_fields.h"
 #include "cuda_driver_api.h"
+#include "driver_limits.h"
 #include "platform/dynamic_library.h"
 
 namespace compute {
@@ -31,12 +34,18 @@ void copyProperties(const CUdevprop& prop, CudaDeviceRecord& record) {
     record.textureAlign = prop.textureAlign;
 }
 
-// Every query is optional: a call the library lacks leaves its fields at zero.
+// The name, bounded by the 127 bytes the driver is given, whether or not it wrote a terminator.
+void readName(CuDeviceGetNameFn* getName, CUdevice device, std::string& name) {
+    char buffer[kCudaNameSize] = {};
+    if (getName(buffer, int(kCudaNameSize - 1), device) != kCudaSuccess) return;
+    name.assign(buffer, strnlen(buffer, kCudaNameSize - 1));
+}
+
+// Every call is optional and answers only on success: a call the library lacks or that fails leaves its
+// fields at zero, whatever it wrote. The attribute rows come last, so where the driver answers them they
+// replace the property block's words (the clock among them).
 void readDevice(const DynamicLibrary& library, CUdevice device, CudaDeviceRecord& record) {
-    if (auto getName = library.function<CuDeviceGetNameFn>("cuDeviceGetName")) {
-        getName(record.name, int(kCudaNameSize - 1), device);
-        record.name[kCudaNameSize - 1] = '\0';
-    }
+    if (auto getName = library.function<CuDeviceGetNameFn>("cuDeviceGetName")) readName(getName, device, record.name);
     // The 64-bit form first: the original call writes 32 bits and cannot hold 4 GB.
     if (auto totalMem64 = library.function<CuDeviceTotalMemV2Fn>("cuDeviceTotalMem_v2")) {
         size_t bytes = 0;
@@ -49,12 +58,19 @@ void readDevice(const DynamicLibrary& library, CUdevice device, CudaDeviceRecord
         CUdevprop prop{};
         if (getProperties(&prop, device) == kCudaSuccess) copyProperties(prop, record);
     }
-    if (auto computeCapability = library.function<CuDeviceComputeCapabilityFn>("cuDeviceComputeCapability"))
-        computeCapability(&record.computeMajor, &record.computeMinor, device);
+    if (auto computeCapability = library.function<CuDeviceComputeCapabilityFn>("cuDeviceComputeCapability")) {
+        int major = 0, minor = 0;
+        if (computeCapability(&major, &minor, device) == kCudaSuccess) {
+            record.computeMajor = major;
+            record.computeMinor = minor;
+        }
+    }
     if (auto getAttribute = library.function<CuDeviceGetAttributeFn>("cuDeviceGetAttribute")) {
-        getAttribute(&record.warpSize, kCuAttributeWarpSize, device);
-        getAttribute(&record.multiprocessorCount, kCuAttributeMultiprocessorCount, device);
-        getAttribute(&record.clockRate, kCuAttributeClockRate, device);
+        for (const CudaDeviceField& field : cudaDeviceFields()) {
+            if (field.source != CudaSource::Attribute) continue;
+            int value = 0;
+            if (getAttribute(&value, field.attribute, device) == kCudaSuccess) *cudaFieldSlot(field, record) = value;
+        }
     }
 }
 
@@ -72,10 +88,14 @@ bool discoverCuda(AppLog& log, const char* libraryName) {
     CudaState& state = cudaState();
     state.deviceCount = 0;
     if (auto getCount = library.function<CuDeviceGetCountFn>("cuDeviceGetCount")) {
-        int count = 0;
-        if (getCount(&count) == kCudaSuccess && count >= 0) {
-            state.deviceCount = count;
-            log.write("Found %d CUDA-capable devices.", count);
+        int reported = 0;
+        // A failed or negative count is no count, whatever the driver wrote.
+        if (getCount(&reported) == kCudaSuccess && reported >= 0) {
+            state.deviceCount = std::min(reported, kMaxCudaDevices);
+            log.write("Found %d CUDA-capable devices.", state.deviceCount);
+            if (state.deviceCount < reported)
+                log.write("The CUDA driver reported %d devices; only the first %d are read.", reported,
+                          state.deviceCount);
         }
     }
     if (state.deviceCount == 0) return true;

@@ -13,10 +13,25 @@ constexpr CUresult kCudaSuccess = 0;
 constexpr CUresult kCudaErrorNoDevice = 100;
 constexpr CUresult kCudaErrorStubLibrary = 34;  // the toolkit's link-time stub answers this to every call
 
+// The attributes that carry the property block's words and the compute capability.
 enum CUdevice_attribute : int {
+    kCuAttributeMaxThreadsPerBlock = 1,
+    kCuAttributeMaxBlockDimX = 2,
+    kCuAttributeMaxBlockDimY = 3,
+    kCuAttributeMaxBlockDimZ = 4,
+    kCuAttributeMaxGridDimX = 5,
+    kCuAttributeMaxGridDimY = 6,
+    kCuAttributeMaxGridDimZ = 7,
+    kCuAttributeMaxSharedMemoryPerBlock = 8,  // bytes
+    kCuAttributeTotalConstantMemory = 9,      // bytes
     kCuAttributeWarpSize = 10,
-    kCuAttributeClockRate = 13,  // kHz
+    kCuAttributeMaxPitch = 11,  // bytes
+    kCuAttributeMaxRegistersPerBlock = 12,
+    kCuAttributeClockRate = 13,         // kHz
+    kCuAttributeTextureAlignment = 14,  // bytes
     kCuAttributeMultiprocessorCount = 16,
+    kCuAttributeComputeCapabilityMajor = 75,
+    kCuAttributeComputeCapabilityMinor = 76,
 };
 
 // The legacy device property block: 14 ints.

@@ -7,6 +7,8 @@
 #include <nlohmann/json.hpp>
 
 #include "report_file.h"
+#include "compute/cuda_device_fields.h"
+#include "compute/opencl_device_fields.h"
 
 namespace report {
 
@@ -173,95 +175,69 @@ Json openGl(const ReportOpenGl& gl) {
     };
 }
 
+// Rows that do not apply to the device (NVIDIA's attributes elsewhere) are null. The extension list is every
+// name the driver reported, the last one too, unlike the text and XML reports' list.
+Json clValue(const compute::ClDeviceField& f, const ReportClDevice& d) {
+    if (!compute::clFieldApplies(f, d)) return nullptr;
+    switch (f.json) {
+        case compute::ClJson::Text: return f.text ? d.*f.text : std::string();
+        case compute::ClJson::Number: return compute::clFieldNumber(f, d);
+        case compute::ClJson::Bool: return compute::clFieldNumber(f, d) != 0;
+        case compute::ClJson::Numbers:
+            return Json::array(
+                {compute::clFieldNumber(f, d, 0), compute::clFieldNumber(f, d, 1), compute::clFieldNumber(f, d, 2)});
+        case compute::ClJson::Extensions: return d.reportedExtensions;
+    }
+    return nullptr;
+}
+
 Json clDevice(const ReportClDevice& d) {
-    const bool nv = std::find(d.extensions.begin(), d.extensions.end(), "cl_nv_device_attribute_query") !=
-                    d.extensions.end();
-    auto nvValue = [nv](uint32_t v) { return nv ? Json(v) : Json(nullptr); };
-    return Json{
-        {"name", d.name},
-        {"vendor", d.vendor},
-        {"driver_version", d.driverVersion},
-        {"profile", d.profile},
-        {"version", d.version},
-        {"type", d.type},
-        {"vendor_id", d.vendorId},
-        {"max_compute_units", d.maxComputeUnits},
-        {"max_clock_frequency_mhz", d.maxClockMhz},
-        {"nv_compute_capability_major", nvValue(d.nvComputeCapabilityMajor)},
-        {"nv_compute_capability_minor", nvValue(d.nvComputeCapabilityMinor)},
-        {"nv_registers_per_block", nvValue(d.nvRegistersPerBlock)},
-        {"nv_warp_size", nvValue(d.nvWarpSize)},
-        {"nv_gpu_overlap", nvValue(d.nvGpuOverlap)},
-        {"nv_kernel_exec_timeout", nvValue(d.nvKernelExecTimeout)},
-        {"nv_integrated_memory", nvValue(d.nvIntegratedMemory)},
-        {"address_bits", d.addressBits},
-        {"max_mem_alloc_size_bytes", d.maxMemAllocSize},
-        {"global_mem_size_bytes", d.globalMemSize},
-        {"max_parameter_size_bytes", d.maxParameterSize},
-        {"global_mem_cacheline_size_bytes", d.globalMemCachelineSize},
-        {"global_mem_cache_size_bytes", d.globalMemCacheSize},
-        {"error_correction_support", d.errorCorrectionSupport != 0},
-        {"local_mem_type", d.localMemType},
-        {"local_mem_size_bytes", d.localMemSize},
-        {"max_constant_buffer_size_bytes", d.maxConstantBufferSize},
-        {"max_work_item_dimensions", d.maxWorkItemDimensions},
-        {"max_work_item_sizes", Json::array({d.maxWorkItemSizes[0], d.maxWorkItemSizes[1], d.maxWorkItemSizes[2]})},
-        {"max_work_group_size", d.maxWorkGroupSize},
-        {"native_kernels", d.nativeKernels},
-        {"image_support", d.imageSupport != 0},
-        {"max_read_image_args", d.maxReadImageArgs},
-        {"max_write_image_args", d.maxWriteImageArgs},
-        {"image2d_max_width", d.image2dMaxWidth},
-        {"image2d_max_height", d.image2dMaxHeight},
-        {"image3d_max_width", d.image3dMaxWidth},
-        {"image3d_max_height", d.image3dMaxHeight},
-        {"image3d_max_depth", d.image3dMaxDepth},
-        {"max_samplers", d.maxSamplers},
-        {"preferred_vector_width",
-         Json{{"char", d.preferredVectorWidthChar},
-              {"short", d.preferredVectorWidthShort},
-              {"int", d.preferredVectorWidthInt},
-              {"long", d.preferredVectorWidthLong},
-              {"float", d.preferredVectorWidthFloat},
-              {"double", d.preferredVectorWidthDouble}}},
-        {"extensions", d.extensions},
-    };
+    Json device = Json::object();
+    for (const compute::ClDeviceField* f : compute::clReportFieldOrder()) {
+        if (!f->shows(compute::kClJsonReport)) continue;
+        (f->jsonGroup ? device[f->jsonGroup][f->jsonName] : device[f->jsonName]) = clValue(*f, d);
+    }
+    return device;
 }
 
 Json openCl(const std::vector<ReportClPlatform>& platforms) {
     Json list = Json::array();
     for (const ReportClPlatform& p : platforms) {
+        Json platform = Json::object();
+        for (const compute::ClPlatformField& f : compute::clPlatformFields()) {
+            if (!f.shows(compute::kClJsonReport)) continue;
+            platform[f.jsonName] = f.text ? Json(p.*f.text) : Json(p.reportedExtensions);
+        }
         Json devices = Json::array();
         for (const ReportClDevice& d : p.devices) devices.push_back(clDevice(d));
-        list.push_back(Json{{"name", p.name},
-                            {"vendor", p.vendor},
-                            {"version", p.version},
-                            {"profile", p.profile},
-                            {"extensions", p.extensions},
-                            {"devices", devices}});
+        platform["devices"] = std::move(devices);
+        list.push_back(std::move(platform));
     }
     return list;
 }
 
+// The values of one line of rows (a block's dimensions) make one array.
+Json cudaDevice(const ReportCudaDevice& d) {
+    Json device = Json::object();
+    const char* lineName = nullptr;
+    for (const compute::CudaDeviceField& f : compute::cudaDeviceFields()) {
+        if (!f.shows(compute::kCudaJsonReport)) continue;
+        Json value = f.text ? Json(d.*f.text) : Json(compute::cudaFieldNumber(f, d));
+        if (f.continuesLine() && lineName) {
+            Json& line = device[lineName];
+            if (!line.is_array()) line = Json::array({line});
+            line.push_back(std::move(value));
+        } else {
+            lineName = f.jsonName;
+            device[lineName] = std::move(value);
+        }
+    }
+    return device;
+}
+
 Json cuda(const std::vector<ReportCudaDevice>& devices) {
     Json list = Json::array();
-    for (const ReportCudaDevice& d : devices)
-        list.push_back(Json{
-            {"name", d.name},
-            {"compute_capability", Json::array({d.computeMajor, d.computeMinor})},
-            {"total_memory_bytes", d.totalMemoryBytes},
-            {"clock_rate_khz", d.clockRateKhz},
-            {"multiprocessors", d.multiprocessorCount},
-            {"warp_size", d.warpSize},
-            {"max_threads_per_block", d.maxThreadsPerBlock},
-            {"max_threads_dim", Json::array({d.maxThreadsDim[0], d.maxThreadsDim[1], d.maxThreadsDim[2]})},
-            {"max_grid_size", Json::array({d.maxGridSize[0], d.maxGridSize[1], d.maxGridSize[2]})},
-            {"registers_per_block", d.registersPerBlock},
-            {"texture_alignment_bytes", d.textureAlignBytes},
-            {"total_constant_memory_bytes", d.totalConstantMemoryBytes},
-            {"shared_memory_per_block_bytes", d.sharedMemPerBlockBytes},
-            {"memory_pitch_bytes", d.memPitch},
-        });
+    for (const ReportCudaDevice& d : devices) list.push_back(cudaDevice(d));
     return list;
 }
 

@@ -5,6 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "compute/cuda_records.h"
+#include "compute/opencl_records.h"
+
 // Everything a report prints, gathered once from the library, the discovery records and the application
 // state. The generators read nothing else, so a snapshot filled by hand replays any machine.
 //
@@ -120,60 +123,10 @@ struct ReportOpenGl {
     std::vector<ReportGlCap> catalogue;  // core entries, the separator, then the entries of extensions
 };
 
-struct ReportClDevice {
-    std::string name, vendor, driverVersion, profile, version;
-    uint64_t type = 0;  // bits: 1 default, 2 CPU, 4 GPU, 8 accelerator
-    uint32_t vendorId = 0;
-    uint32_t maxComputeUnits = 0;
-    uint32_t maxClockMhz = 0;
-    uint32_t nvComputeCapabilityMajor = 0, nvComputeCapabilityMinor = 0, nvRegistersPerBlock = 0, nvWarpSize = 0,
-             nvGpuOverlap = 0, nvKernelExecTimeout = 0, nvIntegratedMemory = 0;
-    uint32_t addressBits = 0;
-    uint64_t maxMemAllocSize = 0;        // bytes
-    uint64_t globalMemSize = 0;          // bytes
-    uint64_t maxParameterSize = 0;       // bytes
-    uint32_t globalMemCachelineSize = 0;  // bytes
-    uint64_t globalMemCacheSize = 0;     // bytes
-    uint32_t errorCorrectionSupport = 0;
-    std::string localMemType;
-    uint64_t localMemSize = 0;           // bytes
-    uint64_t maxConstantBufferSize = 0;  // bytes
-    uint32_t maxWorkItemDimensions = 0;
-    uint64_t maxWorkItemSizes[3] = {};
-    uint64_t maxWorkGroupSize = 0;
-    bool nativeKernels = false;
-    uint32_t imageSupport = 0;
-    uint32_t maxReadImageArgs = 0, maxWriteImageArgs = 0;
-    uint64_t image2dMaxWidth = 0, image2dMaxHeight = 0;
-    uint64_t image3dMaxWidth = 0, image3dMaxHeight = 0, image3dMaxDepth = 0;
-    uint32_t maxSamplers = 0;
-    uint32_t preferredVectorWidthChar = 0, preferredVectorWidthShort = 0, preferredVectorWidthInt = 0,
-             preferredVectorWidthLong = 0, preferredVectorWidthFloat = 0, preferredVectorWidthDouble = 0;
-    std::vector<std::string> extensions;
-};
-
-struct ReportClPlatform {
-    std::string name, vendor, version, profile;
-    std::vector<std::string> extensions;
-    std::vector<ReportClDevice> devices;
-};
-
-struct ReportCudaDevice {
-    std::string name;
-    int32_t computeMajor = 0, computeMinor = 0;
-    uint64_t totalMemoryBytes = 0;
-    int32_t clockRateKhz = 0;
-    int32_t multiprocessorCount = 0;
-    int32_t warpSize = 0;
-    int32_t maxThreadsPerBlock = 0;
-    int32_t maxThreadsDim[3] = {};
-    int32_t maxGridSize[3] = {};
-    int32_t registersPerBlock = 0;
-    int32_t textureAlignBytes = 0;
-    int32_t totalConstantMemoryBytes = 0;
-    int32_t sharedMemPerBlockBytes = 0;
-    int32_t memPitch = 0;
-};
+// OpenCL and CUDA take discovery's own records: the field rows in compute/ say how each value is printed.
+using ReportClDevice = compute::ClDeviceRecord;
+using ReportClPlatform = compute::ClPlatformRecord;
+using ReportCudaDevice = compute::CudaDeviceRecord;
 
 // The legacy NVIDIA control panel values; absent where that interface does not exist.
 struct ReportNvidiaControlPanel {

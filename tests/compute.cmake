@@ -11,9 +11,13 @@ set_target_properties(fake_cuda PROPERTIES OUTPUT_NAME cuda)
 # Like lumenscope_unit_test, with the fakes on the library path.
 add_executable(unit_compute
   unit/compute_test_log.h
+  unit/compute_fake_fixtures.h
   unit/opencl_fake_driver_test.cpp
+  unit/opencl_driver_faults_test.cpp
   unit/cuda_fake_driver_test.cpp
+  unit/cuda_driver_faults_test.cpp
   unit/opencl_tokeniser_test.cpp
+  unit/compute_field_rows_test.cpp
 )
 target_link_libraries(unit_compute PRIVATE compute GTest::gtest_main GTest::gmock)
 target_include_directories(unit_compute PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
@@ -32,3 +36,15 @@ find_package(benchmark REQUIRED)
 add_executable(bench_opencl_discovery bench/opencl_discovery_bench.cpp)
 target_link_libraries(bench_opencl_discovery PRIVATE compute benchmark::benchmark)
 target_include_directories(bench_opencl_discovery PRIVATE ${PROJECT_SOURCE_DIR})
+
+# The batch program through every failure mode of the fake drivers, under a label of its own: `make test`
+# runs it in the sanitizer build too, where any sanitizer report of the program fails it.
+find_package(nlohmann_json REQUIRED)
+add_executable(fake_driver_batch integration/fake_driver_batch_test.cpp)
+target_link_libraries(fake_driver_batch PRIVATE GTest::gtest_main nlohmann_json::nlohmann_json)
+target_compile_definitions(fake_driver_batch PRIVATE
+  LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>"
+  FAKE_DRIVER_DIR="${compute_fake_dir}"
+  LSAN_SUPPRESSIONS="${CMAKE_CURRENT_SOURCE_DIR}/sanitizers/lsan.supp")
+add_dependencies(fake_driver_batch lumenscope fake_opencl fake_cuda)
+gtest_discover_tests(fake_driver_batch PROPERTIES LABELS fake_drivers DISCOVERY_TIMEOUT 60)

@@ -127,6 +127,7 @@ ReportClDevice clDevice(const char* name, uint64_t type) {
     d.preferredVectorWidthFloat = 4;
     d.preferredVectorWidthDouble = 2;
     d.extensions = {"cl_khr_byte_addressable_store", "cl_khr_fp64"};
+    d.reportedExtensions = d.extensions;
     return d;
 }
 
@@ -168,13 +169,13 @@ ReportSnapshot nvidiaMachine() {
     ReportCudaDevice cuda;
     cuda.name = "NVIDIA GeForce GTX 680";
     cuda.computeMajor = 3, cuda.computeMinor = 0;
-    cuda.totalMemoryBytes = 2147483648ULL;
-    cuda.clockRateKhz = 1058500;
+    cuda.totalMemory = 2147483648ULL;
+    cuda.clockRate = 1058500;
     cuda.multiprocessorCount = 8, cuda.warpSize = 32, cuda.maxThreadsPerBlock = 1024;
     cuda.maxThreadsDim[0] = 1024, cuda.maxThreadsDim[1] = 1024, cuda.maxThreadsDim[2] = 64;
     cuda.maxGridSize[0] = 2147483647, cuda.maxGridSize[1] = 65535, cuda.maxGridSize[2] = 65535;
-    cuda.registersPerBlock = 65536, cuda.textureAlignBytes = 512, cuda.totalConstantMemoryBytes = 65536;
-    cuda.sharedMemPerBlockBytes = 49152;
+    cuda.regsPerBlock = 65536, cuda.textureAlign = 512, cuda.totalConstantMemory = 65536;
+    cuda.sharedMemPerBlock = 49152;
     s.cudaDevices.push_back(cuda);
     ReportClPlatform p;
     p.name = "NVIDIA CUDA";
@@ -188,6 +189,7 @@ ReportSnapshot nvidiaMachine() {
     d.localMemType = "Local (scratchpad)";
     d.nativeKernels = false;
     d.extensions.push_back("cl_nv_device_attribute_query");
+    d.reportedExtensions = d.extensions;
     d.nvComputeCapabilityMajor = 3, d.nvRegistersPerBlock = 65536, d.nvWarpSize = 32, d.nvGpuOverlap = 1,
     d.nvKernelExecTimeout = 1;
     p.devices.push_back(d);

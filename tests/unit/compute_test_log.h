@@ -22,6 +22,11 @@ public:
     ~TestLog() { std::filesystem::remove(m_path); }
 
     AppLog& log() { return *m_log; }
+    // Starts the file afresh.
+    void clear() {
+        m_log.reset();
+        m_log = std::make_unique<AppLog>(m_path.c_str());
+    }
 
     std::vector<std::string> messages() const {
         std::ifstream in(m_path);

@@ -1,36 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
-#include "compute/cuda_discovery.h"
-#include "compute_test_log.h"
-#include "fakes/compute/fake_cuda_values.h"
+#include "compute_fake_fixtures.h"
 
 namespace {
 
 using namespace compute;
 using ::testing::ElementsAre;
-
-// Discovery against the fake CUDA driver that LD_LIBRARY_PATH puts first.
-class CudaFakeDriver : public ::testing::Test {
-protected:
-    void SetUp() override {
-        ASSERT_NE(std::getenv("LD_LIBRARY_PATH"), nullptr) << "run through ctest, which puts the fakes first";
-    }
-    void TearDown() override {
-        freeCudaDevices();
-        unsetenv(fake_cuda::kScenarioVariable);
-    }
-    bool discover(const char* scenario) {
-        if (scenario)
-            setenv(fake_cuda::kScenarioVariable, scenario, 1);
-        else
-            unsetenv(fake_cuda::kScenarioVariable);
-        return discoverCuda(log.log());
-    }
-    TestLog log;
-};
 
 TEST_F(CudaFakeDriver, ADeviceWithoutPropertyBlockKeepsItsOtherFields) {
     EXPECT_TRUE(discover(nullptr));
@@ -39,7 +15,7 @@ TEST_F(CudaFakeDriver, ADeviceWithoutPropertyBlockKeepsItsOtherFields) {
     ASSERT_EQ(cudaDevices().size(), 2u);
 
     const CudaDeviceRecord& first = cudaDevices()[0];
-    EXPECT_STREQ(first.name, "Fake CUDA Device 0");
+    EXPECT_EQ(first.name, "Fake CUDA Device 0");
     EXPECT_EQ(first.totalMemory, fake_cuda::totalMemory(0));  // 6 GiB: needs the 64-bit call
     EXPECT_EQ(first.maxThreadsPerBlock, 1024);
     EXPECT_THAT(first.maxThreadsDim, ElementsAre(1, 2, 3));
@@ -58,7 +34,7 @@ TEST_F(CudaFakeDriver, ADeviceWithoutPropertyBlockKeepsItsOtherFields) {
     EXPECT_EQ(first.multiprocessorCount, fake_cuda::multiprocessors(0));
 
     const CudaDeviceRecord& second = cudaDevices()[1];
-    EXPECT_STREQ(second.name, "Fake CUDA Device 1");
+    EXPECT_EQ(second.name, "Fake CUDA Device 1");
     EXPECT_EQ(second.totalMemory, fake_cuda::totalMemory(1));
     EXPECT_EQ(second.maxThreadsPerBlock, 0);
     EXPECT_THAT(second.maxGridSize, ElementsAre(0, 0, 0));

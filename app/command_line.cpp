@@ -125,8 +125,10 @@ constexpr auto kOptions = std::to_array<CommandLineOption>({
     {"/exp_xml_report", [](AppState& s, const char*) { s.exportXmlReport = true; }},
     {"/exp_txt_report", [](AppState& s, const char*) { s.exportTxtReport = true; }},
     {"/exp_json_report", [](AppState& s, const char*) { s.exportJsonReport = true; }},
+    {"/demo_capture_last_frame", [](AppState& s, const char*) { s.demoCaptureLastFrame = true; }},
+    {"/start_demo_gl4_tessellation", [](AppState& s, const char*) { s.startDemoGl4Tessellation = true; }},
 });
-static_assert(kOptions.size() == 54, "the command line knows 54 options");
+static_assert(kOptions.size() == 56, "the command line knows 56 options");
 
 }  // namespace
 

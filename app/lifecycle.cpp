@@ -8,12 +8,16 @@
 #include "command_line.h"
 #include "compute/cuda_discovery.h"
 #include "compute/opencl_discovery.h"
+#include "demo_launch.h"
 #include "demos/demo_context.h"
+#include "demos/harness/demo_launcher.h"
+#include "demos/harness/demo_window.h"
 #include "engine/vantalux.h"
 #include "gpu_log_block.h"
 #include "kalidor/kalidor.h"
 #include "kalidor/platform/display_device_source.h"
 #include "message_boxes.h"
+#include "platform/interrupt.h"
 #include "version.h"
 
 using Kalidornm::Kalidor;
@@ -49,8 +53,15 @@ void logDisplayDeviceStrings(Kalidor& library) {
     }
 }
 
-// The main window comes with the GUI; until then an interactive start ends here.
-void runMainDialog() { appLog().write("%s startup ok.", lumenscope::kDisplayName); }
+// The main window comes with the GUI; until then an interactive start runs the automatically started demo,
+// if any, to its end.
+void runMainDialog(const AppState& state) {
+    const bool demoStarted = startAutomaticDemo(state);
+    appLog().write("%s startup ok.", lumenscope::kDisplayName);
+    if (!demoStarted) return;
+    lumenscope::platform::catchFirstInterrupt();
+    waitForDemosToEnd(&lumenscope::platform::interruptRequested());
+}
 
 void shutdownApplication(AppState& state, Kalidor* library) {
     for (int slot = 0; slot < kDemoSlotCount; ++slot) stopDemo(demoContext(DemoSlot(slot)));
@@ -77,6 +88,7 @@ void shutdownApplication(AppState& state, Kalidor* library) {
 
 int runLumenscope(int argc, const char* const* argv) {
     AppState& state = gApp;
+    prepareDemoWindowing();
     initAppState(state);
     logVersionLine("startup...");
 
@@ -109,10 +121,12 @@ int runLumenscope(int argc, const char* const* argv) {
     state.headerTextColour = 0xFFFFFF;
     state.headerBackColour = 0xAF712A;
 
-    if (batch)
+    if (batch) {
         writeBatchReports(state, *library);
-    else
-        runMainDialog();
+    } else {
+        connectDemoHost();
+        runMainDialog(state);
+    }
 
     shutdownApplication(state, library);
     return 0;

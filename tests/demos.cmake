@@ -1,6 +1,9 @@
 # The demo harness and the GL utility layer: rules and data on GoogleTest, no context needed.
 lumenscope_unit_test(unit_demos
+  demos/bench_result_test.cpp
   demos/context_choice_test.cpp
+  demos/frame_stats_test.cpp
+  demos/harness_rules_test.cpp
   demos/mat4_test.cpp
   demos/mesh_builders_test.cpp
 )

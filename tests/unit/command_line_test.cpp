@@ -45,6 +45,7 @@ TEST(CommandLine, EmptyOrNullLineLeavesEveryDefault) {
         EXPECT_FALSE(s.exportXmlReport);
         EXPECT_FALSE(s.exportTxtReport);
         EXPECT_FALSE(s.exportJsonReport);
+        EXPECT_FALSE(s.demoCaptureLastFrame);
     }
 }
 
@@ -112,7 +113,7 @@ TEST(CommandLine, EveryFlagMovesItsFieldAwayFromTheDefault) {
         "/no_online_check /disable_gl3_torus_radeon_fix /disable_gl_render_in_cl_demos /bench_log_results "
         "/close_app_end_of_demo /gl4_no_tess_level_anim /cl_demo_native_sin_disabled /cl_demo_gl_interop_disabled "
         "/cl_demo_explicit_workgroup_size_disabled /cl_demo_use_local_mem /cl_particles_sin /cl_julia_not_animated "
-        "/disable_cl_support /exp_xml_report /exp_txt_report /exp_json_report");
+        "/disable_cl_support /exp_xml_report /exp_txt_report /exp_json_report /demo_capture_last_frame");
     EXPECT_FALSE(s.onlineCheckEnabled);
     EXPECT_FALSE(s.gl3TorusRadeonFix);
     EXPECT_FALSE(s.glRenderInClDemos);
@@ -129,6 +130,7 @@ TEST(CommandLine, EveryFlagMovesItsFieldAwayFromTheDefault) {
     EXPECT_TRUE(s.exportXmlReport);
     EXPECT_TRUE(s.exportTxtReport);
     EXPECT_TRUE(s.exportJsonReport);
+    EXPECT_TRUE(s.demoCaptureLastFrame);
 }
 
 TEST(CommandLine, EachAutoStartOptionSetsOnlyItsOwnFlag) {
@@ -151,6 +153,7 @@ TEST(CommandLine, EachAutoStartOptionSetsOnlyItsOwnFlag) {
         {"/start_demo_gl2_vtf", &AppState::startDemoGl2Vtf},
         {"/start_demo_gl2_toon", &AppState::startDemoGl2Toon},
         {"/start_demo_gl2_simple_torus", &AppState::startDemoGl2SimpleTorus},
+        {"/start_demo_gl4_tessellation", &AppState::startDemoGl4Tessellation},
     };
     for (const Case& given : cases) {
         const AppState s = parsed(given.option);
@@ -158,12 +161,12 @@ TEST(CommandLine, EachAutoStartOptionSetsOnlyItsOwnFlag) {
     }
 }
 
-TEST(CommandLine, KnowsFiftyFourOptionsAndNoneIsAnUnrelatedSubstringOfAnother) {
-    ASSERT_EQ(commandLineOptionCount(), 54u);
-    EXPECT_EQ(commandLineOptionText(54), nullptr);
+TEST(CommandLine, KnowsFiftySixOptionsAndNoneIsAnUnrelatedSubstringOfAnother) {
+    ASSERT_EQ(commandLineOptionCount(), 56u);
+    EXPECT_EQ(commandLineOptionText(56), nullptr);
     // The one intended overlap: "/cl_log_results" inside its surface-deformer twin.
-    for (size_t i = 0; i < 54; ++i) {
-        for (size_t j = 0; j < 54; ++j) {
+    for (size_t i = 0; i < 56; ++i) {
+        for (size_t j = 0; j < 56; ++j) {
             if (i == j) continue;
             const std::string a = commandLineOptionText(i), b = commandLineOptionText(j);
             if (b.find(a) == std::string::npos) continue;

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "demos/demo_scenes.h"
 #include "gl_utility/render_window_gl.h"
 
 namespace {
@@ -17,12 +18,12 @@ using Kind = RenderWindowGL::ContextKind;
 // version they have.
 constexpr auto kEntries = std::to_array<DemoEntry>({
     {kDemoGl4Tessellation, DemoFamily::OwnOpenGl, Kind::kGl40, false, false, kGl40WindowFailed,
-     nullptr, nullptr},
+     makeGl4TessellationDemo, nullptr},
     {kDemoClParticles, DemoFamily::OpenCl, Kind::kGl32, false, false, kGl3WindowFailed, nullptr, nullptr},
     {kDemoClPostFx, DemoFamily::OpenCl, Kind::kGl32, false, false, kGl32WindowFailed, nullptr, nullptr},
     {kDemoClSurfaceDeformer, DemoFamily::OpenCl, Kind::kGl32, false, false, kGl32WindowFailed, nullptr, nullptr},
-    {kDemoGl3Torus, DemoFamily::OwnOpenGl, Kind::kGl32, false, false, kGl32WindowFailed, nullptr, nullptr},
-    {kDemoGl3Triangle, DemoFamily::OwnOpenGl, Kind::kGl32, false, false, kGl32WindowFailed, nullptr,
+    {kDemoGl3Torus, DemoFamily::OwnOpenGl, Kind::kGl32, false, false, kGl32WindowFailed, makeGl3TorusDemo, nullptr},
+    {kDemoGl3Triangle, DemoFamily::OwnOpenGl, Kind::kGl32, false, false, kGl32WindowFailed, makeGl3TriangleDemo,
      nullptr},
     {kDemoFurryCube, DemoFamily::Engine, Kind::kGl20, true, true, kEngineWindowFailed, nullptr, nullptr},
     {kDemoToonShading, DemoFamily::Engine, Kind::kGl20, false, true, kEngineWindowFailed, nullptr, nullptr},

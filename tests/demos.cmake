@@ -37,3 +37,7 @@ if(XVFB_RUN)
 else()
   message(WARNING "xvfb-run not found (Debian package xvfb): the demo window test is left out")
 endif()
+
+# The bare EGL loop that tools/bench_demos.sh measures the harness against; a benchmark, not a test.
+add_executable(bench_bare_triangle_loop bench/bare_triangle_loop.cpp)
+target_link_libraries(bench_bare_triangle_loop PRIVATE demos)

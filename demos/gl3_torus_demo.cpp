@@ -147,8 +147,8 @@ public:
     }
 
 private:
-    // Fixed in eye space, 20 units out in random directions; the C library's generator, unseeded, gives every
-    // run the same lights.
+    // Fixed in eye space, 20 units out in random directions; the C library's generator starts from the same
+    // state in every run, so every run gets the same lights.
     void _placeLights() {
         for (int i = 0; i < kLightCount; ++i) {
             float x = randomNumber() / 16384.0f - 1.0f, y = randomNumber() / 16384.0f - 1.0f,

@@ -132,8 +132,10 @@ constexpr auto kOptions = std::to_array<CommandLineOption>({
          char host[AppState::kOnlineHostSize] = {};
          if (std::sscanf(at, "/online_host=%255s", host) == 1) std::memcpy(s.onlineHost, host, sizeof host);
      }},
+    {"/demo_capture_last_frame", [](AppState& s, const char*) { s.demoCaptureLastFrame = true; }},
+    {"/start_demo_gl4_tessellation", [](AppState& s, const char*) { s.startDemoGl4Tessellation = true; }},
 });
-static_assert(kOptions.size() == 55, "the command line knows 55 options");
+static_assert(kOptions.size() == 57, "the command line knows 57 options");
 
 }  // namespace
 

@@ -8,6 +8,7 @@ g++ make cmake pkg-config
 libgtest-dev libgmock-dev libbenchmark-dev
 libpci-dev pci.ids
 libegl-dev libgl-dev libglew-dev libegl-mesa0 libgl1-mesa-dri
+libx11-dev libfreeimage-dev xvfb xauth
 ocl-icd-libopencl1 ocl-icd-opencl-dev opencl-headers pocl-opencl-icd
 nlohmann-json3-dev
 libxml2-utils

@@ -28,7 +28,7 @@ auto optionFields(const AppState& s) {
                     s.clKernelWorkloadDoCheck, s.clNativeSin, s.clGlInterop, s.clExplicitWorkgroupSize,
                     s.clKernelWorkloadMad, s.clUseLocalMem, s.clParticlesGpu, s.clParticlesCpu, s.clParticlesSin,
                     s.clJuliaAnimated, s.clJuliaRttSize, s.openclSupportEnabled, s.exportXmlReport,
-                    s.exportTxtReport, s.exportJsonReport);
+                    s.exportTxtReport, s.exportJsonReport, s.demoCaptureLastFrame, s.startDemoGl4Tessellation);
 }
 
 // Text that only resembles options (no slash, wrong case, a bare slash or equals sign) changes nothing.
@@ -106,7 +106,7 @@ TEST(CommandLine, EveryFlagMovesItsFieldAwayFromTheDefault) {
         "/no_online_check /disable_gl3_torus_radeon_fix /disable_gl_render_in_cl_demos /bench_log_results "
         "/close_app_end_of_demo /gl4_no_tess_level_anim /cl_demo_native_sin_disabled /cl_demo_gl_interop_disabled "
         "/cl_demo_explicit_workgroup_size_disabled /cl_demo_use_local_mem /cl_particles_sin /cl_julia_not_animated "
-        "/disable_cl_support /exp_xml_report /exp_txt_report /exp_json_report");
+        "/disable_cl_support /exp_xml_report /exp_txt_report /exp_json_report /demo_capture_last_frame");
     EXPECT_FALSE(s.onlineCheckEnabled);
     EXPECT_FALSE(s.gl3TorusRadeonFix);
     EXPECT_FALSE(s.glRenderInClDemos);
@@ -123,6 +123,7 @@ TEST(CommandLine, EveryFlagMovesItsFieldAwayFromTheDefault) {
     EXPECT_TRUE(s.exportXmlReport);
     EXPECT_TRUE(s.exportTxtReport);
     EXPECT_TRUE(s.exportJsonReport);
+    EXPECT_TRUE(s.demoCaptureLastFrame);
 }
 
 TEST(CommandLine, EachAutoStartOptionSetsOnlyItsOwnFlag) {
@@ -145,6 +146,7 @@ TEST(CommandLine, EachAutoStartOptionSetsOnlyItsOwnFlag) {
         {"/start_demo_gl2_vtf", &AppState::startDemoGl2Vtf},
         {"/start_demo_gl2_toon", &AppState::startDemoGl2Toon},
         {"/start_demo_gl2_simple_torus", &AppState::startDemoGl2SimpleTorus},
+        {"/start_demo_gl4_tessellation", &AppState::startDemoGl4Tessellation},
     };
     for (const Case& given : cases) {
         const AppState s = parsed(given.option);
@@ -152,12 +154,12 @@ TEST(CommandLine, EachAutoStartOptionSetsOnlyItsOwnFlag) {
     }
 }
 
-TEST(CommandLine, KnowsFiftyFiveOptionsAndNoneIsAnUnrelatedSubstringOfAnother) {
-    ASSERT_EQ(commandLineOptionCount(), 55u);
-    EXPECT_EQ(commandLineOptionText(55), nullptr);
+TEST(CommandLine, KnowsFiftySevenOptionsAndNoneIsAnUnrelatedSubstringOfAnother) {
+    ASSERT_EQ(commandLineOptionCount(), 57u);
+    EXPECT_EQ(commandLineOptionText(57), nullptr);
     // The one intended overlap: "/cl_log_results" inside its surface-deformer twin.
-    for (size_t i = 0; i < 55; ++i) {
-        for (size_t j = 0; j < 55; ++j) {
+    for (size_t i = 0; i < 57; ++i) {
+        for (size_t j = 0; j < 57; ++j) {
             if (i == j) continue;
             const std::string a = commandLineOptionText(i), b = commandLineOptionText(j);
             if (b.find(a) == std::string::npos) continue;

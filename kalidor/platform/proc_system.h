@@ -21,7 +21,7 @@ LinuxSystemFacts readLinuxSystemFacts(const std::string& rootDir);
 // Used memory in percent of the total, from MemTotal and MemAvailable; 0 when unreadable.
 uint32_t readMemoryLoadPercent(const std::string& rootDir);
 
-// Counts the processors of a kernel CPU list such as "0-3,8,10-11".
+// Counts the processors of a kernel CPU list such as "0-3,8,10-11"; 0 for text that is no such list.
 int32_t countCpuList(const std::string& list);
 
 }  // namespace Kalidornm

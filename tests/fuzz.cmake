@@ -24,3 +24,6 @@ if(COMMAND lumenscope_fuzz_target)
   endforeach()
 endif()
 
+# What the fuzz targets found, kept as unit tests of the normal and the sanitizer build.
+lumenscope_unit_test(unit_fuzz_findings unit/fuzz_findings_test.cpp)
+target_link_libraries(unit_fuzz_findings PRIVATE kalidor)

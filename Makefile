@@ -2,7 +2,7 @@
 ARGS ?= /exp_txt_report /exp_xml_report /exp_json_report
 JOBS ?= $(shell nproc)
 
-.PHONY: run test deps build build-asan
+.PHONY: run test deps build build-asan build-fuzz check-valgrind
 
 deps:
 	@sh tools/install_deps.sh
@@ -15,12 +15,23 @@ build-asan: deps
 	cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DLUMENSCOPE_SANITIZE=ON
 	cmake --build build-asan -j$(JOBS)
 
+# The libFuzzer targets alone, built by clang with AddressSanitizer and UBSan (tests/fuzz/fuzz_tree.cmake).
+build-fuzz: deps
+	CC=clang-15 CXX=clang++-15 cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLUMENSCOPE_FUZZ=ON
+	cmake --build build-fuzz -j$(JOBS)
+
 run: build
 	./build/lumenscope $(ARGS)
 
-# Every test in the plain build, then the unit tests again under AddressSanitizer and UBSan.
-test: build build-asan
+# Every test in the plain build, then the unit tests again under AddressSanitizer and UBSan, then each fuzz
+# target for 30 s.
+test: build build-asan build-fuzz
 	ctest --test-dir build --output-on-failure -j$(JOBS)
 	ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
 		ctest --test-dir build-asan --output-on-failure -L unit -j$(JOBS)
 	ctest --test-dir build-asan --output-on-failure -L fake_drivers -j$(JOBS)
+	ctest --test-dir build-fuzz --output-on-failure -L fuzz -j$(JOBS)
+
+# The batch program under valgrind's memcheck on this machine; not part of `test`, it takes minutes.
+check-valgrind: build
+	sh tools/check_valgrind.sh build/lumenscope

@@ -13,6 +13,7 @@ ocl-icd-libopencl1 ocl-icd-opencl-dev opencl-headers pocl-opencl-icd
 nlohmann-json3-dev
 libxml2-utils
 libcurl4-openssl-dev python3
+clang-15 libfuzzer-15-dev valgrind
 "
 
 missing=""

@@ -114,7 +114,10 @@ std::optional<std::string> osReleaseValue(const std::string& text, const std::st
 }
 
 int32_t countCpuList(const std::string& list) {
-    int32_t count = 0;
+    // The kernel numbers processors from 0 and is built for at most 8192 of them: a list with a negative
+    // number or with more processors than this is not a CPU list, and counts as unread.
+    constexpr long kMaxCpus = 65536;
+    long count = 0;
     std::stringstream ranges(list);
     for (std::string range; std::getline(ranges, range, ',');) {
         range = trimmed(range);
@@ -122,9 +125,11 @@ int32_t countCpuList(const std::string& list) {
         const size_t dash = range.find('-');
         const long first = std::strtol(range.c_str(), nullptr, 10);
         const long last = dash == std::string::npos ? first : std::strtol(range.c_str() + dash + 1, nullptr, 10);
-        if (last >= first) count += int32_t(last - first + 1);
+        if (first < 0 || last >= kMaxCpus) return 0;
+        if (last >= first) count += last - first + 1;
+        if (count > kMaxCpus) return 0;
     }
-    return count;
+    return int32_t(count);
 }
 
 LinuxSystemFacts readLinuxSystemFacts(const std::string& rootDir) {

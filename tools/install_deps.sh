@@ -10,6 +10,7 @@ libpci-dev pci.ids
 libegl-dev libgl-dev libglew-dev libegl-mesa0 libgl1-mesa-dri
 ocl-icd-libopencl1 ocl-icd-opencl-dev opencl-headers pocl-opencl-icd
 nlohmann-json3-dev
+desktop-file-utils appstream groff-base
 "
 
 missing=""

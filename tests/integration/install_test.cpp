@@ -62,22 +62,12 @@ TEST_F(InstalledProgram, EveryFileLandsWhereDesktopsAndManLookForIt) {
             EXPECT_TRUE(fs::is_regular_file(prefix / MEDIA_INSTALL_DIR / file)) << file;
     }
 
-    // The desktop entry starts the installed binary by name and shows an icon installed in every size; the
-    // AppStream description launches that entry.
-    const fs::path desktopFile = data() / "applications" / "org.example.lumenscope.desktop";
-    const std::string entry = readWholeFile(desktopFile);
-    ASSERT_FALSE(entry.empty()) << desktopFile;
+    // The desktop entry starts the installed binary by name and shows the installed icon; how the AppStream
+    // description names the entry is the validators' part below.
+    const std::string entry = readWholeFile(data() / "applications" / "org.example.lumenscope.desktop");
     EXPECT_EQ(desktopValue(entry, "Exec"), binary().filename().string());
-    const std::string icon = desktopValue(entry, "Icon");
-    int sizes = 0;
-    for (const fs::directory_entry& size : fs::directory_iterator(data() / "icons" / "hicolor")) {
-        const bool scalable = size.path().filename() == "scalable";
-        EXPECT_TRUE(fs::is_regular_file(size.path() / "apps" / (icon + (scalable ? ".svg" : ".png")))) << size;
-        ++sizes;
-    }
-    EXPECT_GE(sizes, 2);
-    const std::string metainfo = readWholeFile(data() / "metainfo" / "org.example.lumenscope.metainfo.xml");
-    EXPECT_NE(metainfo.find(">" + desktopFile.filename().string() + "</launchable>"), std::string::npos);
+    const fs::path icon = data() / "icons" / "hicolor" / "scalable" / "apps" / (desktopValue(entry, "Icon") + ".svg");
+    EXPECT_TRUE(fs::is_regular_file(icon)) << icon;
 }
 
 // Software centres read the desktop entry, the AppStream description and the icon together; the validators
@@ -88,8 +78,8 @@ TEST_F(InstalledProgram, DesktopFilesPassTheDesktopValidators) {
     EXPECT_EQ(desktop.exitCode, 0);
     EXPECT_EQ(desktop.out + desktop.err, "");
 
-    const CapturedRun appstream =
-        runCaptured("appstreamcli", base, {"validate-tree", "--no-net", "--pedantic", prefix.string()}, base / "capture");
+    const CapturedRun appstream = runCaptured(
+        "appstreamcli", base, {"validate-tree", "--no-net", "--pedantic", prefix.string()}, base / "capture");
     EXPECT_EQ(appstream.exitCode, 0) << appstream.out << appstream.err;
     for (const char* level : {"E: ", "W: ", "I: ", "P: "})
         EXPECT_EQ(appstream.out.find(level), std::string::npos) << appstream.out;
@@ -102,8 +92,8 @@ TEST_F(InstalledProgram, RunsFromThePrefixForItsVersionAndABatchReport) {
     EXPECT_EQ(version.exitCode, 0);
     EXPECT_EQ(version.out, "Lumenscope 1.26.0.0\n");
 
-    const CapturedRun report =
-        runCaptured(binary().string(), work, {"/exp_txt_report", "/disable_cl_support", "/no_online_check"}, base / "capture");
+    const CapturedRun report = runCaptured(
+        binary().string(), work, {"/exp_txt_report", "/disable_cl_support", "/no_online_check"}, base / "capture");
     EXPECT_EQ(report.exitCode, 0) << report.err;
     EXPECT_NE(readWholeFile(work / "report.txt").find("Lumenscope v1.26.0.0"), std::string::npos);
 }

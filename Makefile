@@ -12,14 +12,14 @@ build: deps
 	cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBUILD_TESTING=OFF
 	cmake --build build -j$(JOBS)
 
-# Everything.
+# Everything, with warnings as errors.
 build-test: deps
-	cmake -S . -B build-test -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBUILD_TESTING=ON
+	cmake -S . -B build-test -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBUILD_TESTING=ON -DLUMENSCOPE_WERROR=ON
 	cmake --build build-test -j$(JOBS)
 
 # Only the unit tests and what they load, under AddressSanitizer and UBSan.
 build-asan: deps
-	cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DLUMENSCOPE_SANITIZE=ON
+	cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DLUMENSCOPE_SANITIZE=ON -DLUMENSCOPE_WERROR=ON
 	cmake --build build-asan -j$(JOBS) --target unit_tests
 
 run: build

@@ -14,6 +14,7 @@ nlohmann-json3-dev
 libxml2-utils
 libcurl4-openssl-dev python3
 clang-15 libfuzzer-15-dev valgrind
+desktop-file-utils appstream groff-base
 "
 
 missing=""

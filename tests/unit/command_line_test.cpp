@@ -1,10 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <sstream>
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include "app/app_state.h"
 #include "app/command_line.h"
+#include "app/command_line_help.h"
 
 namespace {
 
@@ -178,6 +182,53 @@ TEST(CommandLine, OnlineHostTakesTheTextUpToTheNextBlankAndAloneTurnsNothingElse
     // A text longer than the field is cut, never written past it.
     const std::string longHost = "/online_host=http://" + std::string(400, 'a');
     EXPECT_EQ(std::string(parsed(longHost.c_str()).onlineHost).size(), AppState::kOnlineHostSize - 1);
+}
+
+// --help and --version are found by substring like every option, so neither may hide inside an option's text
+// nor hold one: "/gl30--help" asks for help, and --help must not also ask for something else.
+TEST(CommandLine, HelpAndVersionShareNoTextWithAnyOption) {
+    for (const std::string request : {kHelpOption, kVersionOption}) {
+        for (size_t i = 0; i < commandLineOptionCount(); ++i) {
+            const std::string option = commandLineOptionText(i);
+            EXPECT_EQ(request.find(option), std::string::npos) << option << " in " << request;
+            EXPECT_EQ(option.find(request), std::string::npos) << request << " in " << option;
+        }
+    }
+}
+
+TEST(CommandLineHelp, RequestsAreFoundAnywhereInTheirOwnCaseAndHelpBeatsVersion) {
+    EXPECT_EQ(requestedInformation(nullptr), "");
+    EXPECT_EQ(requestedInformation(""), "");
+    EXPECT_EQ(requestedInformation("/exp_txt_report /gl32"), "");
+    EXPECT_EQ(requestedInformation("--HELP -help -version"), "");
+    EXPECT_EQ(requestedInformation("/gl30--help"), helpText());
+    EXPECT_EQ(requestedInformation("/exp_txt_report --version"), versionText());
+    EXPECT_EQ(requestedInformation("--version --help"), helpText());
+    EXPECT_EQ(versionText(), "Lumenscope 1.26.0.0\n");
+}
+
+TEST(CommandLineHelp, ListsEveryOptionOnOneLineWithItsDescriptionInOneColumn) {
+    std::vector<std::string> lines;
+    std::istringstream text(helpText());
+    for (std::string line; std::getline(text, line);) lines.push_back(line);
+    const auto optionsHeading = std::find(lines.begin(), lines.end(), "Options:");
+    ASSERT_NE(optionsHeading, lines.end());
+    const std::vector<std::string> optionLines(optionsHeading + 1, lines.end());
+
+    const std::vector<OptionDescription> options = describedOptions();
+    ASSERT_EQ(optionLines.size(), options.size());
+    EXPECT_EQ(options.size(), commandLineOptionCount() + 2);
+    size_t column = 0;
+    for (size_t i = 0; i < options.size(); ++i) {
+        const std::string shown = std::string(options[i].text) + (options[i].value ? options[i].value : "");
+        const std::string& line = optionLines[i];
+        EXPECT_EQ(line.rfind("  " + shown + "  ", 0), 0u) << line;
+        ASSERT_GE(line.size(), std::string(options[i].description).size());
+        const size_t at = line.size() - std::string(options[i].description).size();
+        EXPECT_EQ(line.substr(at), options[i].description);
+        if (i == 0) column = at;
+        EXPECT_EQ(at, column) << line;
+    }
 }
 
 TEST(CommandLine, JoinsArgumentsWithSingleBlanksWithoutTheProgramName) {

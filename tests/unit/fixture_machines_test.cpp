@@ -118,14 +118,17 @@ TEST_F(FixtureMachine, HybridLaptopListsTheSuspendedDgpuWithoutWakingIt) {
     EXPECT_STREQ(slot(1).deviceId, "PCI\\VEN_1002&DEV_73FF&SUBSYS_1E021043&REV_C3");
     EXPECT_STREQ(slot(1).deviceString, "Advanced Micro Devices, Inc. [AMD/ATI] Navi 23 [Radeon RX 6600/6600 XT/6600M]");
 
-    // The Intel GPU is an other adapter with a record of its own; the AMD one waits for its reader.
-    ASSERT_EQ(library.getGpuCount(), 1u);
-    EXPECT_STREQ(library.getGpuName(0), "Intel Corporation TigerLake-LP GT2 [Iris Xe Graphics]");
-    EXPECT_STREQ(library.getGpuCodename(0), "TigerLake-LP GT2");
-    EXPECT_STREQ(library.getGpuDriverVersion(0), "6.5.0-14-generic iris");
-    EXPECT_STREQ(library.getGpuDriverDate(0), "Mon Nov 20 18:15:30 UTC 2");
-    EXPECT_EQ(library.getGpuTextureUnits(0), 0);  // the database's -1 reads 0 in a record
-    EXPECT_EQ(library.getGpuTextureUnits(1), -1);
+    // The AMD reader's record comes first; the Intel GPU is an other adapter with a record of its own.
+    ASSERT_EQ(library.getGpuCount(), 2u);
+    uint32_t vendor = 0;
+    ASSERT_TRUE(library.getGpuPciIds(0, &vendor, nullptr, nullptr, nullptr));
+    EXPECT_EQ(vendor, 0x1002u);
+    EXPECT_STREQ(library.getGpuName(1), "Intel Corporation TigerLake-LP GT2 [Iris Xe Graphics]");
+    EXPECT_STREQ(library.getGpuCodename(1), "TigerLake-LP GT2");
+    EXPECT_STREQ(library.getGpuDriverVersion(1), "6.5.0-14-generic iris");
+    EXPECT_STREQ(library.getGpuDriverDate(1), "Mon Nov 20 18:15:30 UTC 2");
+    EXPECT_EQ(library.getGpuTextureUnits(1), 0);  // the database's -1 reads 0 in a record
+    EXPECT_EQ(library.getGpuTextureUnits(2), -1);
     EXPECT_TRUE(library.isPrimaryIntel());
     EXPECT_STREQ(library.getPrimaryGpuName(), "Intel Iris Xe Graphics");
     EXPECT_EQ(library.getPrimaryTmus(), -1);  // the summary shows the database's value as stored

@@ -85,11 +85,17 @@ std::string driverDateOf(const SysfsDriverFacts& facts) {
     return kernelBuildDate(facts.kernelVersion);
 }
 
-// The driver values of the record's device. Its display key is the device's sysfs directory; no key, no
-// values. Catalyst and Crimson belong to another platform's AMD driver and stay empty here.
+const PciDevice* HardwareCaps::_pciDeviceOfSlot(uint32_t slot) const {
+    if (slot >= uint32_t(kDisplaySlotCount) || !display.slots[slot].address) return nullptr;
+    return pci.find(*display.slots[slot].address);
+}
+
+// The driver values of the record's device, found through its display slot; no device, no values.
+// Catalyst and Crimson belong to another platform's AMD driver and stay empty here.
 bool HardwareCaps::readGpuDriverRegistry(GpuRecord& record) {
-    SysfsDriverFacts facts;
-    if (!readSysfsDriverFacts(sources.rootDir, record.displayDeviceKey, &facts)) return false;
+    const PciDevice* device = _pciDeviceOfSlot(record.displaySlot);
+    if (!device) return false;
+    const SysfsDriverFacts facts = readDriverFacts(sources.rootDir, *device);
 
     if (!facts.vbiosVersion.empty()) copyText(record.biosVersion, facts.vbiosVersion.c_str());
     if (facts.vramBytes) record.memorySizeMb = uint32_t(facts.vramBytes >> 20);
@@ -114,11 +120,12 @@ bool HardwareCaps::initGraphicsControllerData() {
     copyText(driver.driverVersion, "Unknown version");
     driver.memorySizeBytes = 0;
 
-    // Slot 0 is the primary adapter by construction, so its key is the one to read.
-    const DisplaySlot& primarySlot = display.slots[0];
-    SysfsDriverFacts facts;
-    if (!readSysfsDriverFacts(sources.rootDir, primarySlot.deviceKey, &facts)) return false;
+    // Slot 0 is the primary adapter by construction, so its device is the one to read.
+    const PciDevice* device = _pciDeviceOfSlot(0);
+    if (!device) return false;
+    const SysfsDriverFacts facts = readDriverFacts(sources.rootDir, *device);
 
+    const DisplaySlot& primarySlot = display.slots[0];
     copyText(driver.openGLDriverName, openGlDriverForKernelDriver(facts.kernelDriver));
     copyText(driver.deviceDescription, primarySlot.deviceString);
     if (!facts.vbiosVersion.empty()) copyText(driver.biosString, facts.vbiosVersion.c_str());

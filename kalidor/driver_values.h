@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/sysfs_pci.h"
+#include "platform/pci_driver_facts.h"
 
 namespace Kalidornm {
 

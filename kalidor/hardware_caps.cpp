@@ -18,6 +18,7 @@ PrimaryVendorKind primaryVendorKindOf(int32_t pciVendorId) {
 void HardwareCaps::init(GpuList& gpus) {
     LibraryLog& trace = generalTrace();
     trace.write("HardwareCaps::init() - START");
+    pci = PciBus::scan(sources.rootDir);
     _readDisplayDeviceData();
 
     primaryVendorKind = primaryVendorKindOf(display.primary.vendorId);

@@ -8,6 +8,7 @@
 #include "gpu_live_reader.h"
 #include "gpu_record.h"
 #include "opengl/opengl_state.h"
+#include "platform/pci_bus.h"
 #include "platform/sources.h"
 #include "vendors/amd_reader.h"
 #include "vendors/nvidia_reader.h"
@@ -42,9 +43,10 @@ struct HardwareCaps {
     std::unique_ptr<GpuLiveReader> nvidiaReader;
     std::unique_ptr<GpuLiveReader> amdReader;
     KalidorSources sources;
+    PciBus pci;  // the scan that every reader of this machine works from
 
-    // Fills the display slots, the CPU block and the GPU list, in the order that gives the list its order:
-    // display devices, CPU, NVIDIA records, AMD records, then every other adapter.
+    // Scans the PCI bus, then fills the display slots, the CPU block and the GPU list, in the order that gives
+    // the list its order: display devices, CPU, NVIDIA records, AMD records, then every other adapter.
     void init(GpuList& gpus);
 
     // The reader that serves records of this class, or null.
@@ -70,6 +72,8 @@ struct HardwareCaps {
     void NVAPI_Init(GpuList& gpus);
     void ATI_Init(GpuList& gpus);
     void _createOtherAdapterRecords(GpuList& gpus);
+    // The PCI device of a display slot; null for an empty slot or one off the bus.
+    const PciDevice* _pciDeviceOfSlot(uint32_t slot) const;
 };
 
 }  // namespace Kalidornm

@@ -5,12 +5,12 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <sstream>
 
 #include "sources.h"
 #include "sysfs_files.h"
+#include "sysfs_values.h"
 
 namespace Kalidornm {
 
@@ -24,7 +24,9 @@ std::string trimmed(const std::string& text) {
 
 // The value of the first "key<sep>value" line of a file.
 std::string keyedValue(const std::string& path, const std::string& key, char separator) {
-    std::ifstream in(path);
+    const auto text = readSmallFile(path);
+    if (!text) return {};
+    std::stringstream in(*text);
     for (std::string line; std::getline(in, line);) {
         const size_t at = line.find(separator);
         if (at != std::string::npos && trimmed(line.substr(0, at)) == key) return trimmed(line.substr(at + 1));
@@ -33,7 +35,9 @@ std::string keyedValue(const std::string& path, const std::string& key, char sep
 }
 
 uint64_t meminfoKb(const std::string& rootDir, const char* key) {
-    return std::strtoull(keyedValue(underRoot(rootDir, "/proc/meminfo"), key, ':').c_str(), nullptr, 10);
+    // "32768000 kB": the number is the first word.
+    const std::string value = keyedValue(underRoot(rootDir, "/proc/meminfo"), key, ':');
+    return parseSysfsUnsigned(value.substr(0, value.find(' ')), UINT64_MAX >> 10).value_or(0);
 }
 
 std::string osReleasePrettyName(const std::string& rootDir) {
@@ -71,9 +75,10 @@ int32_t countCpuList(const std::string& list) {
         range = trimmed(range);
         if (range.empty()) continue;
         const size_t dash = range.find('-');
-        const long first = std::strtol(range.c_str(), nullptr, 10);
-        const long last = dash == std::string::npos ? first : std::strtol(range.c_str() + dash + 1, nullptr, 10);
-        if (last >= first) count += int32_t(last - first + 1);
+        constexpr uint64_t kMaxCpu = 1 << 20;
+        const auto first = parseSysfsUnsigned(range.substr(0, dash), kMaxCpu);
+        const auto last = dash == std::string::npos ? first : parseSysfsUnsigned(range.substr(dash + 1), kMaxCpu);
+        if (first && last && *last >= *first) count += int32_t(*last - *first + 1);
     }
     return count;
 }

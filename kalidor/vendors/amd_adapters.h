@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/amdgpu_sysfs.h"
+#include "platform/pci_bus.h"
 
 namespace Kalidornm {
 
@@ -12,7 +12,6 @@ namespace Kalidornm {
 // lists them. Only the fields the reader uses.
 struct AmdAdapterInfo {
     int32_t iAdapterIndex = 0;
-    char strUDID[256] = {};  // "PCI\VEN_1002&DEV_73BF&SUBSYS_0E3A1002&REV_C1", as the display slots
     int32_t iBusNumber = -1;
     int32_t iVendorID = 0;  // the hex digits of the PCI vendor read as a decimal number: 0x1002 gives 1002
     char strAdapterName[256] = {};
@@ -24,13 +23,8 @@ struct AmdAdapterInfo {
 // The adapter list of the bound devices, in device order: one entry per DRM connector, and one for a card
 // without connectors (a render-only or powered-down card still is a GPU). `adapterNames` holds one name per
 // device.
-std::vector<AmdAdapterInfo> buildAmdAdapterList(const std::vector<AmdgpuDevice>& devices,
+std::vector<AmdAdapterInfo> buildAmdAdapterList(const std::vector<const PciDevice*>& devices,
                                                 const std::vector<std::string>& adapterNames);
-
-// The display-slot id text for the ids: vendor at 8, device at 17, subdevice at 29, subvendor at 33,
-// revision at 42.
-std::string pciDeviceIdText(uint32_t vendor, uint32_t device, uint32_t subvendor, uint32_t subdevice,
-                            uint32_t revision);
 
 // The hex digits of a PCI vendor id read as a decimal number; -1 if a digit is A to F.
 int32_t decimalDigitsOfHex(uint32_t vendorId);

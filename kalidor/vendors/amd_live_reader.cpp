@@ -4,6 +4,8 @@
 #include <cmath>
 
 #include "library_log.h"
+#include "platform/sysfs_files.h"
+#include "platform/sysfs_values.h"
 #include "vendors/amd_sysfs_values.h"
 
 namespace Kalidornm {
@@ -17,15 +19,15 @@ constexpr int64_t kMaxMilliVolts = 10000;
 constexpr int64_t kMaxMicroWatts = 10'000'000'000;  // 10 kW
 
 std::optional<int64_t> readInteger(const std::string& path, int64_t low, int64_t high) {
-    std::string text;
-    if (path.empty() || !readSysfsFile(path, text)) return std::nullopt;
-    return parseSysfsInteger(text, low, high);
+    const auto text = path.empty() ? std::nullopt : readSmallFile(path);
+    if (!text) return std::nullopt;
+    return parseSysfsInteger(*text, low, high);
 }
 
 std::optional<std::vector<DpmLevel>> readDpmTable(const std::string& path) {
-    std::string text;
-    if (!readSysfsFile(path, text)) return std::nullopt;
-    return parseDpmTable(text);
+    const auto text = readSmallFile(path);
+    if (!text) return std::nullopt;
+    return parseDpmTable(*text);
 }
 
 int32_t percentOf(int64_t value, int64_t reference) {
@@ -34,12 +36,12 @@ int32_t percentOf(int64_t value, int64_t reference) {
 
 }  // namespace
 
-AmdCardFiles resolveAmdCardFiles(const AmdgpuDevice& device) {
+AmdCardFiles resolveAmdCardFiles(const PciDevice& device) {
     AmdCardFiles files;
-    files.asleep = device.runtimeStatus == "suspended";
-    files.busy = device.deviceDir + "/gpu_busy_percent";
-    files.sclk = device.deviceDir + "/pp_dpm_sclk";
-    files.mclk = device.deviceDir + "/pp_dpm_mclk";
+    files.asleep = device.asleep();
+    files.busy = device.directory + "/gpu_busy_percent";
+    files.sclk = device.directory + "/pp_dpm_sclk";
+    files.mclk = device.directory + "/pp_dpm_mclk";
     if (device.hwmonDir.empty()) return files;
     const std::string& hwmon = device.hwmonDir;
     files.temperature = hwmon + "/temp1_input";

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "gpu_live_reader.h"
-#include "platform/amdgpu_sysfs.h"
+#include "platform/pci_bus.h"
 
 namespace Kalidornm {
 
@@ -21,7 +21,7 @@ struct AmdCardFiles {
 };
 
 // Resolves the files of a device and reads the attributes that never change while it runs.
-AmdCardFiles resolveAmdCardFiles(const AmdgpuDevice& device);
+AmdCardFiles resolveAmdCardFiles(const PciDevice& device);
 
 // Live reads for AMD records. Only a record of vendor class 2 whose Overdrive version is 6 (it has an hwmon
 // directory) and whose card was awake at start-up is read; every other answers false.

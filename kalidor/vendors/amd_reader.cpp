@@ -6,7 +6,7 @@
 #include "gpu_database/gpu_naming.h"
 #include "hardware_caps.h"
 #include "library_log.h"
-#include "platform/pci_ids_file.h"
+#include "platform/pci_names.h"
 #include "vendors/amd_live_reader.h"
 
 namespace Kalidornm {
@@ -19,25 +19,25 @@ std::vector<int32_t>& seenBuses() {
     return buses;
 }
 
-std::string adapterNameOf(const std::string& rootDir, const AmdgpuDevice& device) {
-    std::string name = pciIdsDeviceName(rootDir, device.vendorId, device.deviceId);
+std::string adapterNameOf(const std::string& idsList, const PciDevice& device) {
+    std::string name = pciDeviceOnlyName(idsList, device.ids.vendor, device.ids.device);
     if (name.empty()) {
         char fallback[32];
-        std::snprintf(fallback, sizeof fallback, "AMD device %04X", device.deviceId);
+        std::snprintf(fallback, sizeof fallback, "AMD device %04X", device.ids.device);
         name = fallback;
     }
     return name;
 }
 
-}  // namespace
-
-void decodeAmdAdapterIds(GpuRecord& record, const AmdAdapterInfo& info) {
-    const char* udid = info.strUDID;
-    record.vendorId = hexQuad(udid[8], udid[9], udid[10], udid[11]);
-    record.deviceId = hexQuad(udid[17], udid[18], udid[19], udid[20]);
-    record.subdeviceId = hexQuad(udid[29], udid[30], udid[31], udid[32]);
-    record.subvendorId = hexQuad(udid[33], udid[34], udid[35], udid[36]);
+// The devices the amdgpu driver serves, in address order.
+std::vector<const PciDevice*> amdgpuDevices(const PciBus& bus) {
+    std::vector<const PciDevice*> devices;
+    for (const PciDevice& device : bus.devices())
+        if (device.driver == "amdgpu") devices.push_back(&device);
+    return devices;
 }
+
+}  // namespace
 
 void applyAmdDatabaseFacts(GpuRecord& record, const AmdAdapterInfo& info) {
     const auto facts = amdAdapterDbFacts(record.vendorId, record.deviceId, record.subdeviceId, info.strAdapterName);
@@ -62,8 +62,7 @@ void HardwareCaps::ATI_Init(GpuList& gpus) {
     trace.write("ATI_Init() START");
     amd = AmdState{};
     // The GPU and CrossFire counts: every device bound to amdgpu is a GPU; the platform has no CrossFire.
-    const std::vector<AmdgpuDevice> devices = listAmdgpuDevices(sources.rootDir);
-    amd.agsGpuCount = uint32_t(devices.size());
+    amd.agsGpuCount = uint32_t(amdgpuDevices(pci).size());
     amd.agsCrossfireGpuCount = 0;
     trace.write("AMD - Num GPUs: %d", int(amd.agsGpuCount));
     trace.write("AMD - Num CrossFire GPUs: %d", int(amd.agsCrossfireGpuCount));
@@ -80,8 +79,7 @@ bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
         trace.write("AMD_Display_Library_Init - END ERROR.");
         return false;
     }
-    const std::string& root = caps.sources.rootDir;
-    const std::vector<AmdgpuDevice> devices = listAmdgpuDevices(root);
+    const std::vector<const PciDevice*> devices = amdgpuDevices(caps.pci);
     if (devices.empty()) return false;  // no driver bound: nothing to load, no message
 
     trace.write("AMD_Display_Library_Init - function pointers.");
@@ -89,7 +87,8 @@ bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
     trace.write("AMD_Display_Library_Init - ADL_Main_Control_Create() OK.");
 
     std::vector<std::string> names;
-    for (const AmdgpuDevice& device : devices) names.push_back(adapterNameOf(root, device));
+    const std::string idsList = pciIdsListFor(caps.sources);
+    for (const PciDevice* device : devices) names.push_back(adapterNameOf(idsList, *device));
     std::vector<AmdAdapterInfo> adapters = buildAmdAdapterList(devices, names);
     if (adapters.empty()) return false;
     amd.adlLoaded = true;
@@ -116,11 +115,14 @@ bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
         record.adlAdapterIndex = info.iAdapterIndex;
         record.busId = info.iBusNumber;
 
-        const AmdgpuDevice& device = devices[info.device];
+        const PciDevice& device = *devices[info.device];
         record.overdriveVersion = device.hwmonDir.empty() ? 0 : 6;
         live.addCard(info.iAdapterIndex, resolveAmdCardFiles(device));
 
-        decodeAmdAdapterIds(record, info);
+        record.vendorId = device.ids.vendor;
+        record.deviceId = device.ids.device;
+        record.subvendorId = device.ids.subvendor;
+        record.subdeviceId = device.ids.subdevice;
         const uint32_t slot = caps.findDisplaySlot(record.vendorId, record.deviceId, record.subvendorId,
                                                    record.subdeviceId, last);
         if (slot != kNoDisplaySlot) {
@@ -141,12 +143,6 @@ bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
                     int(i));
         live.readFanSpeed(record, nullptr, nullptr);
         live.readPerfLevels(record, true);
-
-        // The kernel driver tells the memory's maker, not its type; the size is the driver values reader's.
-        if (device.vramTotalBytes != 0)
-            trace.write("AMD_Display_Library_Init - memory info: size:%lu, bandwidth:%lu, "
-                        "memoryInfo.strMemoryType:%s",
-                        static_cast<unsigned long>(device.vramTotalBytes), 0ul, record.memoryType);
     }
     trace.write("AMD_Display_Library_Init - END OK.");
     return true;

@@ -27,9 +27,6 @@ struct AmdState {
 // the first readings. False when the driver is not there, already loaded, or lists no adapter.
 bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus);
 
-// The PCI ids of a new record, decoded from the adapter's id text at the display slots' positions.
-void decodeAmdAdapterIds(GpuRecord& record, const AmdAdapterInfo& info);
-
 // Name, codename and figures from the GPU database, with the naming rules for ids that several products
 // share; without a row the adapter name stands and the codename stays empty.
 void applyAmdDatabaseFacts(GpuRecord& record, const AmdAdapterInfo& info);

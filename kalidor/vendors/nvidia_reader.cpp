@@ -6,7 +6,6 @@
 #include "gpu_database/gpu_database.h"
 #include "hardware_caps.h"
 #include "library_log.h"
-#include "platform/nvidia_sysfs.h"
 #include "vendors/nvidia_gpu.h"
 #include "vendors/nvml_library.h"
 
@@ -154,35 +153,44 @@ void fillRecord(const NvidiaState& state, uint32_t index, GpuRecord& r, const Nv
 }
 
 // Records of sleeping GPUs, made without asking the driver anything.
-void addSleepingGpus(const std::vector<SysfsNvidiaGpu>& sleeping, GpuList& gpus, const NvidiaDisplayHooks& hooks) {
+void addSleepingGpus(const std::vector<const PciDevice*>& sleeping, GpuList& gpus, const NvidiaDisplayHooks& hooks) {
     uint32_t last = kNoDisplaySlot;
-    for (const SysfsNvidiaGpu& gpu : sleeping) {
+    for (const PciDevice* gpu : sleeping) {
         GpuRecord& r = gpus.append(std::make_unique<GpuRecord>());
+        const PciIds& ids = gpu->ids;
         r.vendorClass = kVendorClassNvidia;
-        r.busId = gpu.bus;
-        r.vendorId = gpu.vendorId, r.deviceId = gpu.deviceId;
-        r.subvendorId = gpu.subvendorId, r.subdeviceId = gpu.subdeviceId;
-        r.nvDeviceId32 = gpu.deviceId << 16 | gpu.vendorId;
-        r.nvSubsystemId32 = gpu.subdeviceId << 16 | gpu.subvendorId;
+        r.busId = int32_t(gpu->address.bus);
+        r.vendorId = ids.vendor, r.deviceId = ids.device;
+        r.subvendorId = ids.subvendor, r.subdeviceId = ids.subdevice;
+        r.nvDeviceId32 = ids.device << 16 | ids.vendor;
+        r.nvSubsystemId32 = ids.subdevice << 16 | ids.subvendor;
         takeDisplaySlot(r, hooks, last);
         if (hooks.readDriverRegistry) hooks.readDriverRegistry(r);
         nameFromDatabase(r, NvGpuInfo{});
     }
 }
 
-bool allSleeping(const std::vector<SysfsNvidiaGpu>& gpus) {
-    for (const SysfsNvidiaGpu& gpu : gpus)
-        if (!gpu.suspended) return false;
+// The NVIDIA display controllers, in address order.
+std::vector<const PciDevice*> nvidiaGpus(const PciBus& bus) {
+    std::vector<const PciDevice*> gpus;
+    for (const PciDevice& device : bus.devices())
+        if (device.ids.vendor == 0x10DE && device.isDisplay()) gpus.push_back(&device);
+    return gpus;
+}
+
+bool allSleeping(const std::vector<const PciDevice*>& gpus) {
+    for (const PciDevice* gpu : gpus)
+        if (!gpu->asleep()) return false;
     return !gpus.empty();
 }
 
 }  // namespace
 
-void initNvidiaReader(NvidiaState& state, const std::string& libraryPath, const std::string& rootDir,
-                      GpuList& gpus, const NvidiaDisplayHooks& hooks) {
+void initNvidiaReader(NvidiaState& state, const std::string& libraryPath, const PciBus& bus, GpuList& gpus,
+                      const NvidiaDisplayHooks& hooks) {
     LibraryLog& trace = zTrace();
     state.reset();
-    const std::vector<SysfsNvidiaGpu> present = listSysfsNvidiaGpus(rootDir);
+    const std::vector<const PciDevice*> present = nvidiaGpus(bus);
     if (allSleeping(present)) {
         trace.write("NVML - every NVIDIA GPU sleeps; the driver is not asked");
         addSleepingGpus(present, gpus, hooks);
@@ -224,7 +232,7 @@ void HardwareCaps::NVAPI_Init(GpuList& gpus) {
     hooks.readDriverRegistry = [this](GpuRecord& record) { return readGpuDriverRegistry(record); };
 
     nvidiaReader.reset();
-    initNvidiaReader(nvidia, sources.nvmlLibrary, sources.rootDir, gpus, hooks);
+    initNvidiaReader(nvidia, sources.nvmlLibrary, pci, gpus, hooks);
     if (nvidia.library()) nvidiaReader = makeNvidiaLiveReader(nvidia);
 }
 

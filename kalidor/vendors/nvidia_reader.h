@@ -8,6 +8,7 @@
 #include "display_devices.h"
 #include "gpu_live_reader.h"
 #include "gpu_record.h"
+#include "platform/pci_bus.h"
 
 namespace Kalidornm {
 
@@ -63,10 +64,10 @@ struct NvidiaDisplayHooks {
 
 // Finds the NVIDIA GPUs through the library at `libraryPath` and appends one record per GPU, in driver order.
 // Without the library, or when it does not start, the block stays empty and no record is made. Starting the
-// library wakes sleeping GPUs, so when every NVIDIA GPU under <rootDir>/sys sleeps it is not started: each
-// gets a record from its PCI ids and the GPU database, and no live value.
-void initNvidiaReader(NvidiaState& state, const std::string& libraryPath, const std::string& rootDir,
-                      GpuList& gpus, const NvidiaDisplayHooks& hooks);
+// library wakes sleeping GPUs, so when every NVIDIA GPU on the bus sleeps it is not started: each gets a
+// record from its PCI ids and the GPU database, and no live value.
+void initNvidiaReader(NvidiaState& state, const std::string& libraryPath, const PciBus& bus, GpuList& gpus,
+                      const NvidiaDisplayHooks& hooks);
 
 // The live reads of the records the NVIDIA reader made.
 std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state);

@@ -27,6 +27,7 @@ struct Machine {
     explicit Machine(const std::string& root) {
         resetAmdSeenBuses();
         caps.sources.rootDir = root;
+        caps.pci = PciBus::scan(root);
         caps.ATI_Init(gpus);
     }
     AmdLiveReader& reader() { return *dynamic_cast<AmdLiveReader*>(caps.amdReader.get()); }
@@ -255,6 +256,7 @@ TEST(KalidorAmd, FacadeReadsPowerControlAndCounts) {
     ASSERT_NE(caps, nullptr);
     resetAmdSeenBuses();
     caps->sources.rootDir = kFixtures + "/amdgpu-two-cards";
+    caps->pci = PciBus::scan(caps->sources.rootDir);
     caps->ATI_Init(gGlobals.gpus);
 
     EXPECT_EQ(library->getAmdAgsGpuCount(), 2u);

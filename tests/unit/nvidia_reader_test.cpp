@@ -108,7 +108,7 @@ TEST(NvidiaReader, NoLibraryOrNoDriverMakesNoRecord) {
                                     FakeNvmlMachine::library("broken")}) {
         NvidiaState state;
         GpuList gpus;
-        initNvidiaReader(state, path, kNoSysfs, gpus, NvidiaDisplayHooks{});
+        initNvidiaReader(state, path, PciBus::scan(kNoSysfs), gpus, NvidiaDisplayHooks{});
         EXPECT_TRUE(gpus.empty()) << path;
         EXPECT_EQ(state.library(), nullptr) << path;
         EXPECT_EQ(state.nvPhysicalGpuCount, 0u);
@@ -133,7 +133,7 @@ TEST(NvidiaReader, TwoIdenticalCardsGetARecordAndADisplaySlotEach) {
     TwoSlotDisplay display;
     NvidiaState state;
     GpuList gpus;
-    initNvidiaReader(state, FakeNvmlMachine::library(), kNoSysfs, gpus, display.hooks());
+    initNvidiaReader(state, FakeNvmlMachine::library(), PciBus::scan(kNoSysfs), gpus, display.hooks());
 
     ASSERT_EQ(gpus.size(), 2u);
     ASSERT_EQ(state.nvPhysicalGpuCount, 2u);
@@ -171,7 +171,7 @@ TEST(NvidiaReader, RecordTakesTheDriversFiguresAndItsPerfLevelTable) {
     FakeNvmlMachine machine(kBusyGtx680);
     NvidiaState state;
     GpuList gpus;
-    initNvidiaReader(state, FakeNvmlMachine::library(), kNoSysfs, gpus, NvidiaDisplayHooks{});
+    initNvidiaReader(state, FakeNvmlMachine::library(), PciBus::scan(kNoSysfs), gpus, NvidiaDisplayHooks{});
     ASSERT_EQ(gpus.size(), 1u);
     const GpuRecord& r = *gpus.at(0);
     EXPECT_EQ(r.displaySlot, kNoDisplaySlot);
@@ -203,7 +203,7 @@ TEST(NvidiaReader, UnknownDeviceZeroTemperatureAndFailingReadsKeepDefaults) {
         "gpu 1 fail DeviceGetMaxClockInfo\n");
     NvidiaState state;
     GpuList gpus;
-    initNvidiaReader(state, FakeNvmlMachine::library(), kNoSysfs, gpus, NvidiaDisplayHooks{});
+    initNvidiaReader(state, FakeNvmlMachine::library(), PciBus::scan(kNoSysfs), gpus, NvidiaDisplayHooks{});
     ASSERT_EQ(gpus.size(), 2u);
     const GpuRecord& prototype = *gpus.at(0);
     EXPECT_STREQ(prototype.name, "NVIDIA Prototype");
@@ -224,7 +224,7 @@ TEST(NvidiaReader, OldLibraryStartsThroughThePlainInitAndLacksTheNewerReads) {
     FakeNvmlMachine machine(kBusyGtx680);
     NvidiaState state;
     GpuList gpus;
-    initNvidiaReader(state, FakeNvmlMachine::library("legacy"), kNoSysfs, gpus, NvidiaDisplayHooks{});
+    initNvidiaReader(state, FakeNvmlMachine::library("legacy"), PciBus::scan(kNoSysfs), gpus, NvidiaDisplayHooks{});
     ASSERT_EQ(gpus.size(), 1u);
     const GpuRecord& r = *gpus.at(0);
     EXPECT_EQ(r.deviceId, 0x1180u);
@@ -270,7 +270,7 @@ TEST(NvidiaReader, SleepingGpusGetRecordsWithoutWakingTheDriver) {
         SysfsTree sysfs({{"0000:01:00.0", "suspended"}});
         NvidiaState state;
         GpuList gpus;
-        initNvidiaReader(state, FakeNvmlMachine::library(), sysfs.root(), gpus, NvidiaDisplayHooks{});
+        initNvidiaReader(state, FakeNvmlMachine::library(), PciBus::scan(sysfs.root()), gpus, NvidiaDisplayHooks{});
         EXPECT_EQ(state.library(), nullptr);
         ASSERT_EQ(gpus.size(), 1u);
         const GpuRecord& r = *gpus.at(0);
@@ -287,7 +287,7 @@ TEST(NvidiaReader, SleepingGpusGetRecordsWithoutWakingTheDriver) {
         SysfsTree sysfs({{"0000:01:00.0", "suspended"}, {"0000:02:00.0", "active"}});
         NvidiaState state;
         GpuList gpus;
-        initNvidiaReader(state, FakeNvmlMachine::library(), sysfs.root(), gpus, NvidiaDisplayHooks{});
+        initNvidiaReader(state, FakeNvmlMachine::library(), PciBus::scan(sysfs.root()), gpus, NvidiaDisplayHooks{});
         EXPECT_NE(state.library(), nullptr);
         ASSERT_EQ(gpus.size(), 1u);
         EXPECT_TRUE(gpus.at(0)->hasTemperature);

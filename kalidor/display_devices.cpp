@@ -1,10 +1,10 @@
 #include <cstdio>
 #include <cstring>
 
-#include "gpu_database/gpu_database.h"
 #include "hardware_caps.h"
 #include "library_log.h"
 #include "platform/display_device_source.h"
+#include "vendors/vendor_backend.h"
 
 namespace Kalidornm {
 
@@ -70,45 +70,7 @@ void HardwareCaps::_readDisplayDeviceData() {
 
 uint32_t HardwareCaps::findDisplaySlot(uint32_t vendor, uint32_t device, uint32_t subvendor, uint32_t subdevice,
                                        uint32_t skip) const {
-    for (uint32_t i = 0; i < uint32_t(kDisplaySlotCount); ++i) {
-        if (i == skip) continue;
-        const DisplaySlot& slot = display.slots[i];
-        if (!slot.deviceId[0] || slot.ids.vendor != vendor || slot.ids.device != device) continue;
-        if (subvendor != 0 && slot.ids.subvendor != 0 && slot.ids.subvendor != subvendor) continue;
-        if (subdevice != 0 && slot.ids.subdevice != 0 && slot.ids.subdevice != subdevice) continue;
-        return i;
-    }
-    return kNoDisplaySlot;
-}
-
-void HardwareCaps::_createOtherAdapterRecords(GpuList& gpus) {
-    for (uint32_t i = 0; i < uint32_t(kDisplaySlotCount) && display.slots[i].deviceId[0]; ++i) {
-        const DisplaySlot& slot = display.slots[i];
-        // NVIDIA and AMD adapters belong to their vendor readers, which ran before.
-        if (slot.ids.vendor == PciVendorNvidia || slot.ids.vendor == PciVendorAmd) continue;
-
-        GpuRecord& record = gpus.append(std::make_unique<GpuRecord>());
-        record.vendorClass = kVendorClassNone;
-        copyText(record.name, slot.deviceString);
-        record.vendorId = slot.ids.vendor;
-        record.deviceId = slot.ids.device;
-        record.subvendorId = slot.ids.subvendor;
-        record.subdeviceId = slot.ids.subdevice;
-        record.displaySlot = i;
-        copyText(record.displayDeviceId, slot.deviceId);
-        copyText(record.displayDeviceName, slot.deviceName);
-        copyText(record.displayDeviceString, slot.deviceString);
-        copyText(record.displayDeviceKey, slot.deviceKey);
-
-        const int32_t row = findGpuRow(record.vendorId, record.deviceId);
-        if (row >= 0) {
-            copyText(record.codename, gpuDbCodename(record.vendorId, row));
-            record.tmus = gpuDbClampedFigure(record.vendorId, row, GpuDbFigure::Tmus);
-            record.rops = gpuDbClampedFigure(record.vendorId, row, GpuDbFigure::Rops);
-            record.tdpWatts = gpuDbClampedFigure(record.vendorId, row, GpuDbFigure::TdpWatts);
-        }
-        readGpuDriverRegistry(record);
-    }
+    return Kalidornm::findDisplaySlot(display, PciIds{vendor, device, subvendor, subdevice, 0}, skip);
 }
 
 }  // namespace Kalidornm

@@ -7,6 +7,7 @@
 
 #include "hardware_caps.h"
 #include "library_log.h"
+#include "vendors/vendor_backend.h"
 
 namespace Kalidornm {
 
@@ -90,28 +91,8 @@ const PciDevice* HardwareCaps::_pciDeviceOfSlot(uint32_t slot) const {
     return pci.find(*display.slots[slot].address);
 }
 
-// The driver values of the record's device, found through its display slot; no device, no values.
-// Catalyst and Crimson belong to another platform's AMD driver and stay empty here.
 bool HardwareCaps::readGpuDriverRegistry(GpuRecord& record) {
-    const PciDevice* device = _pciDeviceOfSlot(record.displaySlot);
-    if (!device) return false;
-    const SysfsDriverFacts facts = readDriverFacts(sources.rootDir, *device);
-
-    if (!facts.vbiosVersion.empty()) copyText(record.biosVersion, facts.vbiosVersion.c_str());
-    if (facts.vramBytes) record.memorySizeMb = uint32_t(facts.vramBytes >> 20);
-    record.isCrimson = 0;
-    char version[128];
-    copyText(version, driverVersionOf(facts).c_str());
-    copyText(record.driverVersion, version);
-    copyText(record.driverDate, driverDateOf(facts).c_str());
-
-    const char* glDriver = openGlDriverForKernelDriver(facts.kernelDriver);
-    if (*glDriver) {
-        copyText(record.openGLDriverName, glDriver);
-        const std::string withGl = std::string(record.driverVersion) + " " + glDriver;
-        copyText(record.driverVersion, withGl.c_str());
-    }
-    return true;
+    return readGpuDriverValues(record, BackendServices{sources, pci, display});
 }
 
 bool HardwareCaps::initGraphicsControllerData() {

@@ -4,10 +4,10 @@
 #include <memory>
 
 #include "gpu_database/gpu_naming.h"
-#include "hardware_caps.h"
 #include "library_log.h"
 #include "platform/pci_names.h"
 #include "vendors/amd_live_reader.h"
+#include "vendors/vendor_backend.h"
 
 namespace Kalidornm {
 
@@ -27,14 +27,6 @@ std::string adapterNameOf(const std::string& idsList, const PciDevice& device) {
         name = fallback;
     }
     return name;
-}
-
-// The devices the amdgpu driver serves, in address order.
-std::vector<const PciDevice*> amdgpuDevices(const PciBus& bus) {
-    std::vector<const PciDevice*> devices;
-    for (const PciDevice& device : bus.devices())
-        if (device.driver == "amdgpu") devices.push_back(&device);
-    return devices;
 }
 
 }  // namespace
@@ -57,21 +49,9 @@ void applyAmdDatabaseFacts(GpuRecord& record, const AmdAdapterInfo& info) {
 
 void resetAmdSeenBuses() { seenBuses().clear(); }
 
-void HardwareCaps::ATI_Init(GpuList& gpus) {
+bool AMD_Display_Library_Init(AmdState& amd, AmdLiveReader& live, const std::vector<const PciDevice*>& devices,
+                              const BackendServices& services, GpuList& gpus) {
     LibraryLog& trace = generalTrace();
-    trace.write("ATI_Init() START");
-    amd = AmdState{};
-    // The GPU and CrossFire counts: every device bound to amdgpu is a GPU; the platform has no CrossFire.
-    amd.agsGpuCount = uint32_t(amdgpuDevices(pci).size());
-    amd.agsCrossfireGpuCount = 0;
-    trace.write("AMD - Num GPUs: %d", int(amd.agsGpuCount));
-    trace.write("AMD - Num CrossFire GPUs: %d", int(amd.agsCrossfireGpuCount));
-    if (AMD_Display_Library_Init(*this, gpus)) trace.write("ATI_Init() END OK.");
-}
-
-bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
-    LibraryLog& trace = generalTrace();
-    AmdState& amd = caps.amd;
     trace.write("AMD_Display_Library_Init - START");
     amd.amdAdapterCount = 0;
     amd.amdUsableAdapterCount = 0;
@@ -79,7 +59,6 @@ bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
         trace.write("AMD_Display_Library_Init - END ERROR.");
         return false;
     }
-    const std::vector<const PciDevice*> devices = amdgpuDevices(caps.pci);
     if (devices.empty()) return false;  // no driver bound: nothing to load, no message
 
     trace.write("AMD_Display_Library_Init - function pointers.");
@@ -87,7 +66,7 @@ bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
     trace.write("AMD_Display_Library_Init - ADL_Main_Control_Create() OK.");
 
     std::vector<std::string> names;
-    const std::string idsList = pciIdsListFor(caps.sources);
+    const std::string idsList = pciIdsListFor(services.sources);
     for (const PciDevice* device : devices) names.push_back(adapterNameOf(idsList, *device));
     std::vector<AmdAdapterInfo> adapters = buildAmdAdapterList(devices, names);
     if (adapters.empty()) return false;
@@ -95,10 +74,6 @@ bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
     amd.adlAdapterCount = int32_t(adapters.size());
     trace.write("AMD_Display_Library_Init -  Found: %d adapters", amd.adlAdapterCount);
     amd.adlAdapterInfo = adapters;
-
-    auto reader = std::make_unique<AmdLiveReader>();
-    AmdLiveReader& live = *reader;
-    caps.amdReader = std::move(reader);
 
     uint32_t last = kNoDisplaySlot;
     for (size_t i = 0; i < adapters.size(); ++i) {
@@ -123,18 +98,8 @@ bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
         record.deviceId = device.ids.device;
         record.subvendorId = device.ids.subvendor;
         record.subdeviceId = device.ids.subdevice;
-        const uint32_t slot = caps.findDisplaySlot(record.vendorId, record.deviceId, record.subvendorId,
-                                                   record.subdeviceId, last);
-        if (slot != kNoDisplaySlot) {
-            const DisplaySlot& display = caps.display.slots[slot];
-            last = slot;
-            record.displaySlot = slot;
-            copyText(record.displayDeviceId, display.deviceId);
-            copyText(record.displayDeviceName, display.deviceName);
-            copyText(record.displayDeviceString, display.deviceString);
-            copyText(record.displayDeviceKey, display.deviceKey);
-        }
-        caps.readGpuDriverRegistry(record);
+        takeDisplaySlot(record, services.display, last);
+        readGpuDriverValues(record, services);
         applyAmdDatabaseFacts(record, info);
 
         trace.write("AMD_Display_Library_Init -  adapter %d - AMD_Display_Library_ReadGpuTemperature()", int(i));
@@ -147,5 +112,45 @@ bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
     trace.write("AMD_Display_Library_Init - END OK.");
     return true;
 }
+
+namespace {
+
+// GPUs of the amdgpu kernel driver, read through its sysfs attributes and hwmon.
+class AmdBackend final : public VendorBackend {
+public:
+    explicit AmdBackend(AmdState& state) : m_state(state) {}
+
+    // The devices the amdgpu driver serves, in address order.
+    std::vector<const PciDevice*> detect(const PciBus& pci) const override {
+        std::vector<const PciDevice*> devices;
+        for (const PciDevice& device : pci.devices())
+            if (device.driver == "amdgpu") devices.push_back(&device);
+        return devices;
+    }
+
+    void createRecords(const std::vector<const PciDevice*>& devices, const BackendServices& services,
+                       GpuList& gpus) override {
+        LibraryLog& trace = generalTrace();
+        trace.write("ATI_Init() START");
+        m_state = AmdState{};
+        m_reader = std::make_unique<AmdLiveReader>();
+        // The GPU and CrossFire counts: every device bound to amdgpu is a GPU; the platform has no CrossFire.
+        m_state.agsGpuCount = uint32_t(devices.size());
+        m_state.agsCrossfireGpuCount = 0;
+        trace.write("AMD - Num GPUs: %d", int(m_state.agsGpuCount));
+        trace.write("AMD - Num CrossFire GPUs: %d", int(m_state.agsCrossfireGpuCount));
+        if (AMD_Display_Library_Init(m_state, *m_reader, devices, services, gpus)) trace.write("ATI_Init() END OK.");
+    }
+
+    GpuLiveReader* liveReader() override { return m_reader.get(); }
+
+private:
+    AmdState& m_state;
+    std::unique_ptr<AmdLiveReader> m_reader;
+};
+
+}  // namespace
+
+std::unique_ptr<VendorBackend> makeAmdBackend(VendorBlocks& blocks) { return std::make_unique<AmdBackend>(blocks.amd); }
 
 }  // namespace Kalidornm

@@ -7,8 +7,9 @@
 
 namespace Kalidornm {
 
-struct HardwareCaps;
+struct BackendServices;
 struct GpuRecord;
+class AmdLiveReader;
 class GpuList;
 
 // What the AMD reader keeps about the driver and its GPUs. The kernel driver stands in for the vendor's
@@ -23,9 +24,11 @@ struct AmdState {
     uint32_t agsCrossfireGpuCount = 0;   // always 0: no CrossFire on this platform
 };
 
-// Loads the adapter list, creates one record per physical AMD GPU, installs the AMD live reader and takes
-// the first readings. False when the driver is not there, already loaded, or lists no adapter.
-bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus);
+// Builds the adapter list of the amdgpu devices, creates one record per physical AMD GPU, gives each card's
+// files to the live reader and takes the first readings. False when no device is bound, the list is already
+// loaded, or it lists no adapter.
+bool AMD_Display_Library_Init(AmdState& amd, AmdLiveReader& live, const std::vector<const PciDevice*>& devices,
+                              const BackendServices& services, GpuList& gpus);
 
 // Name, codename and figures from the GPU database, with the naming rules for ids that several products
 // share; without a row the adapter name stands and the codename stays empty.

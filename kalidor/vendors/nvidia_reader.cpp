@@ -4,10 +4,10 @@
 #include <vector>
 
 #include "gpu_database/gpu_database.h"
-#include "hardware_caps.h"
 #include "library_log.h"
 #include "vendors/nvidia_gpu.h"
 #include "vendors/nvml_library.h"
+#include "vendors/vendor_backend.h"
 
 namespace Kalidornm {
 
@@ -58,20 +58,6 @@ void readPciIds(const NvmlLibrary& nvml, GpuRecord& r) {
     r.subdeviceId = pci.pciSubSystemId >> 16;
 }
 
-void takeDisplaySlot(GpuRecord& r, const NvidiaDisplayHooks& hooks, uint32_t& last) {
-    if (!hooks.findDisplaySlot) return;
-    const uint32_t slot = hooks.findDisplaySlot(r.vendorId, r.deviceId, r.subvendorId, r.subdeviceId, last);
-    if (slot == kNoDisplaySlot) return;
-    last = slot;
-    r.displaySlot = slot;
-    if (const DisplaySlot* s = hooks.slot ? hooks.slot(slot) : nullptr) {
-        copyText(r.displayDeviceId, s->deviceId);
-        copyText(r.displayDeviceName, s->deviceName);
-        copyText(r.displayDeviceString, s->deviceString);
-        copyText(r.displayDeviceKey, s->deviceKey);
-    }
-}
-
 void nameFromDatabase(GpuRecord& r, const NvGpuInfo& info) {
     const int32_t row = findGpuRow(r.vendorId, r.deviceId);
     if (row >= 0 && *gpuDbName(r.vendorId, row)) {
@@ -120,14 +106,14 @@ void readPerfLevelTable(const NvmlLibrary& nvml, GpuRecord& r) {
 }
 
 // Step 7, one record: the order of the reads follows the driver reader of other platforms.
-void fillRecord(const NvidiaState& state, uint32_t index, GpuRecord& r, const NvidiaDisplayHooks& hooks,
+void fillRecord(const NvidiaState& state, uint32_t index, GpuRecord& r, const BackendServices& services,
                 uint32_t& last) {
     const NvmlLibrary& nvml = *state.library();
     r.nvPhysicalGpu = state.nvPhysicalGpus[index];
     r.vendorClass = kVendorClassNvidia;
     readPciIds(nvml, r);
-    takeDisplaySlot(r, hooks, last);
-    if (hooks.readDriverRegistry) hooks.readDriverRegistry(r);
+    takeDisplaySlot(r, services.display, last);
+    readGpuDriverValues(r, services);
 
     copyText(r.driverAdapterString, state.nvDriverAdapterString);
     copyText(r.driverBranch, state.nvDriverBranch);
@@ -153,7 +139,8 @@ void fillRecord(const NvidiaState& state, uint32_t index, GpuRecord& r, const Nv
 }
 
 // Records of sleeping GPUs, made without asking the driver anything.
-void addSleepingGpus(const std::vector<const PciDevice*>& sleeping, GpuList& gpus, const NvidiaDisplayHooks& hooks) {
+void addSleepingGpus(const std::vector<const PciDevice*>& sleeping, GpuList& gpus,
+                     const BackendServices& services) {
     uint32_t last = kNoDisplaySlot;
     for (const PciDevice* gpu : sleeping) {
         GpuRecord& r = gpus.append(std::make_unique<GpuRecord>());
@@ -164,18 +151,10 @@ void addSleepingGpus(const std::vector<const PciDevice*>& sleeping, GpuList& gpu
         r.subvendorId = ids.subvendor, r.subdeviceId = ids.subdevice;
         r.nvDeviceId32 = ids.device << 16 | ids.vendor;
         r.nvSubsystemId32 = ids.subdevice << 16 | ids.subvendor;
-        takeDisplaySlot(r, hooks, last);
-        if (hooks.readDriverRegistry) hooks.readDriverRegistry(r);
+        takeDisplaySlot(r, services.display, last);
+        readGpuDriverValues(r, services);
         nameFromDatabase(r, NvGpuInfo{});
     }
-}
-
-// The NVIDIA display controllers, in address order.
-std::vector<const PciDevice*> nvidiaGpus(const PciBus& bus) {
-    std::vector<const PciDevice*> gpus;
-    for (const PciDevice& device : bus.devices())
-        if (device.ids.vendor == 0x10DE && device.isDisplay()) gpus.push_back(&device);
-    return gpus;
 }
 
 bool allSleeping(const std::vector<const PciDevice*>& gpus) {
@@ -184,56 +163,71 @@ bool allSleeping(const std::vector<const PciDevice*>& gpus) {
     return !gpus.empty();
 }
 
+// GPUs through NVIDIA's management library.
+class NvidiaBackend final : public VendorBackend {
+public:
+    explicit NvidiaBackend(NvidiaState& state) : m_state(state) {}
+
+    // The NVIDIA display controllers, in address order.
+    std::vector<const PciDevice*> detect(const PciBus& pci) const override {
+        std::vector<const PciDevice*> gpus;
+        for (const PciDevice& device : pci.devices())
+            if (device.ids.vendor == PciVendorNvidia && device.isDisplay()) gpus.push_back(&device);
+        return gpus;
+    }
+
+    // Starting the library wakes sleeping GPUs, so when every NVIDIA GPU on the bus sleeps it is not started:
+    // each gets a record from its PCI ids and the GPU database, and no live value. Without the library, or
+    // when it does not start, no record is made.
+    void createRecords(const std::vector<const PciDevice*>& devices, const BackendServices& services,
+                       GpuList& gpus) override {
+        LibraryLog& trace = zTrace();
+        m_state.reset();
+        m_reader.reset();
+        if (allSleeping(devices)) {
+            trace.write("NVML - every NVIDIA GPU sleeps; the driver is not asked");
+            addSleepingGpus(devices, gpus, services);
+            return;
+        }
+        const std::string& libraryPath = services.sources.nvmlLibrary;
+        auto nvml = std::make_unique<NvmlLibrary>();
+        if (!nvml->load(libraryPath) || !nvml->start()) {
+            trace.write("NVML - %s not available", libraryPath.c_str());
+            return;
+        }
+        m_state.nvml = std::move(nvml);
+        const NvmlLibrary& lib = *m_state.library();
+
+        char text[NVML_SYSTEM_DRIVER_VERSION_BUFFER_SIZE] = {};
+        if (lib.systemGetNvmlVersion && lib.systemGetNvmlVersion(text, sizeof text) == NVML_SUCCESS)
+            trace.write("NVAPI version: %s", text);
+
+        char driver[NVML_SYSTEM_DRIVER_VERSION_BUFFER_SIZE] = {};
+        if (lib.systemGetDriverVersion(driver, sizeof driver) != NVML_SUCCESS) driver[0] = '\0';
+        formatNvidiaDriverBranch(driver, m_state.nvDriverBranch);
+        m_state.nvDriverVersion = nvidiaDriverVersionNumber(driver);
+        trace.write("NVAPI - driver version: %s --- %u --- %s", m_state.nvDriverBranch, m_state.nvDriverVersion,
+                    m_state.nvDriverAdapterString);
+
+        enumerateGpus(m_state);
+
+        uint32_t last = kNoDisplaySlot;
+        for (uint32_t i = 0; i < m_state.nvPhysicalGpuCount; ++i)
+            fillRecord(m_state, i, gpus.append(std::make_unique<GpuRecord>()), services, last);
+        m_reader = makeNvidiaLiveReader(m_state);
+    }
+
+    GpuLiveReader* liveReader() override { return m_reader.get(); }
+
+private:
+    NvidiaState& m_state;
+    std::unique_ptr<GpuLiveReader> m_reader;
+};
+
 }  // namespace
 
-void initNvidiaReader(NvidiaState& state, const std::string& libraryPath, const PciBus& bus, GpuList& gpus,
-                      const NvidiaDisplayHooks& hooks) {
-    LibraryLog& trace = zTrace();
-    state.reset();
-    const std::vector<const PciDevice*> present = nvidiaGpus(bus);
-    if (allSleeping(present)) {
-        trace.write("NVML - every NVIDIA GPU sleeps; the driver is not asked");
-        addSleepingGpus(present, gpus, hooks);
-        return;
-    }
-    auto nvml = std::make_unique<NvmlLibrary>();
-    if (!nvml->load(libraryPath) || !nvml->start()) {
-        trace.write("NVML - %s not available", libraryPath.c_str());
-        return;
-    }
-    state.nvml = std::move(nvml);
-    const NvmlLibrary& lib = *state.library();
-
-    char text[NVML_SYSTEM_DRIVER_VERSION_BUFFER_SIZE] = {};
-    if (lib.systemGetNvmlVersion && lib.systemGetNvmlVersion(text, sizeof text) == NVML_SUCCESS)
-        trace.write("NVAPI version: %s", text);
-
-    char driver[NVML_SYSTEM_DRIVER_VERSION_BUFFER_SIZE] = {};
-    if (lib.systemGetDriverVersion(driver, sizeof driver) != NVML_SUCCESS) driver[0] = '\0';
-    formatNvidiaDriverBranch(driver, state.nvDriverBranch);
-    state.nvDriverVersion = nvidiaDriverVersionNumber(driver);
-    trace.write("NVAPI - driver version: %s --- %u --- %s", state.nvDriverBranch, state.nvDriverVersion,
-                state.nvDriverAdapterString);
-
-    enumerateGpus(state);
-
-    uint32_t last = kNoDisplaySlot;
-    for (uint32_t i = 0; i < state.nvPhysicalGpuCount; ++i)
-        fillRecord(state, i, gpus.append(std::make_unique<GpuRecord>()), hooks, last);
-}
-
-void HardwareCaps::NVAPI_Init(GpuList& gpus) {
-    NvidiaDisplayHooks hooks;
-    hooks.findDisplaySlot = [this](uint32_t vendor, uint32_t device, uint32_t subvendor, uint32_t subdevice,
-                                   uint32_t skip) { return findDisplaySlot(vendor, device, subvendor, subdevice, skip); };
-    hooks.slot = [this](uint32_t slot) -> const DisplaySlot* {
-        return slot < uint32_t(kDisplaySlotCount) ? &display.slots[slot] : nullptr;
-    };
-    hooks.readDriverRegistry = [this](GpuRecord& record) { return readGpuDriverRegistry(record); };
-
-    nvidiaReader.reset();
-    initNvidiaReader(nvidia, sources.nvmlLibrary, pci, gpus, hooks);
-    if (nvidia.library()) nvidiaReader = makeNvidiaLiveReader(nvidia);
+std::unique_ptr<VendorBackend> makeNvidiaBackend(VendorBlocks& blocks) {
+    return std::make_unique<NvidiaBackend>(blocks.nvidia);
 }
 
 }  // namespace Kalidornm

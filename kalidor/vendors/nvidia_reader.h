@@ -1,14 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 
-#include "display_devices.h"
 #include "gpu_live_reader.h"
 #include "gpu_record.h"
-#include "platform/pci_bus.h"
 
 namespace Kalidornm {
 
@@ -25,9 +22,9 @@ struct NvGpuInfo {
     char fullName[128] = {};
 };
 
-// What the NVIDIA reader keeps about the driver and its GPUs. The management library stays loaded and started
-// from start-up to shutdown so that live reads cost one or two calls. Index i of the handle table is record i
-// of the GPU list: NVIDIA records come first, in the driver's order.
+// What the NVIDIA backend keeps about the driver and its GPUs. The management library stays loaded and
+// started from start-up to shutdown so that live reads cost one or two calls. Index i of the handle table is
+// record i of the GPU list: NVIDIA records come first, in the driver's order.
 struct NvidiaState {
     NvidiaState();
     ~NvidiaState();
@@ -52,26 +49,6 @@ struct NvidiaState {
     uint32_t nvDriverVersion = 0;   // driver version x 100: 55054 for "550.54.15"
 };
 
-// What record creation asks of the display-device reader.
-struct NvidiaDisplayHooks {
-    // The first display slot after `skip` that fits the ids; kNoDisplaySlot if none.
-    std::function<uint32_t(uint32_t vendor, uint32_t device, uint32_t subvendor, uint32_t subdevice,
-                           uint32_t skip)>
-        findDisplaySlot;
-    std::function<const DisplaySlot*(uint32_t slot)> slot;
-    std::function<bool(GpuRecord&)> readDriverRegistry;
-};
-
-// Finds the NVIDIA GPUs through the library at `libraryPath` and appends one record per GPU, in driver order.
-// Without the library, or when it does not start, the block stays empty and no record is made. Starting the
-// library wakes sleeping GPUs, so when every NVIDIA GPU on the bus sleeps it is not started: each gets a
-// record from its PCI ids and the GPU database, and no live value.
-void initNvidiaReader(NvidiaState& state, const std::string& libraryPath, const PciBus& bus, GpuList& gpus,
-                      const NvidiaDisplayHooks& hooks);
-
-// The live reads of the records the NVIDIA reader made.
-std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state);
-
 // Driver version text rules: "550.54.15" gives 55054 (a minor version above 99 keeps its first two digits,
 // since the number has room for two), 0 for a text without a major version; 55054 gives "R550.54"; the
 // branch is the major version as "r550", empty without one.
@@ -91,5 +68,8 @@ struct NvidiaClockSnapshot {
 // current P-state at its current clocks when it is another one, in ascending id order. Returns the number
 // of levels written (0 to 2). Voltage and shader clock stay 0: the library reports neither.
 uint32_t buildNvidiaPerfLevels(const NvidiaClockSnapshot& clocks, PerfLevel (&levels)[2]);
+
+// The live reads of the records the NVIDIA backend made.
+std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state);
 
 }  // namespace Kalidornm

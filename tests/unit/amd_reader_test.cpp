@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 const std::string kFixtures = SYSFS_FIXTURES;
 const std::string kRx6800Hwmon = "/sys/bus/pci/devices/0000:03:00.0/hwmon/hwmon2/";
 
-// A machine replayed from a fixture tree, with the AMD reader run on it as start-up runs it.
+// A machine replayed from a fixture tree, its records made as start-up makes them (no NVIDIA library).
 struct Machine {
     HardwareCaps caps;
     GpuList gpus;
@@ -27,10 +27,11 @@ struct Machine {
     explicit Machine(const std::string& root) {
         resetAmdSeenBuses();
         caps.sources.rootDir = root;
-        caps.pci = PciBus::scan(root);
-        caps.ATI_Init(gpus);
+        caps.sources.nvmlLibrary = "";
+        caps.sources.eglLibrary = "";
+        caps.init(gpus);
     }
-    AmdLiveReader& reader() { return *dynamic_cast<AmdLiveReader*>(caps.amdReader.get()); }
+    AmdLiveReader& reader() { return *dynamic_cast<AmdLiveReader*>(caps.readerFor(kVendorClassAmd)); }
     GpuRecord& gpu(long i) { return *gpus.at(i); }
 };
 
@@ -70,7 +71,9 @@ TEST(AmdReader, FourOutputsOnOneBusMakeOneRecordWithItsReadings) {
     EXPECT_EQ(r.subdeviceId, 0x0E3Au);
     EXPECT_STREQ(r.name, "AMD Radeon RX 6800/6800 XT / 6900 XT");
     EXPECT_STREQ(r.codename, "Navi 21(RDNA2)");
-    EXPECT_EQ(r.displaySlot, kNoDisplaySlot);  // no display slot fits on this machine
+    EXPECT_EQ(r.displaySlot, 0u);
+    EXPECT_STREQ(r.displayDeviceKey, "/sys/bus/pci/devices/0000:03:00.0");
+    EXPECT_STREQ(r.biosVersion, "113-D4120100-100");  // the kernel driver's values of its device
 
     // Start-up readings: m°C / 1000, pwm1 / pwm1_max × 100, RPM.
     EXPECT_FLOAT_EQ(r.sensorGpu.current, 45.0f);
@@ -107,7 +110,10 @@ TEST(AmdReader, FourOutputsOnOneBusMakeOneRecordWithItsReadings) {
     EXPECT_EQ(max, 115);  // 233 W of 203 W
 
     // A second initialisation without shutdown is refused and adds nothing.
-    EXPECT_FALSE(AMD_Display_Library_Init(m.caps, m.gpus));
+    const BackendServices services{m.caps.sources, m.caps.pci, m.caps.display};
+    std::vector<const PciDevice*> devices;
+    for (const PciDevice& device : m.caps.pci.devices()) devices.push_back(&device);
+    EXPECT_FALSE(AMD_Display_Library_Init(m.caps.amd, m.reader(), devices, services, m.gpus));
     EXPECT_EQ(m.gpus.size(), 1u);
 }
 
@@ -165,7 +171,7 @@ TEST(AmdReader, ASuspendedDgpuBesideAnIntelIgpuIsListedButNotWoken) {
     Machine m(kFixtures + "/amdgpu-suspended");
     EXPECT_EQ(m.caps.amd.agsGpuCount, 1u);  // the i915 device is not counted
     EXPECT_EQ(m.caps.amd.adlAdapterCount, 1);  // no outputs: one entry for the card
-    ASSERT_EQ(m.gpus.size(), 1u);
+    ASSERT_EQ(m.gpus.size(), 2u);  // the Intel GPU follows as an other adapter
     GpuRecord& r = m.gpu(0);
     EXPECT_EQ(r.busId, 1);
     EXPECT_EQ(r.deviceId, 0x73FFu);
@@ -244,7 +250,6 @@ TEST(AmdReader, MalformedAttributesFailTheirReadCleanly) {
 TEST(AmdReader, AMachineWithoutAmdgpuHasNoAmdRecord) {
     Machine m(kFixtures + "/no-such-machine");
     EXPECT_FALSE(m.caps.amd.adlLoaded);
-    EXPECT_EQ(m.caps.amdReader, nullptr);
     EXPECT_EQ(m.caps.amd.agsGpuCount, 0u);
     EXPECT_TRUE(m.gpus.empty());
 }
@@ -256,8 +261,8 @@ TEST(KalidorAmd, FacadeReadsPowerControlAndCounts) {
     ASSERT_NE(caps, nullptr);
     resetAmdSeenBuses();
     caps->sources.rootDir = kFixtures + "/amdgpu-two-cards";
-    caps->pci = PciBus::scan(caps->sources.rootDir);
-    caps->ATI_Init(gGlobals.gpus);
+    caps->sources.nvmlLibrary = "";
+    caps->init(gGlobals.gpus);
 
     EXPECT_EQ(library->getAmdAgsGpuCount(), 2u);
     EXPECT_EQ(library->getAmdCrossfireGpuCount(), 0u);
@@ -275,7 +280,7 @@ TEST(KalidorAmd, FacadeReadsPowerControlAndCounts) {
 
     gGlobals.gpus.clear();
     caps->cleanup();
-    caps->amd = AmdState{};
+    *caps = HardwareCaps{};
 }
 
 }  // namespace

@@ -23,9 +23,11 @@ protected:
         library = Kalidor::getInstance();
         ASSERT_NE(library, nullptr);
         ASSERT_NE(library->caps(), nullptr);
-        library->caps()->sources.nvmlLibrary = FakeNvmlMachine::library(variant);
-        library->caps()->sources.rootDir = ::testing::TempDir() + "no-sysfs";  // no sleeping GPU to respect
-        library->caps()->NVAPI_Init(gGlobals.gpus);
+        HardwareCaps& caps = *library->caps();
+        caps.sources.nvmlLibrary = FakeNvmlMachine::library(variant);
+        caps.sources.rootDir = ::testing::TempDir() + "no-sysfs";  // no sleeping GPU to respect
+        caps.pci = PciBus::scan(caps.sources.rootDir);
+        caps._createGpuRecords(gGlobals.gpus);
     }
     void TearDown() override {
         gGlobals.gpus.clear();

@@ -2,7 +2,10 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
+
+#include "platform/pci_address.h"
 
 namespace Kalidornm {
 
@@ -42,6 +45,8 @@ struct GpuRecord {
     GpuRecord();
 
     GpuVendorClass vendorClass = kVendorClassNone;
+    // Where the GPU sits; what every backend finds its own state by. None for a device off the PCI bus.
+    std::optional<PciAddress> pciAddress;
     int32_t busId = -1;
     bool hasTemperature = false;
     uint32_t overdriveVersion = 0;
@@ -120,7 +125,8 @@ void copyText(char (&field)[N], const char* source) {
     field[i] = '\0';
 }
 
-// The GPU list: NVIDIA records first, then AMD, then every other adapter. A GPU index is a position here.
+// The GPU list: NVIDIA records first, then AMD, then every other adapter. A GPU index is a position here;
+// nothing below the facade finds a GPU by it, so sorting changes no reading.
 class GpuList {
 public:
     size_t size() const { return m_records.size(); }
@@ -130,7 +136,7 @@ public:
     GpuRecord& append(std::unique_ptr<GpuRecord> record);
     void clear() { m_records.clear(); }
     // Reorders the list by ascending bus id; false for an empty list. Records sharing a bus id keep their
-    // relative order. Afterwards a record's index no longer matches its NVIDIA handle index.
+    // relative order.
     bool sortByBusId();
 
 private:

@@ -258,7 +258,7 @@ private:
     bool scanGraphicsHardware();
     GpuRecord* record(int gpu) const;
     GpuLiveReader* readerOf(GpuRecord& record) const;
-    // The NVIDIA record at `gpu` whose index is one of the driver's, or null.
+    // The NVIDIA record at `gpu` whose address the driver knows, or null.
     GpuRecord* nvidiaRecord(int gpu) const;
 };
 

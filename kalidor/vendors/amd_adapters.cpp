@@ -22,6 +22,7 @@ std::vector<AmdAdapterInfo> buildAmdAdapterList(const std::vector<const PciDevic
     for (size_t d = 0; d < devices.size(); ++d) {
         const PciDevice& device = *devices[d];
         AmdAdapterInfo info;
+        info.address = device.address;
         info.iBusNumber = int32_t(device.address.bus);
         info.iVendorID = decimalDigitsOfHex(device.ids.vendor);
         copyText(info.strAdapterName, d < adapterNames.size() ? adapterNames[d].c_str() : "");
@@ -37,9 +38,9 @@ std::vector<AmdAdapterInfo> buildAmdAdapterList(const std::vector<const PciDevic
     return list;
 }
 
-bool amdAdapterIsNew(const AmdAdapterInfo& info, std::vector<int32_t>& seenBuses) {
-    if (std::find(seenBuses.begin(), seenBuses.end(), info.iBusNumber) != seenBuses.end()) return false;
-    seenBuses.push_back(info.iBusNumber);
+bool amdAdapterIsNew(const AmdAdapterInfo& info, std::vector<PciAddress>& seen) {
+    if (std::find(seen.begin(), seen.end(), info.address) != seen.end()) return false;
+    seen.push_back(info.address);
     return info.iExist != 0 && info.iPresent != 0;
 }
 

@@ -12,6 +12,7 @@ namespace Kalidornm {
 // lists them. Only the fields the reader uses.
 struct AmdAdapterInfo {
     int32_t iAdapterIndex = 0;
+    PciAddress address;  // of the card; all its outputs share it
     int32_t iBusNumber = -1;
     int32_t iVendorID = 0;  // the hex digits of the PCI vendor read as a decimal number: 0x1002 gives 1002
     char strAdapterName[256] = {};
@@ -29,8 +30,9 @@ std::vector<AmdAdapterInfo> buildAmdAdapterList(const std::vector<const PciDevic
 // The hex digits of a PCI vendor id read as a decimal number; -1 if a digit is A to F.
 int32_t decimalDigitsOfHex(uint32_t vendorId);
 
-// The adapter filter: false if the bus was seen before; else the bus is remembered and the adapter is taken
-// only if it both exists and is present. A bus whose first entry fails stays refused.
-bool amdAdapterIsNew(const AmdAdapterInfo& info, std::vector<int32_t>& seenBuses);
+// The adapter filter: false if the card's address was seen before (another output of it); else the address
+// is remembered and the adapter is taken only if it both exists and is present. A card whose first entry
+// fails stays refused. Cards are told apart by their whole address, the PCI domain included.
+bool amdAdapterIsNew(const AmdAdapterInfo& info, std::vector<PciAddress>& seen);
 
 }  // namespace Kalidornm

@@ -58,8 +58,8 @@ AmdCardFiles resolveAmdCardFiles(const PciDevice& device) {
 }
 
 const AmdCardFiles* AmdLiveReader::_liveFiles(const GpuRecord& record) const {
-    if (record.vendorClass != kVendorClassAmd || record.overdriveVersion != 6) return nullptr;
-    const auto card = m_cards.find(record.adlAdapterIndex);
+    if (record.vendorClass != kVendorClassAmd || record.overdriveVersion != 6 || !record.pciAddress) return nullptr;
+    const auto card = m_cards.find(*record.pciAddress);
     if (card == m_cards.end() || card->second.asleep) return nullptr;
     return &card->second;
 }

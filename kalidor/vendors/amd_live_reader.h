@@ -27,7 +27,7 @@ AmdCardFiles resolveAmdCardFiles(const PciDevice& device);
 // directory) and whose card was awake at start-up is read; every other answers false.
 class AmdLiveReader : public GpuLiveReader {
 public:
-    void addCard(int32_t adapterIndex, AmdCardFiles files) { m_cards[adapterIndex] = std::move(files); }
+    void addCard(const PciAddress& address, AmdCardFiles files) { m_cards[address] = std::move(files); }
 
     // Always true for an AMD record: the out values are the last readings, refreshed when a read works.
     bool readTemperatures(GpuRecord& record, float* coreC, float* boardC, float* memoryC, float* vrmC) override;
@@ -49,7 +49,7 @@ public:
 
 private:
     const AmdCardFiles* _liveFiles(const GpuRecord& record) const;
-    std::map<int32_t, AmdCardFiles> m_cards;
+    std::map<PciAddress, AmdCardFiles> m_cards;  // by the card's address, whatever the record's list position
 };
 
 }  // namespace Kalidornm

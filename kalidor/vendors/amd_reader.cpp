@@ -13,12 +13,6 @@ namespace Kalidornm {
 
 namespace {
 
-// Buses the adapter filter has seen; lives for the process, like the driver library's own state.
-std::vector<int32_t>& seenBuses() {
-    static std::vector<int32_t> buses;
-    return buses;
-}
-
 std::string adapterNameOf(const std::string& idsList, const PciDevice& device) {
     std::string name = pciDeviceOnlyName(idsList, device.ids.vendor, device.ids.device);
     if (name.empty()) {
@@ -46,8 +40,6 @@ void applyAmdDatabaseFacts(GpuRecord& record, const AmdAdapterInfo& info) {
         record.tdpWatts = facts->tdpWatts;
     }
 }
-
-void resetAmdSeenBuses() { seenBuses().clear(); }
 
 bool AMD_Display_Library_Init(AmdState& amd, AmdLiveReader& live, const std::vector<const PciDevice*>& devices,
                               const BackendServices& services, GpuList& gpus) {
@@ -80,7 +72,7 @@ bool AMD_Display_Library_Init(AmdState& amd, AmdLiveReader& live, const std::vec
         const AmdAdapterInfo info = adapters[i];
         trace.write("AMD_Display_Library_Init -  adapter %d - vendor ID: %d", int(i), info.iVendorID);
         // The vendor is compared as the decimal number 1002: the driver library gives the hex digits that way.
-        if (!amdAdapterIsNew(info, seenBuses()) || info.iVendorID != 1002) continue;
+        if (!amdAdapterIsNew(info, amd.seenAdapters) || info.iVendorID != 1002) continue;
 
         ++amd.amdAdapterCount;
         ++amd.amdUsableAdapterCount;
@@ -88,11 +80,12 @@ bool AMD_Display_Library_Init(AmdState& amd, AmdLiveReader& live, const std::vec
         record.hasTemperature = true;
         record.vendorClass = kVendorClassAmd;
         record.adlAdapterIndex = info.iAdapterIndex;
+        record.pciAddress = info.address;
         record.busId = info.iBusNumber;
 
         const PciDevice& device = *devices[info.device];
         record.overdriveVersion = device.hwmonDir.empty() ? 0 : 6;
-        live.addCard(info.iAdapterIndex, resolveAmdCardFiles(device));
+        live.addCard(device.address, resolveAmdCardFiles(device));
 
         record.vendorId = device.ids.vendor;
         record.deviceId = device.ids.device;

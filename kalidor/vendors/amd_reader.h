@@ -17,6 +17,7 @@ class GpuList;
 struct AmdState {
     bool adlLoaded = false;
     std::vector<AmdAdapterInfo> adlAdapterInfo;  // one entry per display output
+    std::vector<PciAddress> seenAdapters;         // cards the adapter filter has met in this start-up
     int32_t adlAdapterCount = 0;
     uint32_t amdAdapterCount = 0;        // accepted adapters
     uint32_t amdUsableAdapterCount = 0;  // the same count, kept apart as callers ask for both
@@ -33,8 +34,5 @@ bool AMD_Display_Library_Init(AmdState& amd, AmdLiveReader& live, const std::vec
 // Name, codename and figures from the GPU database, with the naming rules for ids that several products
 // share; without a row the adapter name stands and the codename stays empty.
 void applyAmdDatabaseFacts(GpuRecord& record, const AmdAdapterInfo& info);
-
-// Forgets the bus numbers the adapter filter has seen; the list otherwise lives as long as the process.
-void resetAmdSeenBuses();
 
 }  // namespace Kalidornm

@@ -21,6 +21,8 @@ public:
 
             GpuRecord& record = gpus.append(std::make_unique<GpuRecord>());
             record.vendorClass = kVendorClassNone;
+            record.pciAddress = slot.address;
+            if (slot.address) record.busId = int32_t(slot.address->bus);
             copyText(record.name, slot.deviceString);
             record.vendorId = slot.ids.vendor;
             record.deviceId = slot.ids.device;

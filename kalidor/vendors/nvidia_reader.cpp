@@ -1,5 +1,6 @@
 #include "vendors/nvidia_reader.h"
 
+#include <cstring>
 #include <utility>
 #include <vector>
 
@@ -17,6 +18,12 @@ NvidiaState::NvidiaState(NvidiaState&&) noexcept = default;
 NvidiaState& NvidiaState::operator=(NvidiaState&&) noexcept = default;
 
 void NvidiaState::reset() { *this = NvidiaState{}; }
+
+void* NvidiaState::handleAt(const PciAddress& address) const {
+    for (uint32_t i = 0; i < nvPhysicalGpuCount; ++i)
+        if (nvGpuInfo[i].address == address) return nvGpuInfo[i].handle;
+    return nullptr;
+}
 
 namespace {
 
@@ -46,9 +53,19 @@ void enumerateGpus(NvidiaState& state) {
     }
 }
 
-void readPciIds(const NvmlLibrary& nvml, GpuRecord& r) {
+// The GPU's address as the driver writes it ("00000000:01:00.0"); the numeric fields where that text is odd.
+PciAddress addressOf(const nvmlPciInfo_t& pci) {
+    char busId[sizeof pci.busId + 1] = {};
+    std::memcpy(busId, pci.busId, sizeof pci.busId);
+    if (const auto parsed = parsePciAddress(busId)) return *parsed;
+    return PciAddress{pci.domain, pci.bus & 0xFF, pci.device & 0x1F, 0};
+}
+
+void readPciIds(const NvmlLibrary& nvml, GpuRecord& r, NvGpuInfo& info) {
     nvmlPciInfo_t pci{};
     if (nvml.deviceGetPciInfo(device(r.nvPhysicalGpu), &pci) != NVML_SUCCESS) return;
+    info.address = addressOf(pci);
+    r.pciAddress = info.address;
     r.busId = int32_t(pci.bus);
     r.nvDeviceId32 = pci.pciDeviceId;
     r.nvSubsystemId32 = pci.pciSubSystemId;
@@ -106,12 +123,12 @@ void readPerfLevelTable(const NvmlLibrary& nvml, GpuRecord& r) {
 }
 
 // Step 7, one record: the order of the reads follows the driver reader of other platforms.
-void fillRecord(const NvidiaState& state, uint32_t index, GpuRecord& r, const BackendServices& services,
+void fillRecord(NvidiaState& state, uint32_t index, GpuRecord& r, const BackendServices& services,
                 uint32_t& last) {
     const NvmlLibrary& nvml = *state.library();
     r.nvPhysicalGpu = state.nvPhysicalGpus[index];
     r.vendorClass = kVendorClassNvidia;
-    readPciIds(nvml, r);
+    readPciIds(nvml, r, state.nvGpuInfo[index]);
     takeDisplaySlot(r, services.display, last);
     readGpuDriverValues(r, services);
 
@@ -146,6 +163,7 @@ void addSleepingGpus(const std::vector<const PciDevice*>& sleeping, GpuList& gpu
         GpuRecord& r = gpus.append(std::make_unique<GpuRecord>());
         const PciIds& ids = gpu->ids;
         r.vendorClass = kVendorClassNvidia;
+        r.pciAddress = gpu->address;
         r.busId = int32_t(gpu->address.bus);
         r.vendorId = ids.vendor, r.deviceId = ids.device;
         r.subvendorId = ids.subvendor, r.subdeviceId = ids.subdevice;

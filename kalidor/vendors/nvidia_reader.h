@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "gpu_live_reader.h"
@@ -16,6 +17,7 @@ inline constexpr uint32_t kMaxNvidiaGpus = 64;
 // What the driver tells about one physical GPU at start-up.
 struct NvGpuInfo {
     void* handle = nullptr;
+    std::optional<PciAddress> address;  // where the driver says the GPU sits
     uint32_t physicalFrameBufferKb = 0;
     uint32_t virtualFrameBufferKb = 0;
     uint32_t gpuType = 0;  // 1 integrated, 2 discrete; the management library does not say, so it stays 0
@@ -23,8 +25,8 @@ struct NvGpuInfo {
 };
 
 // What the NVIDIA backend keeps about the driver and its GPUs. The management library stays loaded and
-// started from start-up to shutdown so that live reads cost one or two calls. Index i of the handle table is
-// record i of the GPU list: NVIDIA records come first, in the driver's order.
+// started from start-up to shutdown so that live reads cost one or two calls. A GPU's state is found by its
+// PCI address, never by its place in the GPU list.
 struct NvidiaState {
     NvidiaState();
     ~NvidiaState();
@@ -35,6 +37,8 @@ struct NvidiaState {
     void reset();
     // The started library, or null without an NVIDIA driver.
     const NvmlLibrary* library() const { return nvml.get(); }
+    // The handle of the GPU at this address; null when the driver did not hand one out.
+    void* handleAt(const PciAddress& address) const;
 
     std::unique_ptr<NvmlLibrary> nvml;
     // Displays are not reachable through the management library; the count stays 0. Without SLI groups the

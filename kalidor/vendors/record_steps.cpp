@@ -30,9 +30,7 @@ void takeDisplaySlot(GpuRecord& record, const DisplayDeviceData& display, uint32
 
 // Catalyst and Crimson belong to another platform's AMD driver and stay empty here.
 bool readGpuDriverValues(GpuRecord& record, const BackendServices& services) {
-    if (record.displaySlot >= uint32_t(kDisplaySlotCount)) return false;
-    const DisplaySlot& slot = services.display.slots[record.displaySlot];
-    const PciDevice* device = slot.address ? services.pci.find(*slot.address) : nullptr;
+    const PciDevice* device = record.pciAddress ? services.pci.find(*record.pciAddress) : nullptr;
     if (!device) return false;
     const SysfsDriverFacts facts = readDriverFacts(services.sources.rootDir, *device);
 

@@ -71,8 +71,8 @@ void takeDisplaySlot(GpuRecord& record, const DisplayDeviceData& display, uint32
 // match or are 0 on either side; kNoDisplaySlot when none fits.
 uint32_t findDisplaySlot(const DisplayDeviceData& display, const PciIds& ids, uint32_t skip);
 
-// The kernel driver's values for the record's device (its display slot's device): version with the OpenGL
-// driver, date, BIOS, video memory. False, the record untouched, when there is no such device.
+// The kernel driver's values for the record's device, found by its PCI address: version with the OpenGL
+// driver, date, BIOS, video memory. False, the record untouched, when the scan has no such device.
 bool readGpuDriverValues(GpuRecord& record, const BackendServices& services);
 
 }  // namespace Kalidornm

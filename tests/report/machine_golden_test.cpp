@@ -28,4 +28,15 @@ TEST(MachineGolden, EveryFixtureMachineReportsAsItsGoldenFiles) {
     }
 }
 
+// Reporting a machine twice in one process gives the same files: nothing of the first start-up (the AMD
+// adapter filter's cards, the NVIDIA driver's state) leaks into the second.
+TEST(MachineGolden, ASecondReportOfTheSameMachineIsIdentical) {
+    for (const ReportedMachine& machine : reportedMachines()) {
+        const RenderedReport first = reportOfMachine(machine.sources);
+        const RenderedReport second = reportOfMachine(machine.sources);
+        EXPECT_EQ(first.text, second.text) << machine.stem;
+        EXPECT_EQ(first.json, second.json) << machine.stem;
+    }
+}
+
 }  // namespace

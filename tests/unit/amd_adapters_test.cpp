@@ -25,15 +25,20 @@ TEST(AmdAdapterVendor, TheHexDigitsReadAsDecimal) {
     EXPECT_EQ(decimalDigitsOfHex(0x10DE), -1);
 }
 
-TEST(AmdAdapterFilter, OneAdapterPerBusAndALostBusStaysLost) {
-    std::vector<int32_t> seen;
+TEST(AmdAdapterFilter, OneAdapterPerCardAndALostCardStaysLost) {
+    std::vector<PciAddress> seen;
     AmdAdapterInfo output;
-    output.iBusNumber = 3, output.iExist = 1, output.iPresent = 1;
+    output.address = *parsePciAddress("0000:03:00.0"), output.iExist = 1, output.iPresent = 1;
     EXPECT_TRUE(amdAdapterIsNew(output, seen));
     EXPECT_FALSE(amdAdapterIsNew(output, seen));  // the card's second output
 
+    // The same bus on another PCI domain is another card.
+    AmdAdapterInfo otherDomain = output;
+    otherDomain.address.domain = 1;
+    EXPECT_TRUE(amdAdapterIsNew(otherDomain, seen));
+
     AmdAdapterInfo absent;
-    absent.iBusNumber = 7, absent.iExist = 0, absent.iPresent = 1;
+    absent.address = *parsePciAddress("0000:07:00.0"), absent.iExist = 0, absent.iPresent = 1;
     EXPECT_FALSE(amdAdapterIsNew(absent, seen));
     absent.iExist = 1;
     EXPECT_FALSE(amdAdapterIsNew(absent, seen));

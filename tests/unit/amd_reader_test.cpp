@@ -25,7 +25,6 @@ struct Machine {
     GpuList gpus;
 
     explicit Machine(const std::string& root) {
-        resetAmdSeenBuses();
         caps.sources.rootDir = root;
         caps.sources.nvmlLibrary = "";
         caps.sources.eglLibrary = "";
@@ -259,7 +258,6 @@ TEST(KalidorAmd, FacadeReadsPowerControlAndCounts) {
     ASSERT_NE(library, nullptr);
     HardwareCaps* caps = library->caps();
     ASSERT_NE(caps, nullptr);
-    resetAmdSeenBuses();
     caps->sources.rootDir = kFixtures + "/amdgpu-two-cards";
     caps->sources.nvmlLibrary = "";
     caps->init(gGlobals.gpus);

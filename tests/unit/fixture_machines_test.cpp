@@ -39,8 +39,10 @@ protected:
         record.vendorId = vendor;
         record.deviceId = device;
         record.displaySlot = caps.findDisplaySlot(vendor, device, 0, 0, kNoDisplaySlot);
-        if (record.displaySlot != kNoDisplaySlot)
+        if (record.displaySlot != kNoDisplaySlot) {
             copyText(record.displayDeviceKey, caps.display.slots[record.displaySlot].deviceKey);
+            record.pciAddress = caps.display.slots[record.displaySlot].address;
+        }
         return record;
     }
 

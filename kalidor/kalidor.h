@@ -260,6 +260,8 @@ private:
     GpuLiveReader* readerOf(GpuRecord& record) const;
     // The NVIDIA record at `gpu` whose address the driver knows, or null.
     GpuRecord* nvidiaRecord(int gpu) const;
+    // The same, and only while the GPU may be asked: it does not sleep.
+    GpuRecord* nvidiaRecordToRead(int gpu) const;
 };
 
 }  // namespace Kalidornm

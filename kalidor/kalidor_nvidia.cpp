@@ -26,8 +26,15 @@ GpuRecord* Kalidor::nvidiaRecord(int gpu) const {
     return handle && handle == r->nvPhysicalGpu ? r : nullptr;
 }
 
+GpuRecord* Kalidor::nvidiaRecordToRead(int gpu) const {
+    GpuRecord* r = nvidiaRecord(gpu);
+    const HardwareCaps* machine = caps();
+    return r && machine && machine->pci.mayTouch(*r->pciAddress) ? r : nullptr;
+}
+
+// Every read below asks the driver, so the GPU must be one the PCI layer lets be touched now.
 #define KALIDOR_NVIDIA_GPU(gpu)                                    \
-    GpuRecord* r = nvidiaRecord(gpu);                              \
+    GpuRecord* r = nvidiaRecordToRead(gpu);                        \
     if (!r) return false;                                          \
     NvidiaGpu nvidia(*nvidiaState(*this)->library(), *r)
 
@@ -104,7 +111,7 @@ bool Kalidor::readGpuBoardInfo(int gpu, uint8_t (&bytes)[16]) {
 }
 
 uint32_t Kalidor::queryActive3DApps(int gpu) {
-    GpuRecord* r = nvidiaRecord(gpu);
+    GpuRecord* r = nvidiaRecordToRead(gpu);
     if (!r) return 0;
     return NvidiaGpu(*nvidiaState(*this)->library(), *r).queryActiveApps(caps()->sources.rootDir);
 }

@@ -38,7 +38,6 @@ int32_t percentOf(int64_t value, int64_t reference) {
 
 AmdCardFiles resolveAmdCardFiles(const PciDevice& device) {
     AmdCardFiles files;
-    files.asleep = device.asleep();
     files.busy = device.directory + "/gpu_busy_percent";
     files.sclk = device.directory + "/pp_dpm_sclk";
     files.mclk = device.directory + "/pp_dpm_mclk";
@@ -49,19 +48,26 @@ AmdCardFiles resolveAmdCardFiles(const PciDevice& device) {
     files.fanRpm = hwmon + "/fan1_input";
     files.voltage = hwmon + "/in0_input";
     files.powerCap = hwmon + "/power1_cap";
-    if (files.asleep) return files;
-    files.pwmMax = readInteger(hwmon + "/pwm1_max", 1, 65535);
-    files.powerCapDefault = readInteger(hwmon + "/power1_cap_default", 1, kMaxMicroWatts);
-    files.powerCapMin = readInteger(hwmon + "/power1_cap_min", 0, kMaxMicroWatts);
-    files.powerCapMax = readInteger(hwmon + "/power1_cap_max", 0, kMaxMicroWatts);
+    files.pwmMaxFile = hwmon + "/pwm1_max";
+    files.powerCapDefaultFile = hwmon + "/power1_cap_default";
+    files.powerCapMinFile = hwmon + "/power1_cap_min";
+    files.powerCapMaxFile = hwmon + "/power1_cap_max";
     return files;
 }
 
-const AmdCardFiles* AmdLiveReader::_liveFiles(const GpuRecord& record) const {
+const AmdCardFiles* AmdLiveReader::_liveFiles(const GpuRecord& record) {
     if (record.vendorClass != kVendorClassAmd || record.overdriveVersion != 6 || !record.pciAddress) return nullptr;
     const auto card = m_cards.find(*record.pciAddress);
-    if (card == m_cards.end() || card->second.asleep) return nullptr;
-    return &card->second;
+    if (card == m_cards.end() || !m_pci.mayTouch(*record.pciAddress)) return nullptr;
+    AmdCardFiles& files = card->second;
+    if (!files.constantsRead) {
+        files.pwmMax = readInteger(files.pwmMaxFile, 1, 65535);
+        files.powerCapDefault = readInteger(files.powerCapDefaultFile, 1, kMaxMicroWatts);
+        files.powerCapMin = readInteger(files.powerCapMinFile, 0, kMaxMicroWatts);
+        files.powerCapMax = readInteger(files.powerCapMaxFile, 0, kMaxMicroWatts);
+        files.constantsRead = true;
+    }
+    return &files;
 }
 
 bool AmdLiveReader::readTemperatures(GpuRecord& record, float* coreC, float* boardC, float* memoryC,

@@ -126,7 +126,7 @@ public:
         LibraryLog& trace = generalTrace();
         trace.write("ATI_Init() START");
         m_state = AmdState{};
-        m_reader = std::make_unique<AmdLiveReader>();
+        m_reader = std::make_unique<AmdLiveReader>(services.pci);
         // The GPU and CrossFire counts: every device bound to amdgpu is a GPU; the platform has no CrossFire.
         m_state.agsGpuCount = uint32_t(devices.size());
         m_state.agsCrossfireGpuCount = 0;

@@ -29,30 +29,6 @@ namespace {
 
 nvmlDevice_t device(void* handle) { return static_cast<nvmlDevice_t>(handle); }
 
-// Step 5 and 6: the driver's GPU list and what it tells about each GPU. A GPU whose handle the driver refuses
-// is left out, so that handle i stays record i.
-void enumerateGpus(NvidiaState& state) {
-    const NvmlLibrary& nvml = *state.library();
-    unsigned int count = 0;
-    if (nvml.deviceGetCount(&count) != NVML_SUCCESS) count = 0;
-    for (unsigned int i = 0; i < count && state.nvPhysicalGpuCount < kMaxNvidiaGpus; ++i) {
-        nvmlDevice_t handle = nullptr;
-        if (nvml.deviceGetHandleByIndex(i, &handle) != NVML_SUCCESS || !handle) continue;
-        state.nvPhysicalGpus[state.nvPhysicalGpuCount++] = handle;
-    }
-    state.nvLogicalGpuCount = state.nvPhysicalGpuCount;
-
-    for (uint32_t i = 0; i < state.nvPhysicalGpuCount; ++i) {
-        NvGpuInfo& info = state.nvGpuInfo[i];
-        info.handle = state.nvPhysicalGpus[i];
-        char name[NVML_DEVICE_NAME_V2_BUFFER_SIZE] = {};
-        if (nvml.deviceGetName(device(info.handle), name, sizeof name) == NVML_SUCCESS) copyText(info.fullName, name);
-        nvmlMemory_t memory{};
-        if (nvml.deviceGetMemoryInfo && nvml.deviceGetMemoryInfo(device(info.handle), &memory) == NVML_SUCCESS)
-            info.physicalFrameBufferKb = uint32_t(memory.total >> 10);
-    }
-}
-
 // The GPU's address as the driver writes it ("00000000:01:00.0"); the numeric fields where that text is odd.
 PciAddress addressOf(const nvmlPciInfo_t& pci) {
     char busId[sizeof pci.busId + 1] = {};
@@ -61,11 +37,10 @@ PciAddress addressOf(const nvmlPciInfo_t& pci) {
     return PciAddress{pci.domain, pci.bus & 0xFF, pci.device & 0x1F, 0};
 }
 
-void readPciIds(const NvmlLibrary& nvml, GpuRecord& r, NvGpuInfo& info) {
+void readPciIds(const NvmlLibrary& nvml, GpuRecord& r, const NvGpuInfo& info) {
+    r.pciAddress = info.address;
     nvmlPciInfo_t pci{};
     if (nvml.deviceGetPciInfo(device(r.nvPhysicalGpu), &pci) != NVML_SUCCESS) return;
-    info.address = addressOf(pci);
-    r.pciAddress = info.address;
     r.busId = int32_t(pci.bus);
     r.nvDeviceId32 = pci.pciDeviceId;
     r.nvSubsystemId32 = pci.pciSubSystemId;
@@ -73,6 +48,38 @@ void readPciIds(const NvmlLibrary& nvml, GpuRecord& r, NvGpuInfo& info) {
     r.deviceId = pci.pciDeviceId >> 16;
     r.subvendorId = pci.pciSubSystemId & 0xFFFF;
     r.subdeviceId = pci.pciSubSystemId >> 16;
+}
+
+// Takes a GPU the driver handed out into the handle table with what the driver tells about it; its index
+// there, or -1 when the table is full.
+int32_t addHandle(NvidiaState& state, nvmlDevice_t handle) {
+    if (state.nvPhysicalGpuCount >= kMaxNvidiaGpus) return -1;
+    const NvmlLibrary& nvml = *state.library();
+    const uint32_t index = state.nvPhysicalGpuCount++;
+    state.nvLogicalGpuCount = state.nvPhysicalGpuCount;
+    state.nvPhysicalGpus[index] = handle;
+    NvGpuInfo& info = state.nvGpuInfo[index];
+    info.handle = handle;
+    char name[NVML_DEVICE_NAME_V2_BUFFER_SIZE] = {};
+    if (nvml.deviceGetName(handle, name, sizeof name) == NVML_SUCCESS) copyText(info.fullName, name);
+    nvmlMemory_t memory{};
+    if (nvml.deviceGetMemoryInfo && nvml.deviceGetMemoryInfo(handle, &memory) == NVML_SUCCESS)
+        info.physicalFrameBufferKb = uint32_t(memory.total >> 10);
+    nvmlPciInfo_t pci{};
+    if (nvml.deviceGetPciInfo(handle, &pci) == NVML_SUCCESS) info.address = addressOf(pci);
+    return int32_t(index);
+}
+
+// Every GPU of the driver's own list, in its order: for machines whose PCI bus shows no NVIDIA GPU (WSL,
+// some containers), where nothing is known to sleep. A GPU whose handle the driver refuses is left out.
+void takeDriversList(NvidiaState& state) {
+    const NvmlLibrary& nvml = *state.library();
+    unsigned int count = 0;
+    if (nvml.deviceGetCount(&count) != NVML_SUCCESS) count = 0;
+    for (unsigned int i = 0; i < count && state.nvPhysicalGpuCount < kMaxNvidiaGpus; ++i) {
+        nvmlDevice_t handle = nullptr;
+        if (nvml.deviceGetHandleByIndex(i, &handle) == NVML_SUCCESS && handle) addHandle(state, handle);
+    }
 }
 
 void nameFromDatabase(GpuRecord& r, const NvGpuInfo& info) {
@@ -155,24 +162,27 @@ void fillRecord(NvidiaState& state, uint32_t index, GpuRecord& r, const BackendS
     if (nvml.deviceGetIrqNum && nvml.deviceGetIrqNum(device(r.nvPhysicalGpu), &irq) == NVML_SUCCESS) r.irq = irq;
 }
 
-// Records of sleeping GPUs, made without asking the driver anything.
-void addSleepingGpus(const std::vector<const PciDevice*>& sleeping, GpuList& gpus,
-                     const BackendServices& services) {
-    uint32_t last = kNoDisplaySlot;
-    for (const PciDevice* gpu : sleeping) {
-        GpuRecord& r = gpus.append(std::make_unique<GpuRecord>());
-        const PciIds& ids = gpu->ids;
-        r.vendorClass = kVendorClassNvidia;
-        r.pciAddress = gpu->address;
-        r.busId = int32_t(gpu->address.bus);
-        r.vendorId = ids.vendor, r.deviceId = ids.device;
-        r.subvendorId = ids.subvendor, r.subdeviceId = ids.subdevice;
-        r.nvDeviceId32 = ids.device << 16 | ids.vendor;
-        r.nvSubsystemId32 = ids.subdevice << 16 | ids.subvendor;
-        takeDisplaySlot(r, services.display, last);
-        readGpuDriverValues(r, services);
-        nameFromDatabase(r, NvGpuInfo{});
-    }
+// The record of a GPU the driver is not asked about (it sleeps, or the driver cannot be asked without waking
+// others): PCI ids, the GPU database and the kernel driver's values; no handle, no live value.
+void addPciRecord(const PciDevice& gpu, GpuList& gpus, const BackendServices& services, uint32_t& last) {
+    GpuRecord& r = gpus.append(std::make_unique<GpuRecord>());
+    const PciIds& ids = gpu.ids;
+    r.vendorClass = kVendorClassNvidia;
+    r.pciAddress = gpu.address;
+    r.busId = int32_t(gpu.address.bus);
+    r.vendorId = ids.vendor, r.deviceId = ids.device;
+    r.subvendorId = ids.subvendor, r.subdeviceId = ids.subdevice;
+    r.nvDeviceId32 = ids.device << 16 | ids.vendor;
+    r.nvSubsystemId32 = ids.subdevice << 16 | ids.subvendor;
+    takeDisplaySlot(r, services.display, last);
+    readGpuDriverValues(r, services);
+    nameFromDatabase(r, NvGpuInfo{});
+}
+
+bool anySleeping(const std::vector<const PciDevice*>& gpus) {
+    for (const PciDevice* gpu : gpus)
+        if (gpu->asleep()) return true;
+    return false;
 }
 
 bool allSleeping(const std::vector<const PciDevice*>& gpus) {
@@ -194,17 +204,20 @@ public:
         return gpus;
     }
 
-    // Starting the library wakes sleeping GPUs, so when every NVIDIA GPU on the bus sleeps it is not started:
-    // each gets a record from its PCI ids and the GPU database, and no live value. Without the library, or
-    // when it does not start, no record is made.
+    // The sleep rule: a sleeping GPU gets no call of the management library at all. The library is started
+    // without attaching to any GPU and each awake GPU is asked for by its bus id, so a sleeping one is never
+    // even enumerated; when every NVIDIA GPU sleeps the library is not loaded. Sleeping GPUs get their records
+    // from the PCI layer and the GPU database. Without the library, or when it does not start, no record is
+    // made.
     void createRecords(const std::vector<const PciDevice*>& devices, const BackendServices& services,
                        GpuList& gpus) override {
         LibraryLog& trace = zTrace();
         m_state.reset();
         m_reader.reset();
+        uint32_t last = kNoDisplaySlot;
         if (allSleeping(devices)) {
             trace.write("NVML - every NVIDIA GPU sleeps; the driver is not asked");
-            addSleepingGpus(devices, gpus, services);
+            for (const PciDevice* gpu : devices) addPciRecord(*gpu, gpus, services, last);
             return;
         }
         const std::string& libraryPath = services.sources.nvmlLibrary;
@@ -214,30 +227,54 @@ public:
             return;
         }
         m_state.nvml = std::move(nvml);
-        const NvmlLibrary& lib = *m_state.library();
+        readDriverVersion();
+        m_reader = makeNvidiaLiveReader(m_state, services.pci);
 
-        char text[NVML_SYSTEM_DRIVER_VERSION_BUFFER_SIZE] = {};
+        if (devices.empty()) {
+            takeDriversList(m_state);
+            for (uint32_t i = 0; i < m_state.nvPhysicalGpuCount; ++i)
+                fillRecord(m_state, i, gpus.append(std::make_unique<GpuRecord>()), services, last);
+            return;
+        }
+        const NvmlLibrary& lib = *m_state.library();
+        // A library too old to be asked by bus id can only list every GPU, which would wake the sleeping ones.
+        const bool listInstead = !lib.deviceGetHandleByPciBusId;
+        if (listInstead && !anySleeping(devices)) takeDriversList(m_state);
+        for (const PciDevice* gpu : devices) {
+            int32_t index = -1;
+            if (listInstead) {
+                for (uint32_t i = 0; i < m_state.nvPhysicalGpuCount && index < 0; ++i)
+                    if (m_state.nvGpuInfo[i].address == gpu->address) index = int32_t(i);
+            } else if (!gpu->asleep()) {
+                nvmlDevice_t handle = nullptr;
+                if (lib.deviceGetHandleByPciBusId(gpu->address.text().c_str(), &handle) == NVML_SUCCESS && handle)
+                    index = addHandle(m_state, handle);
+            }
+            if (index < 0) {
+                if (gpu->asleep()) addPciRecord(*gpu, gpus, services, last);
+                continue;
+            }
+            fillRecord(m_state, uint32_t(index), gpus.append(std::make_unique<GpuRecord>()), services, last);
+        }
+    }
+
+    GpuLiveReader* liveReader() override { return m_reader.get(); }
+
+private:
+    void readDriverVersion() {
+        LibraryLog& trace = zTrace();
+        const NvmlLibrary& lib = *m_state.library();
+        char text[NVML_SYSTEM_NVML_VERSION_BUFFER_SIZE] = {};
         if (lib.systemGetNvmlVersion && lib.systemGetNvmlVersion(text, sizeof text) == NVML_SUCCESS)
             trace.write("NVAPI version: %s", text);
-
         char driver[NVML_SYSTEM_DRIVER_VERSION_BUFFER_SIZE] = {};
         if (lib.systemGetDriverVersion(driver, sizeof driver) != NVML_SUCCESS) driver[0] = '\0';
         formatNvidiaDriverBranch(driver, m_state.nvDriverBranch);
         m_state.nvDriverVersion = nvidiaDriverVersionNumber(driver);
         trace.write("NVAPI - driver version: %s --- %u --- %s", m_state.nvDriverBranch, m_state.nvDriverVersion,
                     m_state.nvDriverAdapterString);
-
-        enumerateGpus(m_state);
-
-        uint32_t last = kNoDisplaySlot;
-        for (uint32_t i = 0; i < m_state.nvPhysicalGpuCount; ++i)
-            fillRecord(m_state, i, gpus.append(std::make_unique<GpuRecord>()), services, last);
-        m_reader = makeNvidiaLiveReader(m_state);
     }
 
-    GpuLiveReader* liveReader() override { return m_reader.get(); }
-
-private:
     NvidiaState& m_state;
     std::unique_ptr<GpuLiveReader> m_reader;
 };

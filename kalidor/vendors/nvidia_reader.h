@@ -7,6 +7,7 @@
 
 #include "gpu_live_reader.h"
 #include "gpu_record.h"
+#include "platform/pci_bus.h"
 
 namespace Kalidornm {
 
@@ -73,7 +74,8 @@ struct NvidiaClockSnapshot {
 // of levels written (0 to 2). Voltage and shader clock stay 0: the library reports neither.
 uint32_t buildNvidiaPerfLevels(const NvidiaClockSnapshot& clocks, PerfLevel (&levels)[2]);
 
-// The live reads of the records the NVIDIA backend made.
-std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state);
+// The live reads of the records the NVIDIA backend made; each asks the PCI layer first whether the GPU may be
+// touched, so a GPU that fell asleep after start-up is not woken either.
+std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state, const PciBus& pci);
 
 }  // namespace Kalidornm

@@ -23,24 +23,24 @@ bool parseDriverVersion(const char* text, uint32_t& major, uint32_t& minor) {
 
 class NvidiaLiveReader final : public GpuLiveReader {
 public:
-    explicit NvidiaLiveReader(const NvidiaState& state) : m_state(state) {}
+    NvidiaLiveReader(const NvidiaState& state, const PciBus& pci) : m_state(state), m_pci(pci) {}
 
     bool readTemperatures(GpuRecord& r, float* coreC, float* boardC, float* memoryC, float* vrmC) override {
-        const NvmlLibrary* nvml = m_state.library();
+        const NvmlLibrary* nvml = readable(r);
         return nvml && NvidiaGpu(*nvml, r).readTemperatures(coreC, boardC, memoryC, vrmC);
     }
     bool readFanSpeed(GpuRecord& r, float* percent, float* rpm) override {
-        const NvmlLibrary* nvml = m_state.library();
+        const NvmlLibrary* nvml = readable(r);
         return nvml && NvidiaGpu(*nvml, r).readFanSpeed(percent, rpm);
     }
     bool readLoad(GpuRecord& r, float* gpuPercent, float* frameBufferPercent) override {
-        const NvmlLibrary* nvml = m_state.library();
+        const NvmlLibrary* nvml = readable(r);
         return nvml && NvidiaGpu(*nvml, r).readLoad(gpuPercent, frameBufferPercent);
     }
     // The library reports no shader clock and no voltage: those outputs keep what the caller gave.
     bool readCurrentClocks(GpuRecord& r, uint32_t* pstate, float* gpuMhz, float* memMhz, float*,
                            float*) override {
-        const NvmlLibrary* nvml = m_state.library();
+        const NvmlLibrary* nvml = readable(r);
         return nvml && NvidiaGpu(*nvml, r).readCurrentClocks(pstate, gpuMhz, memMhz);
     }
     // Served from the table built at start-up: the library has no P-state table of its own to ask again.
@@ -56,7 +56,17 @@ public:
     }
 
 private:
+    // The library, if the record has a handle of the driver's and the PCI layer lets the GPU be touched now.
+    const NvmlLibrary* readable(const GpuRecord& r) const {
+        const NvmlLibrary* nvml = m_state.library();
+        if (!nvml || !r.nvPhysicalGpu || !r.pciAddress || m_state.handleAt(*r.pciAddress) != r.nvPhysicalGpu ||
+            !m_pci.mayTouch(*r.pciAddress))
+            return nullptr;
+        return nvml;
+    }
+
     const NvidiaState& m_state;
+    const PciBus& m_pci;
 };
 
 }  // namespace
@@ -89,8 +99,8 @@ uint32_t buildNvidiaPerfLevels(const NvidiaClockSnapshot& clocks, PerfLevel (&le
     return count;
 }
 
-std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state) {
-    return std::make_unique<NvidiaLiveReader>(state);
+std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state, const PciBus& pci) {
+    return std::make_unique<NvidiaLiveReader>(state, pci);
 }
 
 }  // namespace Kalidornm

@@ -2,8 +2,6 @@
 
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
-#include <initializer_list>
 #include <string>
 
 #include "fake_nvml_machine.h"
@@ -223,68 +221,6 @@ TEST(NvidiaReader, OldLibraryStartsThroughThePlainInitAndLacksTheNewerReads) {
     EXPECT_EQ(r.irq, 0u);                            // no IRQ query in the old library
     EXPECT_FLOAT_EQ(r.sensorGpu.current, 45.0f);
     EXPECT_FLOAT_EQ(r.sensorMemory.current, 0.0f);  // no field-value query
-}
-
-// A sysfs tree with NVIDIA display controllers, each awake or asleep.
-class SysfsTree {
-public:
-    explicit SysfsTree(std::initializer_list<std::pair<const char*, const char*>> devices) {
-        m_root = ::testing::TempDir() + "nvidia_sysfs_" + std::to_string(::getpid());
-        for (auto [address, status] : devices) {
-            const std::string dir = m_root + "/sys/bus/pci/devices/" + address;
-            std::filesystem::create_directories(dir + "/power");
-            write(dir + "/vendor", "0x10de");
-            write(dir + "/device", "0x1c82");
-            write(dir + "/subsystem_vendor", "0x1458");
-            write(dir + "/subsystem_device", "0x3763");
-            write(dir + "/class", "0x030000");
-            write(dir + "/power/runtime_status", status);
-        }
-    }
-    ~SysfsTree() { std::filesystem::remove_all(m_root); }
-    const std::string& root() const { return m_root; }
-
-private:
-    static void write(const std::string& path, const char* text) {
-        if (FILE* file = std::fopen(path.c_str(), "w")) {
-            std::fprintf(file, "%s\n", text);
-            std::fclose(file);
-        }
-    }
-    std::string m_root;
-};
-
-// Starting the driver would wake a sleeping laptop GPU: with every NVIDIA GPU asleep it is not started.
-TEST(NvidiaReader, SleepingGpusGetRecordsWithoutWakingTheDriver) {
-    FakeNvmlMachine machine("gpu 0 pci_device 0x1C8210DE\ngpu 0 bus 1\ngpu 0 temp 40\n");
-    {
-        SysfsTree sysfs({{"0000:01:00.0", "suspended"}});
-        NvidiaRun run(FakeNvmlMachine::library(), sysfs.root());
-        run.start();
-        const GpuList& gpus = run.gpus;
-        const NvidiaState& state = run.state();
-        EXPECT_EQ(state.library(), nullptr);
-        ASSERT_EQ(gpus.size(), 1u);
-        const GpuRecord& r = *gpus.at(0);
-        EXPECT_EQ(r.vendorClass, kVendorClassNvidia);
-        EXPECT_EQ(r.busId, 1);
-        EXPECT_EQ(r.deviceId, 0x1C82u);
-        EXPECT_EQ(r.subvendorId, 0x1458u);
-        EXPECT_EQ(r.subdeviceId, 0x3763u);
-        EXPECT_STREQ(r.name, "NVIDIA GeForce GTX 1050 Ti");
-        EXPECT_FALSE(r.hasTemperature);
-        EXPECT_EQ(r.nvPhysicalGpu, nullptr);
-    }
-    {
-        SysfsTree sysfs({{"0000:01:00.0", "suspended"}, {"0000:02:00.0", "active"}});
-        NvidiaRun run(FakeNvmlMachine::library(), sysfs.root());
-        run.start();
-        const GpuList& gpus = run.gpus;
-        const NvidiaState& state = run.state();
-        EXPECT_NE(state.library(), nullptr);
-        ASSERT_EQ(gpus.size(), 1u);
-        EXPECT_TRUE(gpus.at(0)->hasTemperature);
-    }
 }
 
 }  // namespace

@@ -5,12 +5,15 @@
 //   fail <call>                     that call fails for every GPU (call names without the "nvml" prefix)
 //   gpu <n> <key> <value>           a GPU's value; GPUs count up to the highest n
 //   gpu <n> fail <call>             that call fails for this GPU
-// Keys: pci_device, pci_subsystem, bus, name (rest of line), memory_mb, free_mb, vbios, cores, bus_width,
+// Keys: pci_device, pci_subsystem, domain, bus (the GPU sits at device 0, function 0), name (rest of line), memory_mb, free_mb, vbios, cores, bus_width,
 // pcie_width, irq, board_id, temp, mem_temp, fan, rpm, util_gpu, util_mem, decoder, clock_gfx, clock_mem,
 // max_gfx, max_mem, app_gfx, app_mem, pstate, power, enforced, limit, default_limit, min_limit, max_limit,
 // reasons, gpc_offset, mem_offset, pids (comma separated).
+// With FAKE_NVML_CALL_LOG naming a file, every call is appended to it as "<bus id> <call>", "-" for calls
+// that name no GPU, so a test can see which GPUs were asked.
 // Built three ways: the full library; FAKE_NVML_LEGACY, an old library with only the first versions of the
-// calls and none of the newer optional ones; FAKE_NVML_BROKEN, missing a call every library has.
+// calls, none of the newer optional ones and no way to ask for a GPU by bus id; FAKE_NVML_BROKEN, missing a
+// call every library has.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -21,7 +24,7 @@
 #include "vendors/nvml_api.h"
 
 struct nvmlDevice_st {
-    unsigned int pciDevice = 0, pciSubsystem = 0, bus = 0;
+    unsigned int pciDevice = 0, pciSubsystem = 0, domain = 0, bus = 0;
     std::string name = "Fake GPU", vbios = "00.00.00.00.00";
     unsigned long long memoryMb = 0, freeMb = 0;
     unsigned int cores = 0, busWidth = 0, pcieWidth = 0, irq = 0, boardId = 0;
@@ -51,6 +54,7 @@ void setValue(nvmlDevice_st& g, const std::string& key, const char* v) {
     auto u = [v] { return unsigned(std::strtoul(v, nullptr, 0)); };
     if (key == "pci_device") g.pciDevice = u();
     else if (key == "pci_subsystem") g.pciSubsystem = u();
+    else if (key == "domain") g.domain = u();
     else if (key == "bus") g.bus = u();
     else if (key == "name") g.name = v;
     else if (key == "memory_mb") g.memoryMb = u();
@@ -118,8 +122,23 @@ void readConfig() {
     std::fclose(file);
 }
 
+std::string busIdOf(const nvmlDevice_st& g) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%08X:%02X:00.0", g.domain, g.bus);
+    return text;
+}
+
+void logCall(const nvmlDevice_st* device, const char* call) {
+    const char* path = std::getenv("FAKE_NVML_CALL_LOG");
+    FILE* file = path ? std::fopen(path, "a") : nullptr;
+    if (!file) return;
+    std::fprintf(file, "%s %s\n", device ? busIdOf(*device).c_str() : "-", call);
+    std::fclose(file);
+}
+
 // The GPU behind a handle, or null when the call is to fail for it.
 nvmlDevice_st* gpu(nvmlDevice_t device, const char* call) {
+    logCall(device, call);
     if (!machine.started || !device || machine.failing.count(call) || device->failing.count(call)) return nullptr;
     return device;
 }
@@ -130,14 +149,16 @@ nvmlReturn_t copyOut(const std::string& text, char* out, unsigned int length) {
     return NVML_SUCCESS;
 }
 
-nvmlReturn_t start() {
+nvmlReturn_t start(const char* call) {
     readConfig();
+    logCall(nullptr, call);
     if (machine.initFails) return NVML_ERROR_DRIVER_NOT_LOADED;
     machine.started = true;
     return NVML_SUCCESS;
 }
 
 nvmlReturn_t count(unsigned int* n) {
+    logCall(nullptr, "DeviceGetCount");
     if (!machine.started || !n) return NVML_ERROR_UNINITIALIZED;
     *n = unsigned(machine.gpus.size());
     return NVML_SUCCESS;
@@ -145,18 +166,37 @@ nvmlReturn_t count(unsigned int* n) {
 
 nvmlReturn_t handle(unsigned int index, nvmlDevice_t* device) {
     if (!machine.started || !device || index >= machine.gpus.size()) return NVML_ERROR_INVALID_ARGUMENT;
+    logCall(&machine.gpus[index], "DeviceGetHandleByIndex");
     *device = &machine.gpus[index];
     return NVML_SUCCESS;
 }
+
+#ifndef FAKE_NVML_LEGACY
+// "domain:bus:device.function" in hex, the domain of any width.
+nvmlReturn_t handleByBusId(const char* busId, nvmlDevice_t* device) {
+    unsigned domain = 0, bus = 0, slot = 0, function = 0;
+    if (!machine.started || !busId || !device) return NVML_ERROR_INVALID_ARGUMENT;
+    if (std::sscanf(busId, "%x:%x:%x.%x", &domain, &bus, &slot, &function) != 4) return NVML_ERROR_INVALID_ARGUMENT;
+    for (nvmlDevice_st& g : machine.gpus)
+        if (g.domain == domain && g.bus == bus && slot == 0 && function == 0) {
+            logCall(&g, "DeviceGetHandleByPciBusId");
+            *device = &g;
+            return NVML_SUCCESS;
+        }
+    return NVML_ERROR_NOT_FOUND;
+}
+#endif
 
 nvmlReturn_t pciInfo(nvmlDevice_t device, nvmlPciInfo_t* pci) {
     nvmlDevice_st* g = gpu(device, "DeviceGetPciInfo");
     if (!g || !pci) return NVML_ERROR_UNKNOWN;
     *pci = nvmlPciInfo_t{};
+    pci->domain = g->domain;
     pci->bus = g->bus;
     pci->pciDeviceId = g->pciDevice;
     pci->pciSubSystemId = g->pciSubsystem;
-    std::snprintf(pci->busId, sizeof pci->busId, "00000000:%02X:00.0", g->bus);
+    std::snprintf(pci->busId, sizeof pci->busId, "%s", busIdOf(*g).c_str());
+    std::snprintf(pci->busIdLegacy, sizeof pci->busIdLegacy, "%04X:%02X:00.0", g->domain & 0xFFFF, g->bus);
     return NVML_SUCCESS;
 }
 
@@ -187,7 +227,13 @@ nvmlReturn_t processes(nvmlDevice_t device, unsigned int* n, P* infos) {
 extern "C" {
 
 #ifndef FAKE_NVML_LEGACY
-nvmlReturn_t nvmlInit_v2(void) { return start(); }
+nvmlReturn_t nvmlInitWithFlags(unsigned int flags) {
+    char call[64];
+    std::snprintf(call, sizeof call, "InitWithFlags %u", flags);
+    return start(call);
+}
+nvmlReturn_t nvmlInit_v2(void) { return start("Init_v2"); }
+nvmlReturn_t nvmlDeviceGetHandleByPciBusId_v2(const char* busId, nvmlDevice_t* d) { return handleByBusId(busId, d); }
 nvmlReturn_t nvmlDeviceGetCount_v2(unsigned int* n) { return count(n); }
 nvmlReturn_t nvmlDeviceGetHandleByIndex_v2(unsigned int i, nvmlDevice_t* d) { return handle(i, d); }
 nvmlReturn_t nvmlDeviceGetPciInfo_v3(nvmlDevice_t d, nvmlPciInfo_t* p) { return pciInfo(d, p); }
@@ -231,12 +277,13 @@ nvmlReturn_t nvmlDeviceGetCurrentClocksThrottleReasons(nvmlDevice_t device, unsi
 }
 #endif
 
-nvmlReturn_t nvmlInit(void) { return start(); }
+nvmlReturn_t nvmlInit(void) { return start("Init"); }
 nvmlReturn_t nvmlShutdown(void) {
     machine.started = false;
     return NVML_SUCCESS;
 }
 nvmlReturn_t nvmlSystemGetDriverVersion(char* out, unsigned int length) {
+    logCall(nullptr, "SystemGetDriverVersion");
     if (!machine.started || machine.failing.count("SystemGetDriverVersion")) return NVML_ERROR_UNKNOWN;
     return copyOut(machine.driver, out, length);
 }

@@ -41,7 +41,7 @@ std::vector<AmdAdapterInfo> buildAmdAdapterList(const std::vector<const PciDevic
 bool amdAdapterIsNew(const AmdAdapterInfo& info, std::vector<PciAddress>& seen) {
     if (std::find(seen.begin(), seen.end(), info.address) != seen.end()) return false;
     seen.push_back(info.address);
-    return info.iExist != 0 && info.iPresent != 0;
+    return true;
 }
 
 }  // namespace Kalidornm

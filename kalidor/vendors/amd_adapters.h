@@ -17,7 +17,7 @@ struct AmdAdapterInfo {
     int32_t iVendorID = 0;  // the hex digits of the PCI vendor read as a decimal number: 0x1002 gives 1002
     char strAdapterName[256] = {};
     int32_t iPresent = 0;  // the device is bound to the driver
-    int32_t iExist = 0;    // the device has a card node
+    int32_t iExist = 0;    // the device has a card node; a card without one is a GPU all the same
     uint32_t device = 0;   // position of the card in the device list the entry came from
 };
 
@@ -30,9 +30,9 @@ std::vector<AmdAdapterInfo> buildAmdAdapterList(const std::vector<const PciDevic
 // The hex digits of a PCI vendor id read as a decimal number; -1 if a digit is A to F.
 int32_t decimalDigitsOfHex(uint32_t vendorId);
 
-// The adapter filter: false if the card's address was seen before (another output of it); else the address
-// is remembered and the adapter is taken only if it both exists and is present. A card whose first entry
-// fails stays refused. Cards are told apart by their whole address, the PCI domain included.
+// The adapter filter: one adapter per card. False if the card's address was seen before (another output of
+// it); else the address is remembered and the adapter taken. Cards are told apart by their whole address,
+// the PCI domain included.
 bool amdAdapterIsNew(const AmdAdapterInfo& info, std::vector<PciAddress>& seen);
 
 }  // namespace Kalidornm

@@ -6,6 +6,7 @@
 
 #include "gpu_database/gpu_database.h"
 #include "library_log.h"
+#include "platform/pci_names.h"
 #include "vendors/nvidia_gpu.h"
 #include "vendors/nvml_library.h"
 #include "vendors/vendor_backend.h"
@@ -176,7 +177,17 @@ void addPciRecord(const PciDevice& gpu, GpuList& gpus, const BackendServices& se
     r.nvSubsystemId32 = ids.subdevice << 16 | ids.subvendor;
     takeDisplaySlot(r, services.display, last);
     readGpuDriverValues(r, services);
-    nameFromDatabase(r, NvGpuInfo{});
+    NvGpuInfo named;
+    copyText(named.fullName, pciDeviceName(pciIdsListFor(services.sources), ids.vendor, ids.device).c_str());
+    nameFromDatabase(r, named);
+}
+
+bool isNvidiaGpu(const PciDevice& device) { return device.ids.vendor == PciVendorNvidia && device.isDisplay(); }
+
+bool busHasNvidiaGpu(const PciBus& pci) {
+    for (const PciDevice& device : pci.devices())
+        if (isNvidiaGpu(device)) return true;
+    return false;
 }
 
 bool anySleeping(const std::vector<const PciDevice*>& gpus) {
@@ -196,25 +207,29 @@ class NvidiaBackend final : public VendorBackend {
 public:
     explicit NvidiaBackend(NvidiaState& state) : m_state(state) {}
 
-    // The NVIDIA display controllers, in address order.
+    // The NVIDIA display controllers bound to NVIDIA's kernel driver, in address order; those on nouveau or on
+    // no driver are left to the generic backend.
     std::vector<const PciDevice*> detect(const PciBus& pci) const override {
         std::vector<const PciDevice*> gpus;
         for (const PciDevice& device : pci.devices())
-            if (device.ids.vendor == PciVendorNvidia && device.isDisplay()) gpus.push_back(&device);
+            if (isNvidiaGpu(device) && device.driver == "nvidia") gpus.push_back(&device);
         return gpus;
     }
 
     // The sleep rule: a sleeping GPU gets no call of the management library at all. The library is started
     // without attaching to any GPU and each awake GPU is asked for by its bus id, so a sleeping one is never
-    // even enumerated; when every NVIDIA GPU sleeps the library is not loaded. Sleeping GPUs get their records
-    // from the PCI layer and the GPU database. Without the library, or when it does not start, no record is
-    // made.
+    // even enumerated; when every NVIDIA GPU sleeps the library is not loaded. Every GPU gets a record: one
+    // the library does not serve (asleep, library missing or failing, handle refused) gets it from the PCI
+    // layer and the GPU database, with no live value.
     void createRecords(const std::vector<const PciDevice*>& devices, const BackendServices& services,
                        GpuList& gpus) override {
         LibraryLog& trace = zTrace();
         m_state.reset();
         m_reader.reset();
         uint32_t last = kNoDisplaySlot;
+        // NVIDIA GPUs on other drivers are the generic backend's; the library's own list is for machines
+        // whose bus shows no NVIDIA GPU at all.
+        if (devices.empty() && busHasNvidiaGpu(services.pci)) return;
         if (allSleeping(devices)) {
             trace.write("NVML - every NVIDIA GPU sleeps; the driver is not asked");
             for (const PciDevice* gpu : devices) addPciRecord(*gpu, gpus, services, last);
@@ -224,6 +239,7 @@ public:
         auto nvml = std::make_unique<NvmlLibrary>();
         if (!nvml->load(libraryPath) || !nvml->start()) {
             trace.write("NVML - %s not available", libraryPath.c_str());
+            for (const PciDevice* gpu : devices) addPciRecord(*gpu, gpus, services, last);
             return;
         }
         m_state.nvml = std::move(nvml);
@@ -251,7 +267,7 @@ public:
                     index = addHandle(m_state, handle);
             }
             if (index < 0) {
-                if (gpu->asleep()) addPciRecord(*gpu, gpus, services, last);
+                addPciRecord(*gpu, gpus, services, last);
                 continue;
             }
             fillRecord(m_state, uint32_t(index), gpus.append(std::make_unique<GpuRecord>()), services, last);

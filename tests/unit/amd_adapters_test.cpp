@@ -25,7 +25,7 @@ TEST(AmdAdapterVendor, TheHexDigitsReadAsDecimal) {
     EXPECT_EQ(decimalDigitsOfHex(0x10DE), -1);
 }
 
-TEST(AmdAdapterFilter, OneAdapterPerCardAndALostCardStaysLost) {
+TEST(AmdAdapterFilter, OneAdapterPerCardWhateverItsOutputs) {
     std::vector<PciAddress> seen;
     AmdAdapterInfo output;
     output.address = *parsePciAddress("0000:03:00.0"), output.iExist = 1, output.iPresent = 1;
@@ -37,11 +37,12 @@ TEST(AmdAdapterFilter, OneAdapterPerCardAndALostCardStaysLost) {
     otherDomain.address.domain = 1;
     EXPECT_TRUE(amdAdapterIsNew(otherDomain, seen));
 
-    AmdAdapterInfo absent;
-    absent.address = *parsePciAddress("0000:07:00.0"), absent.iExist = 0, absent.iPresent = 1;
-    EXPECT_FALSE(amdAdapterIsNew(absent, seen));
-    absent.iExist = 1;
-    EXPECT_FALSE(amdAdapterIsNew(absent, seen));
+    // Regression: a card without a DRM card node was refused, and with it every later entry of its bus.
+    AmdAdapterInfo withoutCardNode;
+    withoutCardNode.address = *parsePciAddress("0000:07:00.0"), withoutCardNode.iExist = 0;
+    withoutCardNode.iPresent = 1;
+    EXPECT_TRUE(amdAdapterIsNew(withoutCardNode, seen));
+    EXPECT_FALSE(amdAdapterIsNew(withoutCardNode, seen));
 }
 
 TEST(AmdAdapterList, OneEntryPerOutputAndOneForACardWithout) {

@@ -62,6 +62,8 @@ protected:
     Kalidor* m_library = nullptr;
 };
 
+// Regression: without NVIDIA's management library the card had no record at all and the report said "no
+// GPU" for a machine whose log listed it.
 TEST_F(FixtureMachine, DesktopWithOneNvidiaCardAndNoDriverLibrary) {
     Kalidor& library = start("nvidia-desktop");
     EXPECT_STREQ(slot(0).deviceId, "PCI\\VEN_10DE&DEV_2204&SUBSYS_403B1458&REV_A1");
@@ -70,9 +72,20 @@ TEST_F(FixtureMachine, DesktopWithOneNvidiaCardAndNoDriverLibrary) {
     EXPECT_STREQ(slot(0).deviceKey, "/sys/bus/pci/devices/0000:01:00.0");
     EXPECT_STREQ(slot(1).deviceId, "");  // the host bridge is no display device
 
-    // Without the vendor's library the card has no record; the summary alone describes it.
+    // Without the vendor's library the card's record comes from the PCI layer and the GPU database, with the
+    // kernel driver's values and no live reading.
     EXPECT_TRUE(library.hasDisplayDevice());
-    EXPECT_EQ(library.getGpuCount(), 0u);
+    ASSERT_EQ(library.getGpuCount(), 1u);
+    EXPECT_STREQ(library.getGpuName(0), "NVIDIA GeForce RTX 3090");
+    EXPECT_STREQ(library.getGpuCodename(0), "GA102");
+    EXPECT_EQ(library.getGpuBusId(0), 1);
+    EXPECT_EQ(library.getGpuRopUnits(0), 112);
+    EXPECT_STREQ(library.getGpuDriverVersion(0), "535.104.05 nvidia");
+    EXPECT_STREQ(library.getGpuDisplayDeviceString(0), "NVIDIA Corporation GA102 [GeForce RTX 3090]");
+    float percent = -2;
+    EXPECT_FALSE(library.readGpuFanSpeed(0, &percent, nullptr));
+    EXPECT_FLOAT_EQ(percent, -2.0f);
+    EXPECT_FALSE(library.readGpuPowerUsage(0, nullptr, nullptr));
     EXPECT_TRUE(library.isPrimaryNvidia());
     EXPECT_EQ(library.getPrimaryVendorId(), 0x10DEu);
     EXPECT_EQ(library.getPrimaryDeviceId(), 0x2204u);
@@ -147,6 +160,8 @@ TEST_F(FixtureMachine, HybridLaptopListsTheSuspendedDgpuWithoutWakingIt) {
     EXPECT_EQ(amd.isCrimson, 0u);
 }
 
+// Identical neighbours make one display slot, as the operating system's own list does; each card is a GPU
+// with a record of its own all the same.
 TEST_F(FixtureMachine, TwoIdenticalCardsShareOneSlot) {
     Kalidor& library = start("two-identical");
     EXPECT_STREQ(slot(0).deviceId, "PCI\\VEN_8086&DEV_56A0&SUBSYS_10208086&REV_08");
@@ -154,7 +169,12 @@ TEST_F(FixtureMachine, TwoIdenticalCardsShareOneSlot) {
     HardwareCaps& caps = *m_library->caps();
     EXPECT_EQ(caps.findDisplaySlot(0x8086, 0x56A0, 0x8086, 0x1020, kNoDisplaySlot), 0u);
     EXPECT_EQ(caps.findDisplaySlot(0x8086, 0x56A0, 0x8086, 0x1020, 0), kNoDisplaySlot);
-    ASSERT_EQ(library.getGpuCount(), 1u);
+    ASSERT_EQ(library.getGpuCount(), 2u);
+    EXPECT_EQ(library.getGpuBusId(0), 3);
+    EXPECT_EQ(library.getGpuBusId(1), 4);
+    EXPECT_STREQ(library.getGpuDisplayDeviceString(1), "");  // the slot went to the first card
+    EXPECT_STREQ(library.getGpuName(1), library.getGpuName(0));
+    EXPECT_STREQ(library.getGpuDriverVersion(1), library.getGpuDriverVersion(0));
     EXPECT_EQ(library.getGpuRopUnits(0), 128);
     EXPECT_EQ(library.getGpuShaderCores(0), 512);  // asked from the database on first use
     EXPECT_EQ(gGlobals.gpus.at(0)->shaderCores, 512);
@@ -169,17 +189,21 @@ TEST_F(FixtureMachine, ServerBootsOnTheBmcAndListsTheDatacenterGpuAfterIt) {
     EXPECT_STREQ(slot(1).deviceName, "0000:01:00.0");  // no DRM node: the PCI address
     EXPECT_EQ(library.getPrimaryVendorKind(), int32_t(kPrimaryVendorOther));
 
-    ASSERT_EQ(library.getGpuCount(), 1u);
+    // The H100 has its NVIDIA record even without the driver library; NVIDIA records come first.
+    ASSERT_EQ(library.getGpuCount(), 2u);
     uint32_t vendor = 0, device = 0;
     ASSERT_TRUE(library.getGpuPciIds(0, &vendor, &device, nullptr, nullptr));
+    EXPECT_EQ(vendor, 0x10DEu);
+    ASSERT_TRUE(library.getGpuPciIds(1, &vendor, &device, nullptr, nullptr));
     EXPECT_EQ(vendor, 0x1A03u);
     EXPECT_EQ(device, 0x2000u);
-    EXPECT_STREQ(library.getGpuDriverVersion(0), "5.14.0-362.8.1.el9_3.x86_64 llvmpipe");
-    EXPECT_STREQ(library.getGpuDriverDate(0), "Tue Oct 3 11:12:36 EDT 2023");
+    EXPECT_STREQ(library.getGpuDriverVersion(1), "5.14.0-362.8.1.el9_3.x86_64 llvmpipe");
+    EXPECT_STREQ(library.getGpuDriverDate(1), "Tue Oct 3 11:12:36 EDT 2023");
 
-    // No database row: the name falls back to record 0's display string and the codename is "n.a.".
+    // No database row for the primary: the name falls back to record 0's display string, the codename is
+    // "n.a.".
     EXPECT_EQ(gGlobals.gpu_db_index, -1);
-    EXPECT_STREQ(library.getPrimaryGpuName(), "ASPEED Technology, Inc. ASPEED Graphics Family");
+    EXPECT_STREQ(library.getPrimaryGpuName(), "NVIDIA Corporation GH100 [H100 SXM5 80GB]");
     EXPECT_STREQ(library.getPrimaryCodename(), "n.a.");
     EXPECT_EQ(library.getPrimaryShaderCores(), 0);
     EXPECT_STREQ(library.getCpuName(), "AMD EPYC 9454 48-Core Processor");

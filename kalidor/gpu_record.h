@@ -12,11 +12,18 @@ namespace Kalidornm {
 // Which reader serves a record.
 enum GpuVendorClass : uint32_t { kVendorClassNone = 0, kVendorClassNvidia = 1, kVendorClassAmd = 2 };
 
-// One temperature sensor; min and max start at the far ends so the first reading moves both.
+// One temperature sensor; min and max start at the far ends so the first reading moves both. Until a reading
+// arrives `current` means nothing: a sensor never read is unknown, not 0 °C.
 struct TempSensor {
-    float current = 0.0f;  // °C
+    float current = 0.0f;  // °C, valid once `read`
     float min = 1000.0f;
     float max = -1000.0f;
+    bool read = false;
+
+    void take(float celsius) {
+        current = celsius;
+        read = true;
+    }
 };
 
 // One performance level of a GPU.

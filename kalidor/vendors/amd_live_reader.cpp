@@ -70,35 +70,26 @@ const AmdCardFiles* AmdLiveReader::_liveFiles(const GpuRecord& record) {
     return &files;
 }
 
-bool AmdLiveReader::readTemperatures(GpuRecord& record, float* coreC, float* boardC, float* memoryC,
-                                     float* vrmC) {
-    if (record.vendorClass != kVendorClassAmd) return false;
-    if (const AmdCardFiles* files = _liveFiles(record))
-        if (const auto milli = readInteger(files->temperature, kMinMilliCelsius, kMaxMilliCelsius))
-            record.sensorGpu.current = float(*milli) / 1000.0f;
+bool AmdLiveReader::readTemperatures(GpuRecord& record, float* coreC, float*, float*, float*) {
+    const AmdCardFiles* files = _liveFiles(record);
+    const auto milli = files ? readInteger(files->temperature, kMinMilliCelsius, kMaxMilliCelsius) : std::nullopt;
+    if (!milli) return false;
+    record.sensorGpu.take(float(*milli) / 1000.0f);
     if (coreC) *coreC = record.sensorGpu.current;
-    if (boardC) *boardC = record.sensorBoard.current;
-    if (memoryC) *memoryC = record.sensorMemory.current;
-    if (vrmC) *vrmC = record.sensorVrm.current;
     return true;
 }
 
 bool AmdLiveReader::readFanSpeed(GpuRecord& record, float* percent, float* rpm) {
-    if (record.vendorClass != kVendorClassAmd) return false;
-    record.fanPercent = 0.0f;
-    record.fanRpm = 0.0f;
     const AmdCardFiles* files = _liveFiles(record);
-    bool ok = files && files->pwmMax;
-    if (ok) {
-        const auto pwm = readInteger(files->pwm, 0, *files->pwmMax);
-        const auto speed = readInteger(files->fanRpm, 0, kMaxFanRpm);
-        if (pwm) record.fanPercent = float(*pwm) * 100.0f / float(*files->pwmMax);
-        if (speed) record.fanRpm = float(*speed);
-        ok = pwm && speed;
-    }
+    if (!files || !files->pwmMax) return false;
+    const auto pwm = readInteger(files->pwm, 0, *files->pwmMax);
+    const auto speed = readInteger(files->fanRpm, 0, kMaxFanRpm);
+    if (!pwm || !speed) return false;
+    record.fanPercent = float(*pwm) * 100.0f / float(*files->pwmMax);
+    record.fanRpm = float(*speed);
     if (percent) *percent = record.fanPercent;
     if (rpm) *rpm = record.fanRpm;
-    return ok;
+    return true;
 }
 
 bool AmdLiveReader::readLoad(GpuRecord& record, float* gpuPercent, float*) {

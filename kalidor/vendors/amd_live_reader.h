@@ -34,8 +34,10 @@ public:
 
     void addCard(const PciAddress& address, AmdCardFiles files) { m_cards[address] = std::move(files); }
 
-    // Always true for an AMD record: the out values are the last readings, refreshed when a read works.
+    // The core temperature only: the driver has no board, memory or VRM sensor, whose outputs stay as given.
+    // A failed read is false and changes nothing.
     bool readTemperatures(GpuRecord& record, float* coreC, float* boardC, float* memoryC, float* vrmC) override;
+    // Percent and RPM together, or false and nothing changed.
     bool readFanSpeed(GpuRecord& record, float* percent, float* rpm) override;
     bool readLoad(GpuRecord& record, float* gpuPercent, float* frameBufferPercent) override;
     bool readCurrentClocks(GpuRecord& record, uint32_t* pstate, float* gpuMhz, float* memMhz, float* shaderMhz,

@@ -16,6 +16,11 @@ void put(T* out, V value) {
     if (out) *out = T(value);
 }
 
+// A sensor the driver never reported leaves its output as the caller gave it.
+void putReading(float* out, const TempSensor& sensor) {
+    if (out && sensor.read) *out = sensor.current;
+}
+
 float percentOf(unsigned int part, unsigned int whole) { return float(double(part) * 100.0 / double(whole)); }
 
 bool readTwoClocks(decltype(&nvmlDeviceGetClockInfo) call, nvmlDevice_t d, unsigned int& gpuMhz,
@@ -52,18 +57,18 @@ bool NvidiaGpu::readTemperatures(float* coreC, float* boardC, float* memoryC, fl
     if (!m_nvml.deviceGetTemperature ||
         m_nvml.deviceGetTemperature(device(handle()), NVML_TEMPERATURE_GPU, &gpuC) != NVML_SUCCESS)
         return false;
-    m_record.sensorGpu.current = float(gpuC);
+    m_record.sensorGpu.take(float(gpuC));
     if (m_nvml.deviceGetFieldValues) {
         nvmlFieldValue_t field{};
         field.fieldId = NVML_FI_DEV_MEMORY_TEMP;
         float memory = 0.0f;
         if (m_nvml.deviceGetFieldValues(device(handle()), 1, &field) == NVML_SUCCESS && fieldAsFloat(field, memory))
-            m_record.sensorMemory.current = memory;
+            m_record.sensorMemory.take(memory);
     }
-    put(coreC, m_record.sensorGpu.current);
-    put(boardC, m_record.sensorBoard.current);
-    put(memoryC, m_record.sensorMemory.current);
-    put(vrmC, m_record.sensorVrm.current);
+    putReading(coreC, m_record.sensorGpu);
+    putReading(boardC, m_record.sensorBoard);
+    putReading(memoryC, m_record.sensorMemory);
+    putReading(vrmC, m_record.sensorVrm);
     return true;
 }
 

@@ -148,7 +148,7 @@ void fillRecord(NvidiaState& state, uint32_t index, GpuRecord& r, const BackendS
     nameFromDatabase(r, state.nvGpuInfo[index]);
     NvidiaGpu gpu(nvml, r);
     gpu.readTemperatures(nullptr, nullptr, nullptr, nullptr);
-    r.hasTemperature = r.sensorGpu.current > 0.0f;
+    r.hasTemperature = r.sensorGpu.read && r.sensorGpu.current > 0.0f;
     readCounters(nvml, r);
     readPerfLevelTable(nvml, r);
 

@@ -128,7 +128,7 @@ TEST(AmdReader, LiveReadsFollowTheDriverAtEveryCall) {
     float core = 0, board = -3;
     ASSERT_TRUE(m.reader().readTemperatures(r, &core, &board, nullptr, nullptr));
     EXPECT_FLOAT_EQ(core, 71.5f);
-    EXPECT_FLOAT_EQ(board, 0.0f);
+    EXPECT_FLOAT_EQ(board, -3.0f);  // no board sensor: unknown, not 0 °C
     float percent = 0, rpm = 0;
     ASSERT_TRUE(m.reader().readFanSpeed(r, &percent, &rpm));
     EXPECT_FLOAT_EQ(percent, 100.0f);
@@ -153,13 +153,17 @@ TEST(AmdReader, ACardWithoutHwmonGetsARecordButNoLiveRead) {
     EXPECT_EQ(r.deviceId, 0x67DFu);
     EXPECT_EQ(r.perfLevelCount, 0u);
 
+    // Regression: without a read path the temperature read said true with a stale 0 °C, and the fan read set
+    // both values to 0 before failing.
     float core = -5;
-    EXPECT_TRUE(m.reader().readTemperatures(r, &core, nullptr, nullptr, nullptr));  // true without a read path
-    EXPECT_FLOAT_EQ(core, 0.0f);
+    EXPECT_FALSE(m.reader().readTemperatures(r, &core, nullptr, nullptr, nullptr));
+    EXPECT_FLOAT_EQ(core, -5.0f);
+    EXPECT_FALSE(r.sensorGpu.read);
     float percent = 5, rpm = 5;
     EXPECT_FALSE(m.reader().readFanSpeed(r, &percent, &rpm));
-    EXPECT_FLOAT_EQ(percent, 0.0f);  // both cleared before the read
-    EXPECT_FLOAT_EQ(rpm, 0.0f);
+    EXPECT_FLOAT_EQ(percent, 5.0f);
+    EXPECT_FLOAT_EQ(rpm, 5.0f);
+    EXPECT_FLOAT_EQ(r.fanPercent, -1.0f);  // still never read
     EXPECT_FALSE(m.reader().readLoad(r, &percent, nullptr));
     EXPECT_FLOAT_EQ(r.gpuLoadPercent, -1.0f);
     EXPECT_FALSE(m.reader().readCurrentClocks(r, nullptr, nullptr, nullptr, nullptr, nullptr));
@@ -218,8 +222,8 @@ TEST(AmdReader, MalformedAttributesFailTheirReadCleanly) {
     ASSERT_EQ(m.gpus.size(), 1u);
     GpuRecord& r = m.gpu(0);
     float core = -5;
-    EXPECT_TRUE(m.reader().readTemperatures(r, &core, nullptr, nullptr, nullptr));
-    EXPECT_FLOAT_EQ(core, 0.0f);  // empty temp1_input: no value taken
+    EXPECT_FALSE(m.reader().readTemperatures(r, &core, nullptr, nullptr, nullptr));  // empty temp1_input
+    EXPECT_FLOAT_EQ(core, -5.0f);
     EXPECT_FALSE(m.reader().readFanSpeed(r, nullptr, nullptr));  // pwm1 above pwm1_max, negative RPM
     EXPECT_FALSE(m.reader().readLoad(r, nullptr, nullptr));      // 101 percent
     EXPECT_FALSE(m.reader().readCurrentClocks(r, nullptr, nullptr, nullptr, nullptr, nullptr));  // no '*'
@@ -231,11 +235,11 @@ TEST(AmdReader, MalformedAttributesFailTheirReadCleanly) {
     Machine good(copy.root);
     GpuRecord& g = good.gpu(0);
     copy.write(kRx6800Hwmon + "temp1_input", "99999999999999999999\n");
-    ASSERT_TRUE(good.reader().readTemperatures(g, &core, nullptr, nullptr, nullptr));
-    EXPECT_FLOAT_EQ(core, 45.0f);  // the last good reading stays
+    EXPECT_FALSE(good.reader().readTemperatures(g, &core, nullptr, nullptr, nullptr));
+    EXPECT_FLOAT_EQ(g.sensorGpu.current, 45.0f);  // the last good reading stays
     copy.write(kRx6800Hwmon + "temp1_input", "4000000000\n");
-    good.reader().readTemperatures(g, &core, nullptr, nullptr, nullptr);
-    EXPECT_FLOAT_EQ(core, 45.0f);
+    EXPECT_FALSE(good.reader().readTemperatures(g, &core, nullptr, nullptr, nullptr));
+    EXPECT_FLOAT_EQ(g.sensorGpu.current, 45.0f);
     copy.write(kRx6800Hwmon + "power1_cap", "-203000000\n");
     EXPECT_FALSE(good.reader().readPowerControl(g, nullptr, nullptr, nullptr, nullptr));
     copy.write("/sys/bus/pci/devices/0000:03:00.0/gpu_busy_percent", "");

@@ -53,7 +53,8 @@ TEST_F(NvidiaFacade, LiveReadsGiveTheDriversValuesInTheirUnits) {
     ASSERT_TRUE(library->readGpuTemperatures(0, &core, &board, &memory, &vrm));
     EXPECT_FLOAT_EQ(core, 45.0f);
     EXPECT_FLOAT_EQ(memory, 60.0f);
-    EXPECT_FLOAT_EQ(board, 0.0f);
+    EXPECT_FLOAT_EQ(board, -1.0f);  // the library has no board sensor: unknown, not 0 °C
+    EXPECT_FLOAT_EQ(vrm, -1.0f);
     EXPECT_FLOAT_EQ(library->readGpuCoreTemperature(0), 45.0f);
 
     float percent = -1, rpm = -1;

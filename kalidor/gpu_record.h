@@ -132,6 +132,15 @@ void copyText(char (&field)[N], const char* source) {
     field[i] = '\0';
 }
 
+// Copies a text a driver wrote into a buffer of M bytes: the text ends at the buffer's end even where the
+// driver left no terminator, and is cut at the field's size less one.
+template <size_t N, size_t M>
+void copyDriverText(char (&field)[N], const char (&buffer)[M]) {
+    size_t i = 0;
+    for (; i < M && i + 1 < N && buffer[i]; ++i) field[i] = buffer[i];
+    field[i] = '\0';
+}
+
 // The GPU list: NVIDIA records first, then AMD, then every other adapter. A GPU index is a position here;
 // nothing below the facade finds a GPU by it, so sorting changes no reading.
 class GpuList {

@@ -1,5 +1,6 @@
 #include "vendors/nvidia_reader.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "library_log.h"
 #include "platform/pci_names.h"
 #include "vendors/nvidia_gpu.h"
+#include "vendors/nvidia_limits.h"
 #include "vendors/nvml_library.h"
 #include "vendors/vendor_backend.h"
 
@@ -28,6 +30,8 @@ void* NvidiaState::handleAt(const PciAddress& address) const {
 
 namespace {
 
+using namespace nvidia_limits;
+
 nvmlDevice_t device(void* handle) { return static_cast<nvmlDevice_t>(handle); }
 
 // The GPU's address as the driver writes it ("00000000:01:00.0"); the numeric fields where that text is odd.
@@ -38,11 +42,20 @@ PciAddress addressOf(const nvmlPciInfo_t& pci) {
     return PciAddress{pci.domain, pci.bus & 0xFF, pci.device & 0x1F, 0};
 }
 
-void readPciIds(const NvmlLibrary& nvml, GpuRecord& r, const NvGpuInfo& info) {
+// The record's place and ids: the PCI layer's where the GPU was asked for by its bus id, the driver's where it
+// answers.
+void readPciIds(const NvmlLibrary& nvml, GpuRecord& r, const NvGpuInfo& info, const PciDevice* gpu) {
+    if (gpu) {
+        r.busId = int32_t(gpu->address.bus);
+        r.vendorId = gpu->ids.vendor, r.deviceId = gpu->ids.device;
+        r.subvendorId = gpu->ids.subvendor, r.subdeviceId = gpu->ids.subdevice;
+        r.nvDeviceId32 = gpu->ids.device << 16 | gpu->ids.vendor;
+        r.nvSubsystemId32 = gpu->ids.subdevice << 16 | gpu->ids.subvendor;
+    }
     r.pciAddress = info.address;
     nvmlPciInfo_t pci{};
     if (nvml.deviceGetPciInfo(device(r.nvPhysicalGpu), &pci) != NVML_SUCCESS) return;
-    r.busId = int32_t(pci.bus);
+    r.busId = int32_t(pci.bus & 0xFF);
     r.nvDeviceId32 = pci.pciDeviceId;
     r.nvSubsystemId32 = pci.pciSubSystemId;
     r.vendorId = pci.pciDeviceId & 0xFFFF;
@@ -62,47 +75,63 @@ int32_t addHandle(NvidiaState& state, nvmlDevice_t handle) {
     NvGpuInfo& info = state.nvGpuInfo[index];
     info.handle = handle;
     char name[NVML_DEVICE_NAME_V2_BUFFER_SIZE] = {};
-    if (nvml.deviceGetName(handle, name, sizeof name) == NVML_SUCCESS) copyText(info.fullName, name);
+    if (nvml.deviceGetName(handle, name, sizeof name) == NVML_SUCCESS) copyDriverText(info.fullName, name);
     nvmlMemory_t memory{};
-    if (nvml.deviceGetMemoryInfo && nvml.deviceGetMemoryInfo(handle, &memory) == NVML_SUCCESS)
-        info.physicalFrameBufferKb = uint32_t(memory.total >> 10);
+    if (nvml.deviceGetMemoryInfo && nvml.deviceGetMemoryInfo(handle, &memory) == NVML_SUCCESS &&
+        memory.total <= kMaxMemoryBytes)
+        info.physicalFrameBufferKb = uint32_t(std::min<unsigned long long>(memory.total >> 10, UINT32_MAX));
     nvmlPciInfo_t pci{};
     if (nvml.deviceGetPciInfo(handle, &pci) == NVML_SUCCESS) info.address = addressOf(pci);
     return int32_t(index);
 }
 
+bool alreadyTaken(const NvidiaState& state, nvmlDevice_t handle) {
+    for (uint32_t i = 0; i < state.nvPhysicalGpuCount; ++i)
+        if (state.nvPhysicalGpus[i] == handle) return true;
+    return false;
+}
+
 // Every GPU of the driver's own list, in its order: for machines whose PCI bus shows no NVIDIA GPU (WSL,
-// some containers), where nothing is known to sleep. A GPU whose handle the driver refuses is left out.
+// some containers), where nothing is known to sleep. The count is the driver's word and is capped: no more
+// than kMaxNvidiaGpus indices are asked, and a handle handed out twice is taken once. A GPU whose handle the
+// driver refuses is left out.
 void takeDriversList(NvidiaState& state) {
     const NvmlLibrary& nvml = *state.library();
     unsigned int count = 0;
     if (nvml.deviceGetCount(&count) != NVML_SUCCESS) count = 0;
+    count = std::min(count, kMaxNvidiaGpus);
     for (unsigned int i = 0; i < count && state.nvPhysicalGpuCount < kMaxNvidiaGpus; ++i) {
         nvmlDevice_t handle = nullptr;
-        if (nvml.deviceGetHandleByIndex(i, &handle) == NVML_SUCCESS && handle) addHandle(state, handle);
+        if (nvml.deviceGetHandleByIndex(i, &handle) == NVML_SUCCESS && handle && !alreadyTaken(state, handle))
+            addHandle(state, handle);
     }
 }
 
-void nameFromDatabase(GpuRecord& r, const NvGpuInfo& info) {
+// Name and figures from the GPU database; without a row the driver's name, else the PCI id list's.
+void nameFromDatabase(GpuRecord& r, const NvGpuInfo& info, const BackendServices& services) {
     const int32_t row = findGpuRow(r.vendorId, r.deviceId);
     if (row >= 0 && *gpuDbName(r.vendorId, row)) {
         copyText(r.name, gpuDbName(r.vendorId, row));
         copyText(r.codename, gpuDbCodename(r.vendorId, row));
         r.tmus = gpuDbClampedFigure(r.vendorId, row, GpuDbFigure::Tmus);
         r.rops = gpuDbClampedFigure(r.vendorId, row, GpuDbFigure::Rops);
-    } else {
+    } else if (info.fullName[0]) {
         copyText(r.name, info.fullName);
+    } else {
+        copyText(r.name, pciDeviceName(pciIdsListFor(services.sources), r.vendorId, r.deviceId).c_str());
     }
 }
 
 void readCounters(const NvmlLibrary& nvml, GpuRecord& r) {
     const nvmlDevice_t d = device(r.nvPhysicalGpu);
     unsigned int value = 0;
-    if (nvml.deviceGetMemoryBusWidth && nvml.deviceGetMemoryBusWidth(d, &value) == NVML_SUCCESS)
+    if (nvml.deviceGetMemoryBusWidth && nvml.deviceGetMemoryBusWidth(d, &value) == NVML_SUCCESS &&
+        value <= kMaxBusWidthBits)
         r.memoryBusWidth = value;
-    if (nvml.deviceGetNumGpuCores && nvml.deviceGetNumGpuCores(d, &value) == NVML_SUCCESS)
+    if (nvml.deviceGetNumGpuCores && nvml.deviceGetNumGpuCores(d, &value) == NVML_SUCCESS && value <= kMaxCores)
         r.shaderCores = int32_t(value);
-    if (nvml.deviceGetCurrPcieLinkWidth && nvml.deviceGetCurrPcieLinkWidth(d, &value) == NVML_SUCCESS)
+    if (nvml.deviceGetCurrPcieLinkWidth && nvml.deviceGetCurrPcieLinkWidth(d, &value) == NVML_SUCCESS &&
+        value <= kMaxPcieLanes)
         r.pcieWidth = value;
 }
 
@@ -124,6 +153,9 @@ void readPerfLevelTable(const NvmlLibrary& nvml, GpuRecord& r) {
             clocks.maxGpuMhz = 0;
         if (nvml.deviceGetMaxClockInfo(d, NVML_CLOCK_MEM, &clocks.maxMemMhz) != NVML_SUCCESS) clocks.maxMemMhz = 0;
     }
+    // A clock beyond any GPU's is the driver's "not available".
+    for (uint32_t* mhz : {&clocks.currentGpuMhz, &clocks.currentMemMhz, &clocks.maxGpuMhz, &clocks.maxMemMhz})
+        if (*mhz > kMaxClockMhz) *mhz = 0;
     PerfLevel levels[2];
     const uint32_t count = buildNvidiaPerfLevels(clocks, levels);
     r.allocatePerfLevels(count);
@@ -132,11 +164,11 @@ void readPerfLevelTable(const NvmlLibrary& nvml, GpuRecord& r) {
 
 // Step 7, one record: the order of the reads follows the driver reader of other platforms.
 void fillRecord(NvidiaState& state, uint32_t index, GpuRecord& r, const BackendServices& services,
-                uint32_t& last) {
+                uint32_t& last, const PciDevice* gpu) {
     const NvmlLibrary& nvml = *state.library();
     r.nvPhysicalGpu = state.nvPhysicalGpus[index];
     r.vendorClass = kVendorClassNvidia;
-    readPciIds(nvml, r, state.nvGpuInfo[index]);
+    readPciIds(nvml, r, state.nvGpuInfo[index], gpu);
     takeDisplaySlot(r, services.display, last);
     readGpuDriverValues(r, services);
 
@@ -145,9 +177,8 @@ void fillRecord(NvidiaState& state, uint32_t index, GpuRecord& r, const BackendS
     r.nvDriverVersion = state.nvDriverVersion;
     formatNvidiaDriverVersion(state.nvDriverVersion, r.driverVersion);
 
-    nameFromDatabase(r, state.nvGpuInfo[index]);
-    NvidiaGpu gpu(nvml, r);
-    gpu.readTemperatures(nullptr, nullptr, nullptr, nullptr);
+    nameFromDatabase(r, state.nvGpuInfo[index], services);
+    NvidiaGpu(nvml, r).readTemperatures(nullptr, nullptr, nullptr, nullptr);
     r.hasTemperature = r.sensorGpu.read && r.sensorGpu.current > 0.0f;
     readCounters(nvml, r);
     readPerfLevelTable(nvml, r);
@@ -158,9 +189,11 @@ void fillRecord(NvidiaState& state, uint32_t index, GpuRecord& r, const BackendS
     r.biosVersion[0] = '\0';
     if (nvml.deviceGetVbiosVersion &&
         nvml.deviceGetVbiosVersion(device(r.nvPhysicalGpu), bios, sizeof bios) == NVML_SUCCESS)
-        copyText(r.biosVersion, bios);
+        copyDriverText(r.biosVersion, bios);
     unsigned int irq = 0;
-    if (nvml.deviceGetIrqNum && nvml.deviceGetIrqNum(device(r.nvPhysicalGpu), &irq) == NVML_SUCCESS) r.irq = irq;
+    if (nvml.deviceGetIrqNum && nvml.deviceGetIrqNum(device(r.nvPhysicalGpu), &irq) == NVML_SUCCESS &&
+        irq != 0xFFFFFFFFu)
+        r.irq = irq;
 }
 
 // The record of a GPU the driver is not asked about (it sleeps, or the driver cannot be asked without waking
@@ -177,9 +210,7 @@ void addPciRecord(const PciDevice& gpu, GpuList& gpus, const BackendServices& se
     r.nvSubsystemId32 = ids.subdevice << 16 | ids.subvendor;
     takeDisplaySlot(r, services.display, last);
     readGpuDriverValues(r, services);
-    NvGpuInfo named;
-    copyText(named.fullName, pciDeviceName(pciIdsListFor(services.sources), ids.vendor, ids.device).c_str());
-    nameFromDatabase(r, named);
+    nameFromDatabase(r, NvGpuInfo{}, services);
 }
 
 bool isNvidiaGpu(const PciDevice& device) { return device.ids.vendor == PciVendorNvidia && device.isDisplay(); }
@@ -249,7 +280,7 @@ public:
         if (devices.empty()) {
             takeDriversList(m_state);
             for (uint32_t i = 0; i < m_state.nvPhysicalGpuCount; ++i)
-                fillRecord(m_state, i, gpus.append(std::make_unique<GpuRecord>()), services, last);
+                fillRecord(m_state, i, gpus.append(std::make_unique<GpuRecord>()), services, last, nullptr);
             return;
         }
         const NvmlLibrary& lib = *m_state.library();
@@ -263,14 +294,17 @@ public:
                     if (m_state.nvGpuInfo[i].address == gpu->address) index = int32_t(i);
             } else if (!gpu->asleep()) {
                 nvmlDevice_t handle = nullptr;
-                if (lib.deviceGetHandleByPciBusId(gpu->address.text().c_str(), &handle) == NVML_SUCCESS && handle)
+                if (lib.deviceGetHandleByPciBusId(gpu->address.text().c_str(), &handle) == NVML_SUCCESS && handle &&
+                    !alreadyTaken(m_state, handle))
                     index = addHandle(m_state, handle);
+                // Asked for by this address, the GPU sits there whatever its PCI info says or fails to say.
+                if (index >= 0) m_state.nvGpuInfo[index].address = gpu->address;
             }
             if (index < 0) {
                 addPciRecord(*gpu, gpus, services, last);
                 continue;
             }
-            fillRecord(m_state, uint32_t(index), gpus.append(std::make_unique<GpuRecord>()), services, last);
+            fillRecord(m_state, uint32_t(index), gpus.append(std::make_unique<GpuRecord>()), services, last, gpu);
         }
     }
 
@@ -280,11 +314,16 @@ private:
     void readDriverVersion() {
         LibraryLog& trace = zTrace();
         const NvmlLibrary& lib = *m_state.library();
+        char buffer[NVML_SYSTEM_NVML_VERSION_BUFFER_SIZE] = {};
         char text[NVML_SYSTEM_NVML_VERSION_BUFFER_SIZE] = {};
-        if (lib.systemGetNvmlVersion && lib.systemGetNvmlVersion(text, sizeof text) == NVML_SUCCESS)
+        if (lib.systemGetNvmlVersion && lib.systemGetNvmlVersion(buffer, sizeof buffer) == NVML_SUCCESS) {
+            copyDriverText(text, buffer);
             trace.write("NVAPI version: %s", text);
+        }
+        char driverBuffer[NVML_SYSTEM_DRIVER_VERSION_BUFFER_SIZE] = {};
         char driver[NVML_SYSTEM_DRIVER_VERSION_BUFFER_SIZE] = {};
-        if (lib.systemGetDriverVersion(driver, sizeof driver) != NVML_SUCCESS) driver[0] = '\0';
+        if (lib.systemGetDriverVersion(driverBuffer, sizeof driverBuffer) == NVML_SUCCESS)
+            copyDriverText(driver, driverBuffer);
         formatNvidiaDriverBranch(driver, m_state.nvDriverBranch);
         m_state.nvDriverVersion = nvidiaDriverVersionNumber(driver);
         trace.write("NVAPI - driver version: %s --- %u --- %s", m_state.nvDriverBranch, m_state.nvDriverVersion,

@@ -9,15 +9,22 @@ namespace Kalidornm {
 
 namespace {
 
-// The major and minor numbers of "550.54.15"; false without a major number.
+// The major and minor numbers of "550.54.15"; false without a major number or with one of more than four
+// digits (a garbage text, which must not overflow the version number).
 bool parseDriverVersion(const char* text, uint32_t& major, uint32_t& minor) {
-    if (!text || !std::isdigit(static_cast<unsigned char>(text[0]))) return false;
-    char* end = nullptr;
-    major = uint32_t(std::strtoul(text, &end, 10));
+    if (!text) return false;
+    major = 0;
     minor = 0;
+    size_t digits = 0;
+    for (; std::isdigit(static_cast<unsigned char>(text[digits])); ++digits) {
+        if (digits == 4) return false;
+        major = major * 10 + uint32_t(text[digits] - '0');
+    }
+    if (digits == 0) return false;
+    const char* end = text + digits;
     if (*end == '.')
-        for (int digits = 0; digits < 2 && std::isdigit(static_cast<unsigned char>(end[1 + digits])); ++digits)
-            minor = minor * 10 + uint32_t(end[1 + digits] - '0');
+        for (int place = 0; place < 2 && std::isdigit(static_cast<unsigned char>(end[1 + place])); ++place)
+            minor = minor * 10 + uint32_t(end[1 + place] - '0');
     return true;
 }
 

@@ -9,6 +9,14 @@
 // pcie_width, irq, board_id, temp, mem_temp, fan, rpm, util_gpu, util_mem, decoder, clock_gfx, clock_mem,
 // max_gfx, max_mem, app_gfx, app_mem, pstate, power, enforced, limit, default_limit, min_limit, max_limit,
 // reasons, gpc_offset, mem_offset, pids (comma separated).
+// FAKE_NVML_FAULT makes the library misbehave as a broken driver might:
+//   errors         every call after init and the handle lookups fails, after scribbling over its outputs
+//   zero_count     no GPU in the list and no process on a GPU
+//   huge_count     0xFFFFFFFF GPUs in the list (the index lookups cycle through the real ones) and processes
+//   unterminated   every text fills the caller's whole buffer with no terminator
+//   long_strings   every text is as long as the caller's buffer allows
+//   special_chars  names, VBIOS and driver texts full of quotes, markup, format specifiers and UTF-8
+//   huge_values    every number is the largest its type holds (0xFFFFFFFF MHz, 2^64-1 bytes)
 // With FAKE_NVML_CALL_LOG naming a file, every call is appended to it as "<bus id> <call>", "-" for calls
 // that name no GPU, so a test can see which GPUs were asked.
 // Built three ways: the full library; FAKE_NVML_LEGACY, an old library with only the first versions of the
@@ -17,8 +25,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <set>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "vendors/nvml_api.h"
@@ -40,7 +50,25 @@ struct nvmlDevice_st {
 
 namespace {
 
+enum class Fault { None, Errors, ZeroCount, HugeCount, Unterminated, LongStrings, SpecialChars, HugeValues };
+
+Fault faultFromEnvironment() {
+    const char* text = std::getenv("FAKE_NVML_FAULT");
+    const std::string name = text ? text : "";
+    if (name == "errors") return Fault::Errors;
+    if (name == "zero_count") return Fault::ZeroCount;
+    if (name == "huge_count") return Fault::HugeCount;
+    if (name == "unterminated") return Fault::Unterminated;
+    if (name == "long_strings") return Fault::LongStrings;
+    if (name == "special_chars") return Fault::SpecialChars;
+    if (name == "huge_values") return Fault::HugeValues;
+    return Fault::None;
+}
+
+constexpr const char* kSpecialText = "<Quadro & \"RTX\"> 'A6000' %s%n%x \\ \t\xC3\x84\xE2\x82\xAC";
+
 struct FakeMachine {
+    Fault fault = Fault::None;
     bool initFails = false;
     bool started = false;
     std::string driver = "550.54.15";
@@ -100,6 +128,7 @@ void setValue(nvmlDevice_st& g, const std::string& key, const char* v) {
 
 void readConfig() {
     machine = FakeMachine{};
+    machine.fault = faultFromEnvironment();
     const char* path = std::getenv("FAKE_NVML_CONFIG");
     FILE* file = path ? std::fopen(path, "r") : nullptr;
     if (!file) return;
@@ -143,9 +172,35 @@ nvmlDevice_st* gpu(nvmlDevice_t device, const char* call) {
     return device;
 }
 
-nvmlReturn_t copyOut(const std::string& text, char* out, unsigned int length) {
-    if (!out || text.size() + 1 > length) return NVML_ERROR_INSUFFICIENT_SIZE;
+bool faulty(Fault fault) { return machine.fault == fault; }
+
+// A text into the caller's buffer of `length` bytes, as the fault mode has it.
+nvmlReturn_t copyOut(const std::string& given, char* out, unsigned int length) {
+    if (!out || length == 0) return NVML_ERROR_INVALID_ARGUMENT;
+    const std::string text = faulty(Fault::SpecialChars) ? kSpecialText : given;
+    if (faulty(Fault::Errors) || faulty(Fault::Unterminated)) {
+        std::memset(out, 'X', length);
+        return faulty(Fault::Errors) ? NVML_ERROR_UNKNOWN : NVML_SUCCESS;
+    }
+    if (faulty(Fault::LongStrings)) {
+        std::memset(out, 'L', length - 1);
+        out[length - 1] = '\0';
+        return NVML_SUCCESS;
+    }
+    if (text.size() + 1 > length) return NVML_ERROR_INSUFFICIENT_SIZE;
     std::memcpy(out, text.c_str(), text.size() + 1);
+    return NVML_SUCCESS;
+}
+
+// What a number read answers: the GPU's value, the largest of its type, or an error after scribbling.
+template <typename T>
+nvmlReturn_t answer(T* out, T value) {
+    if (!out) return NVML_ERROR_INVALID_ARGUMENT;
+    if (faulty(Fault::Errors)) {
+        *out = T(3);
+        return NVML_ERROR_UNKNOWN;
+    }
+    *out = faulty(Fault::HugeValues) ? std::numeric_limits<T>::max() : value;
     return NVML_SUCCESS;
 }
 
@@ -160,12 +215,14 @@ nvmlReturn_t start(const char* call) {
 nvmlReturn_t count(unsigned int* n) {
     logCall(nullptr, "DeviceGetCount");
     if (!machine.started || !n) return NVML_ERROR_UNINITIALIZED;
-    *n = unsigned(machine.gpus.size());
+    *n = faulty(Fault::ZeroCount) ? 0u : faulty(Fault::HugeCount) ? 0xFFFFFFFFu : unsigned(machine.gpus.size());
     return NVML_SUCCESS;
 }
 
 nvmlReturn_t handle(unsigned int index, nvmlDevice_t* device) {
-    if (!machine.started || !device || index >= machine.gpus.size()) return NVML_ERROR_INVALID_ARGUMENT;
+    if (!machine.started || !device || machine.gpus.empty()) return NVML_ERROR_INVALID_ARGUMENT;
+    if (faulty(Fault::HugeCount)) index %= unsigned(machine.gpus.size());
+    if (index >= machine.gpus.size()) return NVML_ERROR_INVALID_ARGUMENT;
     logCall(&machine.gpus[index], "DeviceGetHandleByIndex");
     *device = &machine.gpus[index];
     return NVML_SUCCESS;
@@ -190,6 +247,10 @@ nvmlReturn_t handleByBusId(const char* busId, nvmlDevice_t* device) {
 nvmlReturn_t pciInfo(nvmlDevice_t device, nvmlPciInfo_t* pci) {
     nvmlDevice_st* g = gpu(device, "DeviceGetPciInfo");
     if (!g || !pci) return NVML_ERROR_UNKNOWN;
+    if (faulty(Fault::Errors)) {
+        std::memset(pci, 0x5A, sizeof *pci);
+        return NVML_ERROR_UNKNOWN;
+    }
     *pci = nvmlPciInfo_t{};
     pci->domain = g->domain;
     pci->bus = g->bus;
@@ -204,23 +265,28 @@ template <typename P>
 nvmlReturn_t processes(nvmlDevice_t device, unsigned int* n, P* infos) {
     nvmlDevice_st* g = gpu(device, "DeviceGetGraphicsRunningProcesses");
     if (!g || !n) return NVML_ERROR_UNKNOWN;
-    if (*n < g->pids.size()) {
-        *n = unsigned(g->pids.size());
+    if (faulty(Fault::Errors)) {
+        *n = 3;
+        return NVML_ERROR_UNKNOWN;
+    }
+    const size_t listed = faulty(Fault::ZeroCount) ? 0 : g->pids.size();
+    if (*n < listed) {
+        *n = unsigned(listed);
         return NVML_ERROR_INSUFFICIENT_SIZE;
     }
-    *n = unsigned(g->pids.size());
-    for (size_t i = 0; i < g->pids.size(); ++i) {
+    for (size_t i = 0; i < listed; ++i) {
         infos[i] = P{};
         infos[i].pid = g->pids[i];
     }
+    // A lying driver: a count far beyond what it wrote, and beyond the room it was given.
+    *n = faulty(Fault::HugeCount) ? 0xFFFFFFFFu : unsigned(listed);
     return NVML_SUCCESS;
 }
 
 #define FAKE_READ(call, field)                                                  \
     nvmlDevice_st* g = gpu(device, call);                                       \
     if (!g || !out) return NVML_ERROR_NOT_SUPPORTED;                            \
-    *out = g->field;                                                            \
-    return NVML_SUCCESS
+    return answer(out, std::remove_pointer_t<decltype(out)>(g->field))
 
 }  // namespace
 
@@ -244,8 +310,7 @@ nvmlReturn_t nvmlDeviceGetFanSpeed_v2(nvmlDevice_t device, unsigned int fan, uns
 nvmlReturn_t nvmlDeviceGetFanSpeedRPM(nvmlDevice_t device, nvmlFanSpeedInfo_t* info) {
     nvmlDevice_st* g = gpu(device, "DeviceGetFanSpeedRPM");
     if (!g || !info || info->version != nvmlFanSpeedInfo_v1 || info->fan != 0) return NVML_ERROR_NOT_SUPPORTED;
-    info->speed = g->rpm;
-    return NVML_SUCCESS;
+    return answer(&info->speed, g->rpm);
 }
 nvmlReturn_t nvmlDeviceGetFieldValues(nvmlDevice_t device, int n, nvmlFieldValue_t* values) {
     nvmlDevice_st* g = gpu(device, "DeviceGetFieldValues");
@@ -253,12 +318,11 @@ nvmlReturn_t nvmlDeviceGetFieldValues(nvmlDevice_t device, int n, nvmlFieldValue
     for (int i = 0; i < n; ++i) {
         values[i].nvmlReturn = NVML_ERROR_NOT_SUPPORTED;
         if (values[i].fieldId == NVML_FI_DEV_MEMORY_TEMP && g->memTemp != 0) {
-            values[i].nvmlReturn = NVML_SUCCESS;
             values[i].valueType = NVML_VALUE_TYPE_UNSIGNED_INT;
-            values[i].value.uiVal = g->memTemp;
+            values[i].nvmlReturn = answer(&values[i].value.uiVal, g->memTemp);
         }
     }
-    return NVML_SUCCESS;
+    return faulty(Fault::Errors) ? NVML_ERROR_UNKNOWN : NVML_SUCCESS;
 }
 nvmlReturn_t nvmlDeviceGetDecoderUtilization(nvmlDevice_t device, unsigned int* out, unsigned int* periodUs) {
     if (periodUs) *periodUs = 167000;
@@ -288,6 +352,7 @@ nvmlReturn_t nvmlSystemGetDriverVersion(char* out, unsigned int length) {
     return copyOut(machine.driver, out, length);
 }
 nvmlReturn_t nvmlSystemGetNVMLVersion(char* out, unsigned int length) {
+    logCall(nullptr, "SystemGetNVMLVersion");
     return copyOut("12." + machine.driver, out, length);
 }
 nvmlReturn_t nvmlDeviceGetCount(unsigned int* n) { return count(n); }
@@ -302,10 +367,10 @@ nvmlReturn_t nvmlDeviceGetName(nvmlDevice_t device, char* out, unsigned int leng
 nvmlReturn_t nvmlDeviceGetMemoryInfo(nvmlDevice_t device, nvmlMemory_t* memory) {
     nvmlDevice_st* g = gpu(device, "DeviceGetMemoryInfo");
     if (!g || !memory) return NVML_ERROR_UNKNOWN;
-    memory->total = g->memoryMb << 20;
-    memory->free = g->freeMb << 20;
+    nvmlReturn_t result = answer(&memory->total, g->memoryMb << 20);
+    answer(&memory->free, g->freeMb << 20);
     memory->used = memory->total - memory->free;
-    return NVML_SUCCESS;
+    return result;
 }
 nvmlReturn_t nvmlDeviceGetVbiosVersion(nvmlDevice_t device, char* out, unsigned int length) {
     nvmlDevice_st* g = gpu(device, "DeviceGetVbiosVersion");
@@ -327,8 +392,8 @@ nvmlReturn_t nvmlDeviceGetFanSpeed(nvmlDevice_t device, unsigned int* out) { FAK
 nvmlReturn_t nvmlDeviceGetUtilizationRates(nvmlDevice_t device, nvmlUtilization_t* out) {
     nvmlDevice_st* g = gpu(device, "DeviceGetUtilizationRates");
     if (!g || !out) return NVML_ERROR_NOT_SUPPORTED;
-    *out = nvmlUtilization_t{g->utilGpu, g->utilMem};
-    return NVML_SUCCESS;
+    answer(&out->memory, g->utilMem);
+    return answer(&out->gpu, g->utilGpu);
 }
 nvmlReturn_t nvmlDeviceGetClockInfo(nvmlDevice_t device, nvmlClockType_t type, unsigned int* out) {
     if (type == NVML_CLOCK_MEM) { FAKE_READ("DeviceGetClockInfo", clockMem); }
@@ -372,8 +437,8 @@ nvmlReturn_t nvmlDeviceGetPowerManagementLimitConstraints(nvmlDevice_t device, u
                                                           unsigned int* high) {
     nvmlDevice_st* g = gpu(device, "DeviceGetPowerManagementLimitConstraints");
     if (!g || !low || !high) return NVML_ERROR_NOT_SUPPORTED;
-    *low = g->minLimit, *high = g->maxLimit;
-    return NVML_SUCCESS;
+    answer(low, g->minLimit);
+    return answer(high, g->maxLimit);
 }
 nvmlReturn_t nvmlDeviceSetPowerManagementLimit(nvmlDevice_t device, unsigned int limit) {
     nvmlDevice_st* g = gpu(device, "DeviceSetPowerManagementLimit");

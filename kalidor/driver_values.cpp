@@ -18,7 +18,7 @@ struct GlDriverRow {
     const char* glDriver;
 };
 
-constexpr std::array<GlDriverRow, 11> kGlDriverRows{{
+constexpr std::array<GlDriverRow, 10> kGlDriverRows{{
     {"amdgpu", "radeonsi"},
     {"radeon", "r600"},
     {"i915", "iris"},
@@ -29,9 +29,8 @@ constexpr std::array<GlDriverRow, 11> kGlDriverRows{{
     {"vmwgfx", "svga"},
     {"ast", "llvmpipe"},
     {"mgag200", "llvmpipe"},
-    {"", "llvmpipe"},
 }};
-static_assert(kGlDriverRows.size() == 11);
+static_assert(kGlDriverRows.size() == 10);
 
 constexpr std::array<std::string_view, 7> kWeekdays{"Mon ", "Tue ", "Wed ", "Thu ", "Fri ", "Sat ", "Sun "};
 static_assert(kWeekdays.size() == 7);
@@ -69,6 +68,7 @@ std::string kernelBuildDate(const std::string& version) {
 }  // namespace
 
 const char* openGlDriverForKernelDriver(const std::string& kernelDriver) {
+    if (kernelDriver.empty()) return "";
     for (const GlDriverRow& row : kGlDriverRows)
         if (kernelDriver == row.kernelDriver) return row.glDriver;
     return "";
@@ -101,9 +101,10 @@ bool HardwareCaps::initGraphicsControllerData() {
     copyText(driver.driverVersion, "Unknown version");
     driver.memorySizeBytes = 0;
 
-    // Slot 0 is the primary adapter by construction, so its device is the one to read.
+    // Slot 0 is the primary adapter by construction, so its device is the one to read. A device no driver is
+    // bound to has no driver values.
     const PciDevice* device = _pciDeviceOfSlot(0);
-    if (!device) return false;
+    if (!device || device->driver.empty()) return false;
     const SysfsDriverFacts facts = readDriverFacts(sources.rootDir, *device);
 
     const DisplaySlot& primarySlot = display.slots[0];

@@ -7,6 +7,7 @@
 
 #include "gpu_database/gpu_database.h"
 #include "library_log.h"
+#include "platform/pci_driver_facts.h"
 #include "platform/pci_names.h"
 #include "vendors/nvidia_gpu.h"
 #include "vendors/nvidia_limits.h"
@@ -263,6 +264,7 @@ public:
         if (devices.empty() && busHasNvidiaGpu(services.pci)) return;
         if (allSleeping(devices)) {
             trace.write("NVML - every NVIDIA GPU sleeps; the driver is not asked");
+            takeModuleVersion(services);
             for (const PciDevice* gpu : devices) addPciRecord(*gpu, gpus, services, last);
             return;
         }
@@ -270,6 +272,7 @@ public:
         auto nvml = std::make_unique<NvmlLibrary>();
         if (!nvml->load(libraryPath) || !nvml->start()) {
             trace.write("NVML - %s not available", libraryPath.c_str());
+            if (!devices.empty()) takeModuleVersion(services);
             for (const PciDevice* gpu : devices) addPciRecord(*gpu, gpus, services, last);
             return;
         }
@@ -311,6 +314,14 @@ public:
     GpuLiveReader* liveReader() override { return m_reader.get(); }
 
 private:
+    // Regression: with every NVIDIA GPU asleep the driver version read 0 ("R0.00" in the report) though the
+    // kernel module tells it without waking anything.
+    void takeModuleVersion(const BackendServices& services) {
+        const std::string version = kernelModuleVersion(services.sources.rootDir, "nvidia");
+        formatNvidiaDriverBranch(version.c_str(), m_state.nvDriverBranch);
+        m_state.nvDriverVersion = nvidiaDriverVersionNumber(version.c_str());
+    }
+
     void readDriverVersion() {
         LibraryLog& trace = zTrace();
         const NvmlLibrary& lib = *m_state.library();

@@ -29,9 +29,10 @@ void takeDisplaySlot(GpuRecord& record, const DisplayDeviceData& display, uint32
 }
 
 // Catalyst and Crimson belong to another platform's AMD driver and stay empty here.
+// Regression: a device with no driver bound got the software rasterizer's driver line ("<kernel> llvmpipe").
 bool readGpuDriverValues(GpuRecord& record, const BackendServices& services) {
     const PciDevice* device = record.pciAddress ? services.pci.find(*record.pciAddress) : nullptr;
-    if (!device) return false;
+    if (!device || device->driver.empty()) return false;
     const SysfsDriverFacts facts = readDriverFacts(services.sources.rootDir, *device);
 
     if (!facts.vbiosVersion.empty()) copyText(record.biosVersion, facts.vbiosVersion.c_str());

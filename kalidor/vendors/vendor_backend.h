@@ -72,7 +72,8 @@ void takeDisplaySlot(GpuRecord& record, const DisplayDeviceData& display, uint32
 uint32_t findDisplaySlot(const DisplayDeviceData& display, const PciIds& ids, uint32_t skip);
 
 // The kernel driver's values for the record's device, found by its PCI address: version with the OpenGL
-// driver, date, BIOS, video memory. False, the record untouched, when the scan has no such device.
+// driver, date, BIOS, video memory. False, the record untouched, when the scan has no such device or no driver
+// is bound to it.
 bool readGpuDriverValues(GpuRecord& record, const BackendServices& services);
 
 }  // namespace Kalidornm

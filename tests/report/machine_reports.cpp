@@ -16,6 +16,7 @@ std::vector<ReportedMachine> reportedMachines() {
         {"nvidia_desktop", {"nvidia-desktop", nvmlSettings("nvidia-desktop")}},
         {"amd_rx6800", {"amdgpu-rx6800", ""}},
         {"hybrid_laptop", {"hybrid-laptop", ""}},
+        {"nvidia_optimus_asleep", {"nvidia-optimus", nvmlSettings("nvidia-optimus")}},
         {"no_gpu", {"nothing", ""}},
     };
 }

@@ -46,7 +46,9 @@ TEST(DriverValues, GlDriverFollowsTheKernelDriver) {
     EXPECT_STREQ(openGlDriverForKernelDriver("nouveau"), "nouveau");
     EXPECT_STREQ(openGlDriverForKernelDriver("nvidia"), "nvidia");
     EXPECT_STREQ(openGlDriverForKernelDriver("virtio_gpu"), "virgl");
-    EXPECT_STREQ(openGlDriverForKernelDriver(""), "llvmpipe");
+    EXPECT_STREQ(openGlDriverForKernelDriver("ast"), "llvmpipe");  // a real driver that draws nothing itself
+    // Regression: no driver at all read as the software rasterizer.
+    EXPECT_STREQ(openGlDriverForKernelDriver(""), "");
     EXPECT_STREQ(openGlDriverForKernelDriver("vfio-pci"), "");
 }
 

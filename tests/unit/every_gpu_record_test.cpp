@@ -75,6 +75,28 @@ TEST(EveryGpuRecord, AnNvidiaGpuWhoseLibraryFailsOrRefusesItKeepsItsRecord) {
     EXPECT_FALSE(library.readGpuTemperatures(1, nullptr, nullptr, nullptr, nullptr));
 }
 
+// Regression: an S3 card with no kernel driver, and the primary driver row of two such cards, got the software
+// rasterizer's driver line ("<kernel> llvmpipe").
+TEST(EveryGpuRecord, CardsWithoutAKernelDriverHaveNoDriverValues) {
+    SysfsTree tree;
+    SysfsTree::Device first = SysfsTree::gpu("0000:01:00.0", 0x5333, 0x8A01, "");
+    first.bootVga = true;
+    tree.addDevice(first);
+    SysfsTree::Device second = first;
+    second.address = "0000:02:00.0";
+    second.bootVga = false;
+    tree.addDevice(second);
+    tree.write("/proc/sys/kernel/osrelease", "6.1.0-18-amd64\n");
+    FixtureLibrary started({tree.root(), ""});
+    Kalidor& library = started.library();
+    ASSERT_EQ(library.getGpuCount(), 2u);
+    EXPECT_STREQ(library.getGpuDriverVersion(0), "");
+    EXPECT_STREQ(library.getGpuDriverVersion(1), "");
+    EXPECT_FALSE(library.caps()->initGraphicsControllerData());
+    EXPECT_STREQ(library.getPrimaryOpenGLDriverName(), "");
+    EXPECT_STREQ(library.getPrimaryDriverVersion(), "Unknown version");
+}
+
 // Regression: an amdgpu card without a DRM card node was dropped by the adapter filter.
 TEST(EveryGpuRecord, AnAmdgpuCardWithoutACardNodeIsReadAsAnyOther) {
     SysfsTree tree;

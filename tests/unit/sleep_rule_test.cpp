@@ -138,15 +138,20 @@ TEST(SleepRule, AGpuThatFallsAsleepLaterIsNotWokenByTheTick) {
     EXPECT_GT(readEverything(library, 0), 5);
 }
 
-// With every NVIDIA GPU asleep the library is not even loaded.
-TEST(SleepRule, WithEveryGpuAsleepTheLibraryIsNotStarted) {
+// With every NVIDIA GPU asleep the library is not even loaded. Regression: the driver version then read 0 and
+// the report printed "(R0.00)", though the kernel module tells it without waking anything.
+TEST(SleepRule, WithEveryGpuAsleepTheLibraryIsNotStartedAndTheModuleTellsTheVersion) {
     TwoNvidiaGpus machine;
     machine.tree.write(machine.awakeDir + "/power/runtime_status", "suspended\n");
+    machine.tree.write("/sys/module/nvidia/version", "550.54.15\n");
     FakeNvmlMachine nvml(kTwoGeForces);
     CallLog calls;
     FixtureLibrary started({machine.tree.root(), nvml.path()});
-    EXPECT_EQ(started.library().getGpuCount(), 2u);
+    Kalidor& library = started.library();
+    EXPECT_EQ(library.getGpuCount(), 2u);
     EXPECT_TRUE(calls.lines().empty());
+    EXPECT_EQ(library.getDriverVersionNumber(), 55054u);
+    EXPECT_STREQ(library.getDriverBranch(), "r550");
 }
 
 // A library without the flag call starts through the plain init; without a call by bus id it could only list

@@ -5,6 +5,7 @@ lumenscope_unit_test(unit_machine
   unit/sleep_rule_test.cpp
   unit/every_gpu_record_test.cpp
   unit/nvml_faults_test.cpp
+  unit/amd_memory_type_test.cpp
 )
 target_link_libraries(unit_machine PRIVATE fixture_library sysfs_tree)
 add_dependencies(unit_machine fake_nvml_full fake_nvml_legacy fake_nvml_broken)

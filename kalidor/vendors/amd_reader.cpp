@@ -5,6 +5,7 @@
 
 #include "gpu_database/gpu_naming.h"
 #include "library_log.h"
+#include "platform/amdgpu_drm_info.h"
 #include "platform/pci_names.h"
 #include "vendors/amd_live_reader.h"
 #include "vendors/vendor_backend.h"
@@ -21,6 +22,21 @@ std::string adapterNameOf(const std::string& idsList, const PciDevice& device) {
         name = fallback;
     }
     return name;
+}
+
+// The memory type from the driver's own device info, asked on the card's render node (or its card node);
+// a sleeping card is not asked, and where no answer comes the type stays empty and the report leaves its row
+// out.
+void readMemoryType(GpuRecord& record, const PciDevice& device, const BackendServices& services) {
+    const std::string& node = device.renderNode.empty() ? device.drmCard : device.renderNode;
+    if (node.empty() || !services.pci.mayTouch(device.address)) return;
+    const auto info = queryAmdgpuMemoryInfo(services.sources.amdgpuLibrary,
+                                            underRoot(services.sources, "/dev/dri/" + node));
+    if (!info || !*amdgpuVramTypeName(info->vramType)) return;
+    copyText(record.memoryType, amdgpuVramTypeName(info->vramType));
+    generalTrace().write("AMD_Display_Library_Init - memory info: size:%lu, bandwidth:%lu, "
+                         "memoryInfo.strMemoryType:%s",
+                         static_cast<unsigned long>(record.memorySizeMb) << 20, 0ul, record.memoryType);
 }
 
 }  // namespace
@@ -101,6 +117,7 @@ bool AMD_Display_Library_Init(AmdState& amd, AmdLiveReader& live, const std::vec
                     int(i));
         live.readFanSpeed(record, nullptr, nullptr);
         live.readPerfLevels(record, true);
+        readMemoryType(record, device, services);
     }
     trace.write("AMD_Display_Library_Init - END OK.");
     return true;

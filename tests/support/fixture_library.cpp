@@ -13,6 +13,7 @@ KalidorSources FixtureLibrary::sourcesFor(const FixtureMachineSources& sources) 
     result.pciIdsFile = std::string(SYSFS_FIXTURES) + "/pci.ids";
     result.eglLibrary = sources.softwareEgl ? FAKE_EGL_SOFTWARE : "";
     result.nvmlLibrary = sources.nvmlSettings.empty() ? "" : FAKE_NVML_LIBRARY;
+    result.amdgpuLibrary = FAKE_DRM_AMDGPU;
     return result;
 }
 

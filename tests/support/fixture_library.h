@@ -5,7 +5,8 @@
 #include "kalidor/kalidor.h"
 
 // The hardware library started on a machine replayed from tests/fixtures/sysfs/<machine>/, without an OpenGL
-// context; the fake management library serves it when a setting file for the fake is given. Stopping puts
+// context; the fake management library serves it when a setting file for the fake is given, the fake
+// libdrm_amdgpu always. Stopping puts
 // the library back as a fresh process has it, so machines can follow each other in one test.
 struct FixtureMachineSources {
     std::string machine;           // a folder of tests/fixtures/sysfs, or an absolute path

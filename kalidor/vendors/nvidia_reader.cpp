@@ -163,7 +163,8 @@ void readPerfLevelTable(const NvmlLibrary& nvml, GpuRecord& r) {
     for (uint32_t i = 0; i < r.perfLevelCount && i < count; ++i) r.perfLevels[i] = levels[i];
 }
 
-// Step 7, one record: the order of the reads follows the driver reader of other platforms.
+// The record of one GPU the driver handed out: its place and ids, display slot and kernel driver values, then
+// what the driver tells about it.
 void fillRecord(NvidiaState& state, uint32_t index, GpuRecord& r, const BackendServices& services,
                 uint32_t& last, const PciDevice* gpu) {
     const NvmlLibrary& nvml = *state.library();

@@ -28,7 +28,7 @@ void takeDisplaySlot(GpuRecord& record, const DisplayDeviceData& display, uint32
     copyText(record.displayDeviceKey, found.deviceKey);
 }
 
-// Catalyst and Crimson belong to another platform's AMD driver and stay empty here.
+// Catalyst and Crimson versions have no source in the kernel's drivers and stay empty.
 // Regression: a device with no driver bound got the software rasterizer's driver line ("<kernel> llvmpipe").
 bool readGpuDriverValues(GpuRecord& record, const BackendServices& services) {
     const PciDevice* device = record.pciAddress ? services.pci.find(*record.pciAddress) : nullptr;

@@ -6,6 +6,7 @@
 
 #include "fake_nvml_machine.h"
 #include "support/fixture_library.h"
+#include "support/live_reads.h"
 #include "support/sysfs_tree.h"
 
 namespace {
@@ -45,25 +46,6 @@ private:
     SysfsTree m_tree;
     FakeNvmlMachine m_nvml;
 };
-
-// How many of the live reads answered; every output starts at -5 and must stay there when a read fails.
-int liveReadsAnswered(Kalidor& library, bool* outputsTouched) {
-    float a = -5, b = -5, c = -5, d = -5;
-    uint32_t u = 5, v = 5, w = 5;
-    int answered = 0;
-    answered += library.readGpuTemperatures(0, &a, &b, &c, &d);
-    answered += library.readGpuFanSpeed(0, &a, &b);
-    answered += library.readGpuLoad(0, &a, &b);
-    answered += library.readGpuCurrentClocks(0, nullptr, &a, &b, &c, &d);
-    for (uint32_t type : {0u, 1u, 2u}) answered += library.readGpuClockFrequencies(0, type, &a, &b);
-    answered += library.readGpuClockOffsets(0, &a, &b, &c);
-    answered += library.readGpuPowerUsage(0, &a, &u);
-    answered += library.readGpuPowerPolicy(0, &a, &u, &b, &v, &c, &w);
-    answered += library.readGpuPowerTarget(0, &a, &u);
-    answered += library.readGpuMemoryUsage(0, &u, &v, &a);
-    *outputsTouched = a != -5 || b != -5 || c != -5 || d != -5 || u != 5 || v != 5 || w != 5;
-    return answered;
-}
 
 // Regression: a name filling NVML's 96-byte buffer (or a VBIOS filling its 32 bytes) without a terminator was
 // read past the buffer's end (AddressSanitizer: stack-buffer-overflow).
@@ -115,9 +97,9 @@ TEST(NvmlFaults, ErrorsFromEveryCallLeaveTheRecordFromThePciLayerAndNoReading) {
     EXPECT_EQ(library.getGpuPcieWidth(0), 0u);
     EXPECT_EQ(library.getDriverVersionNumber(), 0u);
     EXPECT_FALSE(library.hasGpuTemperature(0));
-    bool touched = false;
-    EXPECT_EQ(liveReadsAnswered(library, &touched), 0);
-    EXPECT_FALSE(touched);
+    const LiveReadOutcome reads = readEveryLiveValue(library, 0);
+    EXPECT_EQ(reads.answered, 0);
+    EXPECT_FALSE(reads.outputsTouched);
     EXPECT_EQ(library.queryActive3DApps(0), 0u);
 }
 
@@ -137,9 +119,8 @@ TEST(NvmlFaults, LargestValuesOfTheirTypeAreNoReadings) {
     ASSERT_TRUE(library.getGpuMemoryBusWidth(0, &bits, nullptr));
     EXPECT_EQ(bits, 0u);
     EXPECT_FALSE(library.hasGpuTemperature(0));
-    bool touched = false;
-    EXPECT_EQ(liveReadsAnswered(library, &touched), 0);
-    EXPECT_FALSE(touched);
+    // Only the limiter bits and the board id answer: they are no quantities.
+    EXPECT_EQ(readEveryLiveValue(library, 0).answered, 2);
     EXPECT_FALSE(library.setGpuPowerTarget(0, 90.0f));
 }
 

@@ -7,6 +7,7 @@
 
 #include "fake_nvml_machine.h"
 #include "support/fixture_library.h"
+#include "support/live_reads.h"
 #include "support/sysfs_tree.h"
 
 namespace {
@@ -69,26 +70,8 @@ struct TwoNvidiaGpus {
     }
 };
 
-// Every read the facade offers, on one GPU; how many of them answered.
 int readEverything(Kalidor& library, int gpu) {
-    float a = 0, b = 0, c = 0, d = 0;
-    uint32_t u = 0, v = 0, w = 0;
-    uint8_t board[16] = {};
-    int answered = 0;
-    answered += library.readGpuTemperatures(gpu, &a, &b, &c, &d);
-    answered += library.readGpuFanSpeed(gpu, &a, &b);
-    answered += library.readGpuLoad(gpu, &a, &b);
-    answered += library.readGpuCurrentClocks(gpu, &u, &a, &b, &c, &d);
-    for (uint32_t type : {0u, 1u, 2u}) answered += library.readGpuClockFrequencies(gpu, type, &a, &b);
-    answered += library.readGpuClockOffsets(gpu, &a, &b, &c);
-    answered += library.readGpuPowerUsage(gpu, &a, &u);
-    answered += library.readGpuPowerPolicy(gpu, &a, &u, &b, &v, &c, &w);
-    answered += library.readGpuPowerTarget(gpu, &a, &u);
-    answered += library.readGpuMemoryUsage(gpu, &u, &v, &a);
-    answered += library.readGpuPerfLimiters(gpu);
-    answered += library.readGpuBoardInfo(gpu, board);
-    answered += library.queryActive3DApps(gpu) > 0;
-    return answered;
+    return readEveryLiveValue(library, gpu).answered + (library.queryActive3DApps(gpu) > 0);
 }
 
 // The sleeping GPU is never named to the driver, whether or not the other one is awake: not enumerated at

@@ -16,7 +16,8 @@
 //   unterminated   every text fills the caller's whole buffer with no terminator
 //   long_strings   every text is as long as the caller's buffer allows
 //   special_chars  names, VBIOS and driver texts full of quotes, markup, format specifiers and UTF-8
-//   huge_values    every number is the largest its type holds (0xFFFFFFFF MHz, 2^64-1 bytes)
+//   huge_values    every quantity is the largest its type holds (0xFFFFFFFF MHz, 2^64-1 bytes); ids and bit
+//                  masks stay as they are
 // With FAKE_NVML_CALL_LOG naming a file, every call is appended to it as "<bus id> <call>", "-" for calls
 // that name no GPU, so a test can see which GPUs were asked.
 // Built three ways: the full library; FAKE_NVML_LEGACY, an old library with only the first versions of the
@@ -192,15 +193,16 @@ nvmlReturn_t copyOut(const std::string& given, char* out, unsigned int length) {
     return NVML_SUCCESS;
 }
 
-// What a number read answers: the GPU's value, the largest of its type, or an error after scribbling.
+// What a number read answers: the GPU's value, the largest of its type for a quantity, or an error after
+// scribbling.
 template <typename T>
-nvmlReturn_t answer(T* out, T value) {
+nvmlReturn_t answer(T* out, T value, bool quantity = true) {
     if (!out) return NVML_ERROR_INVALID_ARGUMENT;
     if (faulty(Fault::Errors)) {
         *out = T(3);
         return NVML_ERROR_UNKNOWN;
     }
-    *out = faulty(Fault::HugeValues) ? std::numeric_limits<T>::max() : value;
+    *out = quantity && faulty(Fault::HugeValues) ? std::numeric_limits<T>::max() : value;
     return NVML_SUCCESS;
 }
 
@@ -283,10 +285,12 @@ nvmlReturn_t processes(nvmlDevice_t device, unsigned int* n, P* infos) {
     return NVML_SUCCESS;
 }
 
-#define FAKE_READ(call, field)                                                  \
+#define FAKE_READ(call, field) FAKE_ANSWER(call, field, true)
+#define FAKE_READ_ID(call, field) FAKE_ANSWER(call, field, false)
+#define FAKE_ANSWER(call, field, quantity)                                      \
     nvmlDevice_st* g = gpu(device, call);                                       \
     if (!g || !out) return NVML_ERROR_NOT_SUPPORTED;                            \
-    return answer(out, std::remove_pointer_t<decltype(out)>(g->field))
+    return answer(out, std::remove_pointer_t<decltype(out)>(g->field), quantity)
 
 }  // namespace
 
@@ -330,14 +334,14 @@ nvmlReturn_t nvmlDeviceGetDecoderUtilization(nvmlDevice_t device, unsigned int* 
 }
 nvmlReturn_t nvmlDeviceGetIrqNum(nvmlDevice_t device, unsigned int* out) { FAKE_READ("DeviceGetIrqNum", irq); }
 nvmlReturn_t nvmlDeviceGetCurrentClocksEventReasons(nvmlDevice_t device, unsigned long long* out) {
-    FAKE_READ("DeviceGetCurrentClocksEventReasons", reasons);
+    FAKE_READ_ID("DeviceGetCurrentClocksEventReasons", reasons);
 }
 nvmlReturn_t nvmlDeviceGetGraphicsRunningProcesses_v3(nvmlDevice_t d, unsigned int* n, nvmlProcessInfo_t* p) {
     return processes(d, n, p);
 }
 #else
 nvmlReturn_t nvmlDeviceGetCurrentClocksThrottleReasons(nvmlDevice_t device, unsigned long long* out) {
-    FAKE_READ("DeviceGetCurrentClocksEventReasons", reasons);
+    FAKE_READ_ID("DeviceGetCurrentClocksEventReasons", reasons);
 }
 #endif
 
@@ -383,7 +387,7 @@ nvmlReturn_t nvmlDeviceGetMemoryBusWidth(nvmlDevice_t device, unsigned int* out)
 nvmlReturn_t nvmlDeviceGetCurrPcieLinkWidth(nvmlDevice_t device, unsigned int* out) {
     FAKE_READ("DeviceGetCurrPcieLinkWidth", pcieWidth);
 }
-nvmlReturn_t nvmlDeviceGetBoardId(nvmlDevice_t device, unsigned int* out) { FAKE_READ("DeviceGetBoardId", boardId); }
+nvmlReturn_t nvmlDeviceGetBoardId(nvmlDevice_t device, unsigned int* out) { FAKE_READ_ID("DeviceGetBoardId", boardId); }
 nvmlReturn_t nvmlDeviceGetTemperature(nvmlDevice_t device, nvmlTemperatureSensors_t sensor, unsigned int* out) {
     if (sensor != NVML_TEMPERATURE_GPU) return NVML_ERROR_INVALID_ARGUMENT;
     FAKE_READ("DeviceGetTemperature", temp);

@@ -6,7 +6,7 @@ set -eu
 PACKAGES="
 g++ make cmake pkg-config
 libgtest-dev libgmock-dev libbenchmark-dev
-libpci-dev pci.ids
+libpci-dev pci.ids libdrm-dev
 libegl-dev libgl-dev libglew-dev libegl-mesa0 libgl1-mesa-dri
 libx11-dev libfreeimage-dev xvfb xauth
 ocl-icd-libopencl1 ocl-icd-opencl-dev opencl-headers pocl-opencl-icd

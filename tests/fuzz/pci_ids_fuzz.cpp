@@ -1,5 +1,5 @@
-// The PCI id list from any file: our own reader of the list and the name lookup through libpci, both of
-// which a damaged /usr/share/misc/pci.ids reaches. The first part of the input holds the vendor and device
+// The PCI id list from any file: the name lookups through libpci, which a damaged /usr/share/misc/pci.ids
+// reaches. The first part of the input holds the vendor and device
 // to look up as hex ("10de 2204"), the second the list.
 #include <cstdio>
 #include <cstdlib>
@@ -7,8 +7,7 @@
 
 #include "fuzz/fuzz_input.h"
 #include "fuzz/scratch_root.h"
-#include "kalidor/platform/pci_ids_file.h"
-#include "kalidor/platform/sysfs_pci.h"
+#include "kalidor/platform/pci_names.h"
 
 using namespace Kalidornm;
 
@@ -22,8 +21,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     root.clear();
     if (parts.size() > 1) root.write("usr/share/misc/pci.ids", parts[1]);
 
-    const std::string name = pciIdsDeviceName(root.path(), vendor, device);
-    if (name.find('\n') != std::string::npos) std::abort();
-    pciDeviceName(root.path() + "/usr/share/misc/pci.ids", vendor, device);
+    const std::string list = root.path() + "/usr/share/misc/pci.ids";
+    if (pciDeviceName(list, vendor, device).find('\n') != std::string::npos) std::abort();
+    if (pciDeviceOnlyName(list, vendor, device).find('\n') != std::string::npos) std::abort();
     return 0;
 }

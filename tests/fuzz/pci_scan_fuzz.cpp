@@ -1,5 +1,5 @@
-// The PCI scans over one device directory of any content: the display-device list and its driver facts, the
-// amdgpu device list with its hwmon attributes and live reads, and the NVIDIA device list. The input's parts
+// The PCI layer's scan over one device directory of any content: the device records, their driver facts and,
+// for an amdgpu device, its hwmon attributes and live reads. The input's parts
 // fill the files below in that order (the first part names the device directory); what the input does not
 // reach is absent.
 #include <cstdlib>
@@ -9,9 +9,8 @@
 #include "fuzz/scratch_root.h"
 #include "kalidor/driver_values.h"
 #include "kalidor/gpu_record.h"
-#include "kalidor/platform/amdgpu_sysfs.h"
-#include "kalidor/platform/nvidia_sysfs.h"
-#include "kalidor/platform/sysfs_pci.h"
+#include "kalidor/platform/pci_bus.h"
+#include "kalidor/platform/pci_driver_facts.h"
 #include "kalidor/vendors/amd_live_reader.h"
 
 using namespace Kalidornm;
@@ -65,10 +64,11 @@ void writeMachine(ScratchRoot& root, Parts& parts) {
         if (parts.more()) root.write(file, parts.next());
 }
 
-void readAmdSensors(const AmdgpuDevice& device) {
-    AmdLiveReader reader;
-    reader.addCard(0, resolveAmdCardFiles(device));
+void readAmdSensors(const PciBus& bus, const PciDevice& device) {
+    AmdLiveReader reader(bus);
+    reader.addCard(device.address, resolveAmdCardFiles(device));
     GpuRecord record;
+    record.pciAddress = device.address;
     record.vendorClass = kVendorClassAmd;
     record.overdriveVersion = 6;
     record.adlAdapterIndex = 0;
@@ -91,17 +91,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Parts parts(splitFuzzInput(data, size));
     writeMachine(root, parts);
 
-    for (const PciDisplayDevice& device : listPciDisplayDevices(root.path())) {
-        if ((device.pciClass >> 16) != 0x03) std::abort();
-        SysfsDriverFacts facts;
-        if (!readSysfsDriverFacts(root.path(), device.sysfsPath, &facts)) std::abort();
+    const PciBus bus = PciBus::scan(root.path());
+    for (const PciDevice& device : bus.devices()) {
+        if (device.ids.vendor > 0xFFFF || device.ids.device > 0xFFFF || device.address.bus > 0xFF) std::abort();
+        const SysfsDriverFacts facts = readDriverFacts(root.path(), device);
         driverVersionOf(facts);
         driverDateOf(facts);
+        if (device.driver == "amdgpu") readAmdSensors(bus, device);
     }
-    for (const AmdgpuDevice& device : listAmdgpuDevices(root.path())) {
-        if (device.vendorId > 0xFFFF || device.deviceId > 0xFFFF || device.busNumber > 0xFF) std::abort();
-        readAmdSensors(device);
-    }
-    listSysfsNvidiaGpus(root.path());
+    for (const PciDevice* device : bus.displayDevices())
+        if (!device->isDisplay()) std::abort();
     return 0;
 }

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "kalidor/platform/proc_system.h"
-#include "kalidor/platform/sysfs_pci.h"
+#include "kalidor/platform/pci_names.h"
 
 namespace {
 

@@ -9,11 +9,13 @@
 #include "compute/cuda_discovery.h"
 #include "compute/opencl_discovery.h"
 #include "demos/demo_context.h"
+#include "desktop_shell.h"
 #include "engine/vantalux.h"
 #include "gpu_log_block.h"
 #include "kalidor/kalidor.h"
 #include "kalidor/platform/display_device_source.h"
 #include "message_boxes.h"
+#include "no_display_notice.h"
 #include "version.h"
 
 using Kalidornm::Kalidor;
@@ -49,9 +51,6 @@ void logDisplayDeviceStrings(Kalidor& library) {
     }
 }
 
-// The main window comes with the GUI; until then an interactive start ends here.
-void runMainDialog() { appLog().write("%s startup ok.", lumenscope::kDisplayName); }
-
 void shutdownApplication(AppState& state, Kalidor* library) {
     for (int slot = 0; slot < kDemoSlotCount; ++slot) stopDemo(demoContext(DemoSlot(slot)));
     state.furArray.reset();
@@ -75,7 +74,7 @@ void shutdownApplication(AppState& state, Kalidor* library) {
 
 }  // namespace
 
-int runLumenscope(int argc, const char* const* argv) {
+int runLumenscope(int argc, const char* const* argv, DesktopShell* desktop) {
     AppState& state = gApp;
     initAppState(state);
     logVersionLine("startup...");
@@ -85,13 +84,24 @@ int runLumenscope(int argc, const char* const* argv) {
 
     logDisplayDevices();
     const bool batch = state.exportXmlReport || state.exportTxtReport || state.exportJsonReport;
+    if (!batch) {
+        // Checked before the scan: without a display there is nothing to show it in.
+        std::string why = "no window toolkit was built in";
+        if (!desktop || !desktop->connect(&why)) {
+            reportNoDisplay(why.c_str());
+            return 1;
+        }
+        desktop->showSplash();
+    }
     state.updateThread.reset();
 
     if (state.openclSupportEnabled) compute::discoverOpenCl();
 
     Kalidor* library = Kalidor::getInstance();
     if (!library || !library->startup(0, 0, 64, 64, state.glMajorVersion, state.glMinorVersion, true)) {
+        if (!batch) desktop->closeSplash();
         showErrorBox("Could not initialize Kalidor. Lumenscope startup failed. Bye!");
+        if (!batch) desktop->disconnect();
         return 0;
     }
 
@@ -112,8 +122,9 @@ int runLumenscope(int argc, const char* const* argv) {
     if (batch)
         writeBatchReports(state, *library);
     else
-        runMainDialog();
+        desktop->runMainDialog(state, *library);
 
     shutdownApplication(state, library);
+    if (!batch) desktop->disconnect();
     return 0;
 }

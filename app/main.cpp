@@ -1,3 +1,7 @@
 #include "lifecycle.h"
+#include "panels/qt_desktop_shell.h"
 
-int main(int argc, char** argv) { return runLumenscope(argc, argv); }
+int main(int argc, char** argv) {
+    panels::QtDesktopShell desktop(argc, argv);
+    return runLumenscope(argc, argv, &desktop);
+}

@@ -10,6 +10,8 @@ libpci-dev pci.ids
 libegl-dev libgl-dev libglew-dev libegl-mesa0 libgl1-mesa-dri
 ocl-icd-libopencl1 ocl-icd-opencl-dev opencl-headers pocl-opencl-icd
 nlohmann-json3-dev
+qt6-base-dev qt6-qpa-plugins libxcb1-dev libx11-dev fonts-dejavu-core
+xvfb xauth
 "
 
 missing=""

@@ -4,6 +4,10 @@ find_package(Qt6 REQUIRED COMPONENTS Test Widgets)
 add_executable(unit_panels
   panels/qt_test_main.cpp
   panels/gpu_panel_test.cpp
+  panels/main_dialog_test.cpp
+  panels/tools_panel_test.cpp
+  panels/report_dialog_test.cpp
+  panels/layout_test.cpp
   panels/panel_rules_test.cpp
 )
 target_link_libraries(unit_panels PRIVATE lumenscope_panels Qt6::Test GTest::gtest GTest::gmock)

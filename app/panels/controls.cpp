@@ -5,8 +5,6 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
-#include <QStyle>
-#include <QStyleOptionFrame>
 
 #include "panel_look.h"
 
@@ -34,13 +32,12 @@ void CaptionBox::paintEvent(QPaintEvent*) {
     const int captionWidth = metrics.horizontalAdvance(m_caption);
     const int indent = metrics.averageCharWidth();
 
-    QStyleOptionFrame frame;
-    frame.initFrom(this);
-    frame.rect = rect().adjusted(0, captionHeight / 2, 0, 0);
-    frame.lineWidth = 1;
-    frame.midLineWidth = 0;
-    frame.frameShape = QFrame::StyledPanel;
-    style()->drawPrimitive(QStyle::PE_FrameGroupBox, &frame, &painter, this);
+    // An etched frame from the caption's middle down: a dark line with a light one inside it.
+    const QRect frame = rect().adjusted(0, captionHeight / 2, -2, -2);
+    painter.setPen(palette().color(QPalette::Light));
+    painter.drawRect(frame.translated(1, 1));
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.drawRect(frame);
 
     const QRect captionRect(indent, 0, qMin(captionWidth, width() - 2 * indent), captionHeight);
     painter.fillRect(captionRect, fromColorref(m_backColour));
@@ -65,7 +62,20 @@ QLabel* ControlBuilder::label(int id, const char* text, const DuRect& place) {
     auto* label = new QLabel(QString::fromLatin1(text), m_parent);
     label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     _place(label, id, place);
+    fitLabelText(label);
     return label;
+}
+
+void fitLabelText(QLabel* label) {
+    // The boxes were measured for a narrower font than most machines have; a text that would be cut is set a
+    // little smaller instead, never below 85% of the dialog font.
+    QFont font = label->parentWidget() ? label->parentWidget()->font() : label->font();
+    const qreal full = font.pointSizeF();
+    for (qreal size = full; size >= full * 0.85; size -= 0.25) {
+        font.setPointSizeF(size);
+        if (QFontMetrics(font).horizontalAdvance(label->text()) <= label->width()) break;
+    }
+    if (font.pointSizeF() != full) label->setFont(font);
 }
 
 QLineEdit* ControlBuilder::field(int id, QLabel* label, const DuRect& place) {

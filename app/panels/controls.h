@@ -62,6 +62,9 @@ private:
     uint32_t m_fieldTextColour, m_headerTextColour, m_headerBackColour;
 };
 
+// Sets a label's text a little smaller when it would not fit its box in the dialog font.
+void fitLabelText(QLabel* label);
+
 // Field text and greying. A field's label (its buddy) follows the field's state.
 void setFieldText(QWidget* panel, int id, const QString& text);
 QString fieldText(const QWidget* panel, int id);

@@ -52,14 +52,17 @@ TabControl::TabControl(QWidget* parent) : QWidget(parent), m_tabBar(new QTabBar(
     m_tabBar->setExpanding(false);
     m_tabBar->setUsesScrollButtons(false);
     // The bar's height is fixed before the tabs exist, since the panels are placed before the tabs are added.
+    m_tabBar->ensurePolished();
     m_tabBar->addTab(QStringLiteral("GPU"));
     m_barHeight = m_tabBar->sizeHint().height();
     m_tabBar->removeTab(0);
 }
 
+void TabControl::fitTabBar() { m_tabBar->setGeometry(0, 0, width(), m_barHeight); }
+
 QRect TabControl::pageRect() const { return QRect(2, m_barHeight, width() - 4, height() - m_barHeight - 2); }
 
-void TabControl::resizeEvent(QResizeEvent*) { m_tabBar->setGeometry(0, 0, width(), m_barHeight); }
+void TabControl::resizeEvent(QResizeEvent*) { fitTabBar(); }
 
 void TabControl::paintEvent(QPaintEvent*) {
     QPainter painter(this);
@@ -157,6 +160,8 @@ void MainDialog::_insertTabItems() {
         tabs->setTabData(index, item.data);
     }
     tabs->setCurrentIndex(0);
+    // A bar that gets tabs may grow itself; it keeps the height the pages were placed under.
+    m_tabControl->fitTabBar();
 }
 
 void MainDialog::_fillDemoPickers() {

@@ -22,6 +22,8 @@ public:
     QTabBar* tabBar() const { return m_tabBar; }
     // Where a panel lies: the page area inside the frame, below the tab bar.
     QRect pageRect() const;
+    // Puts the bar back to the height the pages were placed under.
+    void fitTabBar();
 
 protected:
     void paintEvent(QPaintEvent* event) override;

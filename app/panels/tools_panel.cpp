@@ -84,7 +84,8 @@ void ToolsPanel::initToolsPanel() {
     setFieldText(this, 1025, QString::asprintf("%dx%d @ %dHz - %dbpp", int(m_library.getDisplayWidth()),
                                                int(m_library.getDisplayHeight()), int(m_library.getDisplayFrequency()),
                                                int(m_library.getDisplayBitsPerPixel())));
-    setFieldText(this, 1260, QString::asprintf("%d MHz", int(m_library.getCpuSpeedMhz())));
+    // Measured once at start-up; asking the library again would not change it.
+    setFieldText(this, 1260, QString::asprintf("%d MHz", m_state.cpuSpeedMhz));
     setFieldText(this, 1261, QString::asprintf("%d", k.getCpuLogicalCores()));
 
     const WebLinkTables tables = webLinkTablesFor(k.getPrimaryVendorKind());
@@ -92,6 +93,7 @@ void ToolsPanel::initToolsPanel() {
     m_state.reviewLinkTable = tables.reviews;
     auto* reviewsLabel = findControl<QLabel>(this, 1078);
     reviewsLabel->setText(QString::fromLatin1(tables.reviewsLabel));
+    fitLabelText(reviewsLabel);
     m_reviews->setAccessibleName(reviewsLabel->text());
 
     const QSignalBlocker quiet(m_reviews);

@@ -2,6 +2,7 @@
 
 namespace panels {
 
-CudaPanel::CudaPanel(QWidget* parent, AppState& state) : Panel(parent, state) {}
+CudaPanel::CudaPanel(QWidget* parent, AppState& state, Kalidornm::Kalidor& library)
+    : Panel(parent, state, library) {}
 
 }  // namespace panels

@@ -94,7 +94,7 @@ QString openGlSummary(Kalidornm::Kalidor& library) {
 }  // namespace
 
 GpuPanel::GpuPanel(QWidget* parent, AppState& state, Kalidornm::Kalidor& library)
-    : Panel(parent, state), m_library(library) {
+    : Panel(parent, state, library) {
     ControlBuilder& c = controls();
     m_gpuList = c.dropDownList(1268, kGpuListPlace, 100);
     m_gpuList->setAccessibleName(QStringLiteral("GPU list"));

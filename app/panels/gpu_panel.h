@@ -5,10 +5,6 @@
 class QComboBox;
 class QLabel;
 
-namespace Kalidornm {
-class Kalidor;
-}
-
 namespace panels {
 
 // Fields the timer refreshes: fan, load, power, temperature, voltage, current and highest clocks.
@@ -44,7 +40,6 @@ private:
     void _showVendorLogo();
     void _startCompanionTool();
 
-    Kalidornm::Kalidor& m_library;
     QComboBox* m_gpuList = nullptr;
     QLabel* m_logo = nullptr;
     QWidget* m_openglPanel = nullptr;

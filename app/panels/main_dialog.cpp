@@ -141,15 +141,15 @@ void MainDialog::_createPanels() {
     m_gpuPanel = new GpuPanel(m_tabControl, m_state, m_library);
     place(m_gpuPanel, m_state.gpuPanel, kTabGpu);
     m_gpuPanel->initGpuPanel();
-    auto* opengl = new OpenGLPanel(m_tabControl, m_state);
+    auto* opengl = new OpenGLPanel(m_tabControl, m_state, m_library);
     place(opengl, m_state.openglPanel, kTabOpenGl);
     m_gpuPanel->setOpenGlPanel(opengl);
     auto* tools = new ToolsPanel(m_tabControl, m_state, m_library);
     place(tools, m_state.toolsPanel, kTabTools);
     tools->initToolsPanel();
-    place(new CudaPanel(m_tabControl, m_state), m_state.cudaPanel, kTabCuda);
-    place(new OpenCLPanel(m_tabControl, m_state), m_state.openclPanel, kTabOpenCl);
-    place(new ValidationPanel(m_tabControl, m_state), m_state.validationPanel, kTabValidation);
+    place(new CudaPanel(m_tabControl, m_state, m_library), m_state.cudaPanel, kTabCuda);
+    place(new OpenCLPanel(m_tabControl, m_state, m_library), m_state.openclPanel, kTabOpenCl);
+    place(new ValidationPanel(m_tabControl, m_state, m_library), m_state.validationPanel, kTabValidation);
 }
 
 void MainDialog::_insertTabItems() {

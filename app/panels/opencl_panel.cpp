@@ -2,6 +2,7 @@
 
 namespace panels {
 
-OpenCLPanel::OpenCLPanel(QWidget* parent, AppState& state) : Panel(parent, state) {}
+OpenCLPanel::OpenCLPanel(QWidget* parent, AppState& state, Kalidornm::Kalidor& library)
+    : Panel(parent, state, library) {}
 
 }  // namespace panels

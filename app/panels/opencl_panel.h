@@ -7,7 +7,7 @@ namespace panels {
 // The "OpenCL" tab: OpenCL platforms, devices and the demo device pickers.
 class OpenCLPanel : public Panel {
 public:
-    OpenCLPanel(QWidget* parent, AppState& state);
+    OpenCLPanel(QWidget* parent, AppState& state, Kalidornm::Kalidor& library);
 };
 
 }  // namespace panels

@@ -2,6 +2,7 @@
 
 namespace panels {
 
-OpenGLPanel::OpenGLPanel(QWidget* parent, AppState& state) : Panel(parent, state) {}
+OpenGLPanel::OpenGLPanel(QWidget* parent, AppState& state, Kalidornm::Kalidor& library)
+    : Panel(parent, state, library) {}
 
 }  // namespace panels

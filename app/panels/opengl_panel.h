@@ -7,7 +7,7 @@ namespace panels {
 // The "OpenGL" tab: version texts, extension list, memory line and the caps dialog.
 class OpenGLPanel : public Panel {
 public:
-    OpenGLPanel(QWidget* parent, AppState& state);
+    OpenGLPanel(QWidget* parent, AppState& state, Kalidornm::Kalidor& library);
 };
 
 }  // namespace panels

@@ -4,9 +4,10 @@
 
 namespace panels {
 
-Panel::Panel(QWidget* parent, AppState& state)
+Panel::Panel(QWidget* parent, AppState& state, Kalidornm::Kalidor& library)
     : QWidget(parent),
       m_state(state),
+      m_library(library),
       m_controls(this, DialogUnits(dialogFont()), state.fieldTextColour, state.headerTextColour,
                  state.headerBackColour) {
     setFont(dialogFont());

@@ -52,7 +52,7 @@ const char* const* systemInformationTools(size_t* count) {
 }
 
 ToolsPanel::ToolsPanel(QWidget* parent, AppState& state, Kalidornm::Kalidor& library)
-    : Panel(parent, state), m_library(library) {
+    : Panel(parent, state, library) {
     ControlBuilder& c = controls();
     c.groupBox(1245, "  Sytem information  ", {7, 7, 235, 85});
     for (const LabelledField& f : kSystemFields)

@@ -4,10 +4,6 @@
 
 class QComboBox;
 
-namespace Kalidornm {
-class Kalidor;
-}
-
 namespace panels {
 
 // The "Tools" tab: a summary of the machine, the running 3D applications, the report dialog and web links
@@ -25,7 +21,6 @@ private:
     void _showReportDialog();
     void _startSystemInformationTool();
 
-    Kalidornm::Kalidor& m_library;
     QComboBox* m_reviews = nullptr;
 };
 

@@ -2,6 +2,7 @@
 
 namespace panels {
 
-ValidationPanel::ValidationPanel(QWidget* parent, AppState& state) : Panel(parent, state) {}
+ValidationPanel::ValidationPanel(QWidget* parent, AppState& state, Kalidornm::Kalidor& library)
+    : Panel(parent, state, library) {}
 
 }  // namespace panels

@@ -1,6 +1,8 @@
 // The GPU panel on fixture machines: what each field says and which are greyed, at selection and at ticks.
 #include <QComboBox>
+#include <QDir>
 #include <QLabel>
+#include <QTest>
 #include <filesystem>
 #include <fstream>
 
@@ -9,6 +11,7 @@
 #include "compute/cuda_discovery.h"
 #include "compute/opencl_discovery.h"
 #include "window_machine.h"
+#include "window_wait.h"
 
 namespace {
 
@@ -205,6 +208,23 @@ TEST_F(GpuPanelTest, OpenClAndCudaLinesComeFromTheDiscoveryRecords) {
     compute::freeOpenClPlatforms();
     compute::freeCudaDevices();
     std::remove(logPath.c_str());
+}
+
+TEST_F(GpuPanelTest, MoreGpuInfoStartsTheCompanionScriptOfTheWorkingDirectoryIfThereIsOne) {
+    namespace fs = std::filesystem;
+    const fs::path dir = fs::path(::testing::TempDir()) / ("companion_" + std::to_string(::getpid()));
+    fs::create_directories(dir);
+    const QString previous = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(QString::fromStdString(dir.string())));
+    GpuPanel& panel = openPanel(start("amdgpu-rx6800"));
+
+    QTest::mouseClick(panels::findControl(&panel, 1142), Qt::LeftButton);  // no script: nothing happens
+    std::ofstream(dir / "ferritewatch.sh") << "touch started\n";
+    QTest::mouseClick(panels::findControl(&panel, 1142), Qt::LeftButton);
+    EXPECT_TRUE(waitUntil([&] { return fs::exists(dir / "started"); }));
+
+    QDir::setCurrent(previous);
+    fs::remove_all(dir);
 }
 
 }  // namespace

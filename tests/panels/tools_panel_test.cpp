@@ -11,6 +11,7 @@
 #include "app/panels/tools_panel.h"
 #include "app/panels/web_links.h"
 #include "window_machine.h"
+#include "window_wait.h"
 
 namespace {
 
@@ -112,6 +113,31 @@ TEST_F(ToolsPanelTest, Active3DAppsListsTheDriversProcessesOrSaysThereAreNone) {
     QTest::mouseClick(panels::findControl(&quiet, 1104), Qt::LeftButton);
     ASSERT_EQ(gBoxes.size(), 2u);
     EXPECT_EQ(gBoxes[1], "Lumenscope Info|No 3D application detected.\n\r\n\rReal time monitoring available in Ferritewatch!");
+}
+
+TEST_F(ToolsPanelTest, MoreSystemInformationStartsTheFirstInstalledToolOfTheList) {
+    namespace fs = std::filesystem;
+    const fs::path bin = fs::path(::testing::TempDir()) / ("system_tools_" + std::to_string(::getpid()));
+    fs::create_directories(bin);
+    size_t count = 0;
+    const char* const* tools = panels::systemInformationTools(&count);
+    ASSERT_GE(count, 2u);
+    // The last two tools of the list are installed, and nothing else is on the path; the first of them starts.
+    for (size_t i = count - 2; i < count; ++i) {
+        const fs::path tool = bin / tools[i];
+        std::ofstream(tool) << "#!/bin/sh\n: > '" << (bin / (std::string(tools[i]) + ".started")).string() << "'\n";
+        fs::permissions(tool, fs::perms::owner_all);
+    }
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", QByteArray::fromStdString(bin.string()));
+    ToolsPanel& panel = openPanel(start("amdgpu-rx6800"), "");
+    QTest::mouseClick(panels::findControl(&panel, 1101), Qt::LeftButton);
+    qputenv("PATH", path);
+
+    EXPECT_TRUE(waitUntil([&] { return fs::exists(bin / (std::string(tools[count - 2]) + ".started")); }));
+    QTest::qWait(200);
+    EXPECT_FALSE(fs::exists(bin / (std::string(tools[count - 1]) + ".started")));
+    fs::remove_all(bin);
 }
 
 }  // namespace

@@ -131,12 +131,12 @@ void MainDialog::start(QWidget* splash) {
 
 void MainDialog::_createPanels() {
     const QRect page = m_tabControl->pageRect();
-    auto place = [&](QWidget* panel, void*& handle, int data) {
+    auto place = [&](QWidget* panel, void*& handle, int tabData) {
         panel->setGeometry(page);
-        panel->setObjectName(QStringLiteral("panel%1").arg(data));
-        panel->setVisible(data == kTabGpu);
+        panel->setObjectName(QStringLiteral("panel%1").arg(tabData));
+        panel->setVisible(tabData == kTabGpu);
         handle = panel;
-        m_panels[data] = panel;
+        m_panels[tabData] = panel;
     };
     m_gpuPanel = new GpuPanel(m_tabControl, m_state, m_library);
     place(m_gpuPanel, m_state.gpuPanel, kTabGpu);
@@ -176,9 +176,9 @@ void MainDialog::_fillDemoPickers() {
     m_state.selectedClDemo = 0;
 }
 
-QWidget* MainDialog::panelForTabData(int data) const {
-    if (data < 0 || data >= int(std::size(m_panels)) || !m_panels[data]) return m_panels[kTabOpenGl];
-    return m_panels[data];
+QWidget* MainDialog::panelForTabData(int tabData) const {
+    if (tabData < 0 || tabData >= int(std::size(m_panels)) || !m_panels[tabData]) return m_panels[kTabOpenGl];
+    return m_panels[tabData];
 }
 
 void MainDialog::_showPanelOfTab(int index) {

@@ -53,7 +53,7 @@ public:
     void refreshTick();
 
     // The panel a tab item data value shows; 1 and any value not in the tab table show the OpenGL panel.
-    QWidget* panelForTabData(int data) const;
+    QWidget* panelForTabData(int tabData) const;
     GpuPanel* gpuPanel() const { return m_gpuPanel; }
     QTabBar* tabBar() const;
     const QTimer& refreshTimer() const { return m_refreshTimer; }

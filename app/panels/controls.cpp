@@ -1,6 +1,5 @@
 #include "controls.h"
 
-#include <QAbstractItemView>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPainter>

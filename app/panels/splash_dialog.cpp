@@ -33,10 +33,12 @@ SplashDialog::SplashDialog() : QFrame(nullptr, Qt::SplashScreen | Qt::FramelessW
         label->setAlignment(Qt::AlignCenter);
         label->setGeometry(units.toPixels(place));
     };
-    centred(1144,
-            QString::asprintf("%s %d.%d.%d.%d", lumenscope::kDisplayName, lumenscope::kVersionMajor,
-                              lumenscope::kVersionMinor, lumenscope::kVersionPatch, lumenscope::kVersionBuild),
-            {4, 8, kWidth - 8, 10});
+    const QString nameAndVersion =
+        QString::asprintf("%s %d.%d.%d.%d", lumenscope::kDisplayName, lumenscope::kVersionMajor,
+                          lumenscope::kVersionMinor, lumenscope::kVersionPatch, lumenscope::kVersionBuild);
+    // Never shown on the frameless splash, but window lists and screen readers name it by it.
+    setWindowTitle(nameAndVersion);
+    centred(1144, nameAndVersion, {4, 8, kWidth - 8, 10});
     // The text keeps its old line break pair; a label wants only the line feed.
     centred(1143, QString::fromLatin1("Scanning graphics hardware in progress.\n\rPlease wait...").remove(QLatin1Char('\r')),
             {4, 22, kWidth - 8, 22});

@@ -36,18 +36,4 @@ std::vector<const ReviewLinkRow*> listedReviewRows(const ReviewLinkRow* table, c
     return rows;
 }
 
-size_t driverLinkCount(const DriverLinkRow* table) {
-    size_t count = 0;
-    for (; table && table[count].title; ++count) {
-    }
-    return count;
-}
-
-size_t reviewLinkCount(const ReviewLinkRow* table) {
-    size_t count = 0;
-    for (; table && table[count].key; ++count) {
-    }
-    return count;
-}
-
 }  // namespace panels

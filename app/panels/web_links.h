@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -38,8 +37,5 @@ WebLinkTables webLinkTablesFor(int32_t primaryVendorKind);
 // in table order, doubles kept. Null texts count as empty.
 std::vector<const ReviewLinkRow*> listedReviewRows(const ReviewLinkRow* table, const char* cardName,
                                                    const char* renderer);
-
-size_t driverLinkCount(const DriverLinkRow* table);
-size_t reviewLinkCount(const ReviewLinkRow* table);
 
 }  // namespace panels

@@ -1,5 +1,5 @@
-// The real program under an X server of its own: its window opens, each tab is shown and photographed into
-// the build tree, Escape ends it, and the log ends as every run's log does.
+// The real program under an X server of its own: the splash stands during the scan, the window opens, each tab
+// is shown and photographed into the build tree, Escape ends it, and the log ends as every run's log does.
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -18,6 +18,7 @@ namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
 constexpr const char* kTitle = "Orbiscale Lumenscope 1.26.0.0";
+constexpr const char* kSplashTitle = "Lumenscope 1.26.0.0";
 
 pid_t startProgram(const fs::path& workDir) {
     const pid_t child = fork();
@@ -28,6 +29,12 @@ pid_t startProgram(const fs::path& workDir) {
         _exit(127);
     }
     return child;
+}
+
+void savePicture(const WindowPicture& picture, const fs::path& file) {
+    const QImage image(reinterpret_cast<const uchar*>(picture.rgb.data()), picture.width, picture.height,
+                       QImage::Format_RGB32);
+    EXPECT_TRUE(image.save(QString::fromStdString(file.string()))) << file;
 }
 
 // The exit status, or -1 when the program had not ended after `timeout`.
@@ -49,8 +56,14 @@ TEST(WindowUnderXvfb, EveryTabIsShownAndEscapeShutsTheProgramDown) {
     fs::create_directories(SCREENSHOT_DIR);
 
     const pid_t program = startProgram(dir);
+    const Window splash = x.waitForWindow(kSplashTitle, 30s, 1ms);
+    ASSERT_NE(splash, 0u) << "no splash before the main window";
+    std::this_thread::sleep_for(100ms);
+    savePicture(x.grab(splash), fs::path(SCREENSHOT_DIR) / "splash.png");
     const Window window = x.waitForWindow(kTitle, 60s);
     ASSERT_NE(window, 0u) << "no window titled " << kTitle;
+    std::this_thread::sleep_for(300ms);
+    EXPECT_EQ(x.findWindow(kSplashTitle), 0u) << "the splash is still up";
 
     const char* tabs[] = {"gpu", "opengl", "cuda", "opencl", "tools", "validation"};
     WindowPicture previous;
@@ -59,10 +72,7 @@ TEST(WindowUnderXvfb, EveryTabIsShownAndEscapeShutsTheProgramDown) {
         std::this_thread::sleep_for(600ms);  // the switch and its painting happen in the program's own time
         const WindowPicture picture = x.grab(window);
         ASSERT_GT(picture.width, 0) << tabs[tab];
-        const fs::path file = fs::path(SCREENSHOT_DIR) / ("tab_" + std::to_string(tab) + "_" + tabs[tab] + ".png");
-        const QImage image(reinterpret_cast<const uchar*>(picture.rgb.data()), picture.width, picture.height,
-                           QImage::Format_RGB32);
-        EXPECT_TRUE(image.save(QString::fromStdString(file.string()))) << file;
+        savePicture(picture, fs::path(SCREENSHOT_DIR) / ("tab_" + std::to_string(tab) + "_" + tabs[tab] + ".png"));
         if (tab > 0) {
             EXPECT_NE(picture.rgb, previous.rgb) << "tab " << tabs[tab] << " looks like the one before it";
         }

@@ -99,10 +99,7 @@ TEST_F(MainDialogTest, StartSetsTitleTimerDemoPickersAndHandles) {
     auto* glDemos = panels::findControl<QComboBox>(&dialog, 1135);
     auto* clDemos = panels::findControl<QComboBox>(&dialog, 1136);
     ASSERT_TRUE(glDemos && clDemos);
-    EXPECT_EQ(glDemos->count(), 11);
-    EXPECT_EQ(clDemos->count(), 8);
     EXPECT_EQ(glDemos->currentIndex(), 0);
-    EXPECT_EQ(clDemos->itemData(7).toInt(), 7);
     glDemos->setCurrentIndex(4);
     clDemos->setCurrentIndex(6);
     EXPECT_EQ(state.selectedGlDemo, 4);

@@ -181,34 +181,8 @@ TEST(ReviewLinks, RendererStandsInForAMissingCardName) {
 TEST(ReviewLinks, OtherVendorsGetTheOneGenericRowAlways) {
     for (int32_t kind : {0, 4, 5, 99}) {
         const WebLinkTables tables = webLinkTablesFor(kind);
-        EXPECT_STREQ(tables.reviewsLabel, "Graphics cards news and reviews:") << kind;
         EXPECT_EQ(listedReviewRows(tables.reviews, "anything at all", "").size(), 1u) << kind;
         EXPECT_EQ(listedReviewRows(tables.reviews, "", "").size(), 1u) << kind;
-        EXPECT_EQ(driverLinkCount(tables.drivers), 1u) << kind;
-    }
-    EXPECT_STREQ(webLinkTablesFor(1).reviewsLabel, "NVIDIA graphics cards news and reviews:");
-    EXPECT_STREQ(webLinkTablesFor(2).reviewsLabel, "AMD/ATI graphics cards news and reviews:");
-    EXPECT_STREQ(webLinkTablesFor(3).reviewsLabel, "S3 Graphics video cards news and reviews:");
-}
-
-TEST(ReviewLinks, EveryRowHasAWebAddressAndKeysStandTogether) {
-    for (int32_t kind : {1, 2, 3, 0}) {
-        const WebLinkTables tables = webLinkTablesFor(kind);
-        for (const DriverLinkRow* row = tables.drivers; row->title; ++row)
-            EXPECT_EQ(std::string(row->url).rfind("https://", 0), 0u) << row->title;
-        std::vector<std::string> closedKeys;
-        std::string previous;
-        for (const ReviewLinkRow* row = tables.reviews; row->key; ++row) {
-            EXPECT_EQ(std::string(row->url).rfind("https://", 0), 0u) << row->title;
-            EXPECT_NE(std::strlen(row->title), 0u);
-            if (row->key != previous) {
-                // A key's rows are not split by another key's, but for the listed doubles of "8800 Ultra".
-                for (const std::string& closed : closedKeys)
-                    EXPECT_TRUE(closed == "8800 Ultra" || closed != row->key) << row->key;
-                closedKeys.push_back(previous);
-                previous = row->key;
-            }
-        }
     }
 }
 

@@ -128,12 +128,13 @@ TEST_F(MainDialogTest, RefreshGoesOnWhileAnotherTabIsShown) {
         << panels::fieldText(gpuPanel, 1015).toStdString();
 }
 
-// Watches every directory below a device for files being opened; the names come back in event order.
+// Watches every directory below `top` for files being opened. Directories opened for reading their entries
+// come back as "dir:<name>".
 class OpenedFiles {
 public:
-    explicit OpenedFiles(const std::filesystem::path& deviceDir) : m_fd(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
-        addWatch(deviceDir);
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(deviceDir))
+    explicit OpenedFiles(const std::filesystem::path& top) : m_fd(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+        addWatch(top);
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(top))
             if (entry.is_directory() && !entry.is_symlink()) addWatch(entry.path());
     }
     ~OpenedFiles() { close(m_fd); }
@@ -144,7 +145,8 @@ public:
         for (ssize_t got; (got = read(m_fd, buffer, sizeof buffer)) > 0;)
             for (char* at = buffer; at < buffer + got;) {
                 const auto* event = reinterpret_cast<const inotify_event*>(at);
-                names.insert(event->len ? event->name : "(the directory itself)");
+                const std::string name = event->len ? event->name : ".";
+                names.insert((event->mask & IN_ISDIR) ? "dir:" + name : name);
                 at += sizeof(inotify_event) + event->len;
             }
         return names;
@@ -188,6 +190,24 @@ TEST_F(MainDialogTest, SleepingGpuIsAskedNothingButItsPowerStateOverTenTicks) {
         EXPECT_EQ(panels::fieldText(gpuPanel, id), QString()) << id;
         EXPECT_FALSE(enabled(gpuPanel, id)) << id;
     }
+}
+
+TEST_F(MainDialogTest, TickOfAnAwakeCardOpensItsOwnFilesOnlyAndListsNoDirectory) {
+    namespace fs = std::filesystem;
+    const std::string root = copyOfFixture("amdgpu-rx6800");
+    MainDialog& dialog = openDialog(startOn(root));
+    std::set<std::string> cardFiles;
+    for (const auto& device : fs::directory_iterator(fs::path(root) / "sys/bus/pci/devices"))
+        for (const auto& entry : fs::recursive_directory_iterator(device.path()))
+            if (entry.is_regular_file()) cardFiles.insert(entry.path().filename());
+    OpenedFiles opened(root);
+    ASSERT_TRUE(opened.watching());
+    opened.take();
+
+    dialog.refreshTick();
+    const std::multiset<std::string> names = opened.take();
+    EXPECT_FALSE(names.empty());
+    for (const std::string& name : names) EXPECT_TRUE(cardFiles.count(name)) << name;
 }
 
 TEST_F(MainDialogTest, MinimisedWindowSlowsTheDemosDown) {

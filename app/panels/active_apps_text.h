@@ -14,7 +14,7 @@ struct ActiveApp {
 inline constexpr size_t kActiveAppsTextLimit = 4095;  // characters, as the box's text buffer holds 4,096 bytes
 
 // The text of the "Active 3D Apps" box: a heading, one line per application and the monitoring hint, with
-// "\n\r" between lines as the box has always shown them. Each application's line is cut at 255 characters;
+// "\n\r" (line feed first) between lines. Each application's line is cut at 255 characters;
 // lines that would push the hint past the limit are left out, so the hint always closes the text.
 std::string activeAppsText(const std::vector<ActiveApp>& apps);
 

@@ -32,7 +32,7 @@ struct BoardMaker {
     const char* format;
 };
 
-// NVIDIA's own boards are written without blanks around the dash, as they always were.
+// NVIDIA's own boards are written without blanks around the dash.
 constexpr BoardMaker kBoardMakers[] = {
     {0x10DE, "NVIDIA (%.4X-%.4X)"},       {0x1002, "AMD (%.4X - %.4X)"},     {0x5333, "S3 (%.4X - %.4X)"},
     {0x8086, "Intel (%.4X - %.4X)"},      {0x3842, "EVGA (%.4X - %.4X)"},    {0x1462, "MSI (%.4X - %.4X)"},

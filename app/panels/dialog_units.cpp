@@ -7,7 +7,7 @@ namespace panels {
 
 namespace {
 
-// a * b / c rounded to the nearest whole number, as integer dialog arithmetic has always rounded.
+// a * b / c rounded to the nearest whole number.
 int mulDiv(int a, int b, int c) {
     const long long product = static_cast<long long>(a) * b;
     return int(product >= 0 ? (product + c / 2) / c : (product - c / 2) / c);
@@ -17,8 +17,8 @@ int mulDiv(int a, int b, int c) {
 
 DialogUnits::DialogUnits(const QFont& font) {
     const QFontMetrics metrics(font);
-    // The average width is taken over the 52 letters and rounded, as the dialog manager of the original
-    // toolkit does it; the height is the font's full line height.
+    // The average width is the width of the 52 letters divided by 52, rounded to a whole pixel, which is how
+    // dialog units are defined; the height is the font's full line height.
     const int lettersWidth = metrics.horizontalAdvance(QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"));
     m_baseX = (lettersWidth / 26 + 1) / 2;
     m_baseY = metrics.height();

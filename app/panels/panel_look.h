@@ -7,7 +7,7 @@ class QLineEdit;
 
 namespace panels {
 
-// Colours are kept as 0x00BBGGRR words, the order the program has always stored them in.
+// Colours are kept as 0x00BBGGRR words: red in the lowest byte.
 QColor fromColorref(uint32_t colorref);
 
 // Links drawn by makeHyperlink.

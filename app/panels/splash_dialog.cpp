@@ -39,7 +39,7 @@ SplashDialog::SplashDialog() : QFrame(nullptr, Qt::SplashScreen | Qt::FramelessW
     // Never shown on the frameless splash, but window lists and screen readers name it by it.
     setWindowTitle(nameAndVersion);
     centred(1144, nameAndVersion, {4, 8, kWidth - 8, 10});
-    // The text keeps its old line break pair; a label wants only the line feed.
+    // The text breaks its line with a line feed and a carriage return; a label wants only the line feed.
     centred(1143, QString::fromLatin1("Scanning graphics hardware in progress.\n\rPlease wait...").remove(QLatin1Char('\r')),
             {4, 22, kWidth - 8, 22});
 

@@ -46,6 +46,7 @@ protected:
         initAppState(state);
         state.gpuCount = m_library->getGpuCount();
         state.cpuSpeedMhz = 2600;  // start-up measures it for a second; the windows only show it
+        state.onlineCheckEnabled = false;  // a window's start asks our web server otherwise
         state.headerTextColour = 0xFFFFFF;
         state.headerBackColour = 0xAF712A;
         return *m_library;

@@ -34,10 +34,6 @@ void main()
 }
 )";
 
-constexpr char kHeldParticlesSource[] =
-#include "particles.inc"
-    ;
-
 constexpr ClDemoTraits kTraits = {"Particles", "CL_Particles(kernel ERROR)", false, nullptr,
                                   ClDemoSession::PlatformRule::FirstWithDeviceType, true};
 
@@ -88,7 +84,7 @@ protected:
     }
 
     bool _kernelSource(std::string* source) override {
-        if (!readDemoMediaText("particles.cl", source)) *source = kHeldParticlesSource;
+        if (!readDemoMediaText("particles.cl", source)) *source = heldParticlesSource();
         return true;
     }
 

@@ -5,6 +5,16 @@
 
 #include "demo_random.h"
 
+namespace {
+
+constexpr char kHeldParticlesSource[] =
+#include "particles.inc"
+    ;
+
+}  // namespace
+
+const char* heldParticlesSource() { return kHeldParticlesSource; }
+
 const char* ParticleSystemCl::kernelName(bool sineKernel, bool nativeSin) {
     if (!sineKernel) return "updateParticleWithoutCollision";
     return nativeSin ? "updateParticleWithoutCollisionNativeSin" : "updateParticleWithoutCollisionSin";

@@ -6,6 +6,9 @@
 #include "cl_demo_session.h"
 #include "cl_work_sizes.h"
 
+// The copy of media/particles.cl the program runs when that file cannot be opened.
+const char* heldParticlesSource();
+
 // One particle as the host and the kernels hold it: 32 bytes.
 struct ParticleRecord {
     float pos[2];

@@ -170,7 +170,11 @@ protected:
 private:
     void _computeStep(const DemoSettings& s, float time, uint32_t sinLoad, uint32_t madLoad) {
         m_computeOk = m_deformer.enqueueStep(time, sinLoad, madLoad);
-        if (!m_computeOk || !s.glRenderInClDemos) return;
+        if (!m_computeOk) return;
+        if (!s.glRenderInClDemos) {
+            m_deformer.waitForStep();
+            return;
+        }
         for (auto [buffer, read] : {std::pair{m_grid.positionBuffer, &SurfaceDeformerCl::readPositions},
                                     std::pair{m_grid.normalBuffer, &SurfaceDeformerCl::readNormals}}) {
             glBindBuffer(GL_ARRAY_BUFFER, buffer);

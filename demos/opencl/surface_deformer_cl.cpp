@@ -70,6 +70,12 @@ bool SurfaceDeformerCl::enqueueStep(float time, uint32_t sinLoad, uint32_t madLo
                                            0, nullptr, nullptr) == CL_SUCCESS;
 }
 
+bool SurfaceDeformerCl::waitForStep() const {
+    float vertex[4];
+    return m_positions && compute::clEnqueueReadBuffer(m_queue, m_positions.get(), CL_TRUE, 0, sizeof vertex, vertex,
+                                                       0, nullptr, nullptr) == CL_SUCCESS;
+}
+
 bool SurfaceDeformerCl::readPositions(void* target) const {
     return m_positions && target &&
            compute::clEnqueueReadBuffer(m_queue, m_positions.get(), CL_TRUE, 0, vertexCount() * 16, target, 0,

@@ -28,6 +28,9 @@ public:
                 bool explicitSize, cl_int* error);
     // One step at `time` seconds with the two loads; enqueued, not waited for.
     bool enqueueStep(float time, uint32_t sinLoad, uint32_t madLoad);
+    // Waits until the step has run, by a blocking read of one vertex: without it a frame that copies
+    // nothing would only queue steps, faster than the device runs them.
+    bool waitForStep() const;
     // Blocking reads of vertexCount() x 16 bytes into `target`.
     bool readPositions(void* target) const;
     bool readNormals(void* target) const;

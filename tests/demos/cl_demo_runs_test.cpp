@@ -171,6 +171,22 @@ TEST(ClDemoRuns, DeformerWithACheckedSineLoadAppendsItsSumAndNamesTheSegmentsTha
     }
 }
 
+TEST(ClDemoRuns, ADeformerThatCopiesNothingStillWaitsForEachStep) {
+    REQUIRE_CL_CPU();
+    const ScratchDirectory dir("cl_deformer_waits");
+    // A heavy step whose results nobody reads back: frames that only queued steps would come by the
+    // thousand a second, far faster than the device runs them.
+    const ProgramResult run = runHeadless(
+        dir, {"/start_demo_cl_deformer", "/cl_cpu", "/cl_surface_segs_x=63", "/cl_surface_segs_z=63",
+              "/cl_kernel_workload_mad=400", "/cl_kernel_workload_sin_do_check", "/disable_gl_render_in_cl_demos",
+              "/bench_duration=3000", "/bench_log_results", "/no_online_check"});
+    ASSERT_EQ(run.exitCode, 0);
+    ASSERT_EQ(run.csvLines.size(), 2u) << run.standardError;
+    const std::vector<std::string> c = csvColumns(run.csvLines[1]);
+    ASSERT_EQ(c.size(), 19u);
+    EXPECT_LT(std::atoi(c[17].c_str()), 100) << "maximum FPS: " << run.csvLines[1];
+}
+
 TEST(ClDemoRuns, PostFxShowsTheRedTorusGlowingInEachKernelForm) {
     REQUIRE_CL_CPU();
     struct Form {

@@ -52,3 +52,9 @@ lumenscope_integration_test(integration_cl_demo_runs demos/cl_demo_runs_test.cpp
 target_link_libraries(integration_cl_demo_runs PRIVATE demos)
 target_compile_definitions(integration_cl_demo_runs PRIVATE LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>")
 add_dependencies(integration_cl_demo_runs lumenscope)
+
+# The OpenCL demos' compute steps beside the device's copy bandwidth, for tools/bench_cl_demos.sh; a
+# benchmark, not a test.
+add_executable(bench_cl_compute bench/cl_compute_bench.cpp)
+target_link_libraries(bench_cl_compute PRIVATE demos)
+target_include_directories(bench_cl_compute PRIVATE ${PROJECT_SOURCE_DIR})

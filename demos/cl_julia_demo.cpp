@@ -63,7 +63,8 @@ protected:
             }
         }
         if (!allocated) {
-            demoShowError("A Julia picture of %d pixels a side is more than this machine takes. Bye...", m_size);
+            demoShowError("A Julia picture of %d pixels a side cannot be made here (1 to %d). Bye...", m_size,
+                          int(largest));
             return false;
         }
         if (!m_image.create(language.c_str(), m_size, m_size)) {

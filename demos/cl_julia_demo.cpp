@@ -20,8 +20,12 @@ namespace {
 
 constexpr const char* kKernelFile = "qjulia_kernel.cl";
 
-constexpr ClDemoTraits kTraits = {"Julia4D", "CL_Julia4D(kernel ERROR)", false, kKernelFile,
-                                  ClDemoSession::PlatformRule::ChosenPlatformOnly, false};
+constexpr ClDemoTraits kTraits = {.fpsWhat = "Julia4D",
+                                  .kernelErrorName = "CL_Julia4D(kernel ERROR)",
+                                  .needsPlatformList = false,
+                                  .requiredKernelFile = kKernelFile,
+                                  .platformRule = ClDemoSession::PlatformRule::ChosenPlatformOnly,
+                                  .platformBuildOptions = false};
 
 class ClJuliaDemo : public ClDemoScene {
 public:

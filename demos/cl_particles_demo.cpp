@@ -34,8 +34,12 @@ void main()
 }
 )";
 
-constexpr ClDemoTraits kTraits = {"Particles", "CL_Particles(kernel ERROR)", false, nullptr,
-                                  ClDemoSession::PlatformRule::FirstWithDeviceType, true};
+constexpr ClDemoTraits kTraits = {.fpsWhat = "Particles",
+                                  .kernelErrorName = "CL_Particles(kernel ERROR)",
+                                  .needsPlatformList = false,
+                                  .requiredKernelFile = nullptr,
+                                  .platformRule = ClDemoSession::PlatformRule::FirstWithDeviceType,
+                                  .platformBuildOptions = true};
 
 class ClParticlesDemo : public ClDemoScene {
 public:
@@ -72,12 +76,10 @@ public:
 
 protected:
     bool _buildGraphics(DemoContext& context, RenderWindowGL&, const std::string& language) override {
-        // The 1.40 set states the float precision in the vertex stage as well.
-        const std::string vertexPrelude = language == "#version 140" ? language + "\nprecision highp float;" : language;
-        if (!buildDemoProgram(m_program, {vertexPrelude + kVertexShader, "", "", language + kPixelShader}))
+        if (!buildDemoProgram(m_program, {_vertexLanguage(language) + kVertexShader, "", "", language + kPixelShader}))
             return false;
-        m_program.setMatrix("WorldViewProjectionMatrix", Mat4::orthographic(0, float(context.clientWidth), 0,
-                                                                            float(context.clientHeight), -1, 1));
+        m_program.setMatrix("WorldViewProjectionMatrix",
+                            Mat4::orthographic(0, float(context.clientWidth), 0, float(context.clientHeight), -1, 1));
         glPointSize(1.2f);
         setDemoMouse(context.clientWidth / 2, context.clientHeight / 2);
         return true;
@@ -105,7 +107,8 @@ protected:
         // This build shares nothing between OpenCL and OpenGL, so a run that asks for sharing says it had none.
         const bool sharingRefused = s.clGlInterop;
         if (s.clParticlesSin)
-            m_resultName = sharingRefused ? "CL_Particles(with sin - GL_Interop_Not_Supported)" : "CL_Particles(with sin)";
+            m_resultName =
+                sharingRefused ? "CL_Particles(with sin - GL_Interop_Not_Supported)" : "CL_Particles(with sin)";
         else
             m_resultName = sharingRefused ? "CL_Particles(GL_Interop_Not_Supported)" : "CL_Particles";
         return true;

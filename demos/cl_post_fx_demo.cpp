@@ -65,8 +65,12 @@ void main()
 }
 )";
 
-constexpr ClDemoTraits kTraits = {"PostFX", "CL_PostFX(kernel ERROR)", false, nullptr,
-                                  ClDemoSession::PlatformRule::FirstWithDeviceType, true};
+constexpr ClDemoTraits kTraits = {.fpsWhat = "PostFX",
+                                  .kernelErrorName = "CL_PostFX(kernel ERROR)",
+                                  .needsPlatformList = false,
+                                  .requiredKernelFile = nullptr,
+                                  .platformRule = ClDemoSession::PlatformRule::FirstWithDeviceType,
+                                  .platformBuildOptions = true};
 
 class ClPostFxDemo : public ClDemoScene {
 public:
@@ -112,8 +116,7 @@ protected:
     bool _buildGraphics(DemoContext& context, RenderWindowGL& window, const std::string& language) override {
         const int width = context.clientWidth, height = context.clientHeight;
         m_rotationAngle = 90.0f;
-        const std::string vertexPrelude = language == "#version 140" ? language + "\nprecision highp float;" : language;
-        if (!buildDemoProgram(m_program, {vertexPrelude + kVertexShader, "", "", language + kPixelShader}))
+        if (!buildDemoProgram(m_program, {_vertexLanguage(language) + kVertexShader, "", "", language + kPixelShader}))
             return false;
         const float eye[3] = {0, 20, 50}, center[3] = {0, 0, 0}, up[3] = {0, 1, 0};
         m_program.setMatrix("WorldMatrix", Mat4::identity());

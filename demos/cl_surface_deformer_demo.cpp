@@ -66,8 +66,12 @@ void main()
 }
 )";
 
-constexpr ClDemoTraits kTraits = {"Surface Deformer", "CL_SurfaceDeformer(kernel ERROR)", true, nullptr,
-                                  ClDemoSession::PlatformRule::FirstWithDeviceType, true};
+constexpr ClDemoTraits kTraits = {.fpsWhat = "Surface Deformer",
+                                  .kernelErrorName = "CL_SurfaceDeformer(kernel ERROR)",
+                                  .needsPlatformList = true,
+                                  .requiredKernelFile = nullptr,
+                                  .platformRule = ClDemoSession::PlatformRule::FirstWithDeviceType,
+                                  .platformBuildOptions = true};
 
 constexpr const char* kCheckSumFile = "./opencl_sincossum.txt";
 
@@ -110,15 +114,14 @@ public:
 protected:
     bool _buildGraphics(DemoContext& context, RenderWindowGL&, const std::string& language) override {
         const DemoSettings& s = context.settings;
-        const std::string vertexPrelude = language == "#version 140" ? language + "\nprecision highp float;" : language;
-        if (!buildDemoProgram(m_program, {vertexPrelude + kVertexShader, "", "", language + kPixelShader}))
+        if (!buildDemoProgram(m_program, {_vertexLanguage(language) + kVertexShader, "", "", language + kPixelShader}))
             return false;
         const float eye[3] = {0, 3, 3}, center[3] = {0, 0, 0}, up[3] = {0, 1, 0};
         m_program.setMatrix("WorldMatrix", Mat4::identity());
         m_program.setMatrix("ViewMatrix", Mat4::lookAt(eye, center, up));
-        m_program.setMatrix("ProjectionMatrix",
-                            Mat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f,
-                                              500.0f, 1e-5f));
+        m_program.setMatrix(
+            "ProjectionMatrix",
+            Mat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f, 1e-5f));
         if (!m_grid.makeGrid(10.0f, 10.0f, segments(s.clSurfaceSegsX), segments(s.clSurfaceSegsZ))) {
             demoShowError("The surface of %d x %d segments is too large for this machine. Bye...",
                           segments(s.clSurfaceSegsX), segments(s.clSurfaceSegsZ));
@@ -145,8 +148,8 @@ protected:
         m_withCheck = s.clKernelWorkloadDoCheck;
         const int segmentsX = segments(s.clSurfaceSegsX), segmentsZ = segments(s.clSurfaceSegsZ);
         cl_int error = CL_SUCCESS;
-        if (!m_deformer.create(m_session, uint32_t(segmentsX) + 1, uint32_t(segmentsZ) + 1, m_withCheck,
-                               s.clNativeSin, s.clExplicitWorkgroupSize, &error))
+        if (!m_deformer.create(m_session, uint32_t(segmentsX) + 1, uint32_t(segmentsZ) + 1, m_withCheck, s.clNativeSin,
+                               s.clExplicitWorkgroupSize, &error))
             return _failCompute(context, error);
         std::snprintf(m_resultName, sizeof m_resultName, "CL_SurfaceDeformer(X=%d_Z=%d_sin=%d)", segmentsX, segmentsZ,
                       int(s.clKernelWorkload));

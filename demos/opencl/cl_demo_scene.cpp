@@ -50,9 +50,10 @@ bool ClDemoScene::setUp(DemoContext& context, RenderWindowGL& window) {
         m_closeFully = true;
         if (m_session.failure() == ClDemoSession::Failure::NoPlatform) {
             if (m_traits.platformRule == ClDemoSession::PlatformRule::ChosenPlatformOnly)
-                demoShowError("OpenCL %s support not available with the current platform.\n\rSelect another "
-                              "platform (if available) in the OpenCL panel.",
-                              type);
+                demoShowError(
+                    "OpenCL %s support not available with the current platform.\n\rSelect another "
+                    "platform (if available) in the OpenCL panel.",
+                    type);
             else
                 demoShowError("Unable to find a OpenCL %s platform. Bye...", type);
         } else {
@@ -76,8 +77,7 @@ bool ClDemoScene::setUp(DemoContext& context, RenderWindowGL& window) {
 
 bool ClDemoScene::_failCompute(const DemoContext& context, cl_int error) {
     m_closeFully = true;
-    demoShowError("OpenCL %s kernel or buffer creation failed (CL error = %d). Bye...", _typeName(context),
-                  int(error));
+    demoShowError("OpenCL %s kernel or buffer creation failed (CL error = %d). Bye...", _typeName(context), int(error));
     return false;
 }
 
@@ -95,7 +95,13 @@ std::string ClDemoScene::fpsTitle(const DemoContext& context, RenderWindowGL&) c
     return title;
 }
 
-const char* ClDemoScene::_typeName(const DemoContext& context) { return clDeviceTypeName(context.settings.clDeviceType); }
+std::string ClDemoScene::_vertexLanguage(const std::string& languageLine) {
+    return languageLine == gl3LanguageLine(0) ? languageLine + "\nprecision highp float;" : languageLine;
+}
+
+const char* ClDemoScene::_typeName(const DemoContext& context) {
+    return clDeviceTypeName(context.settings.clDeviceType);
+}
 
 bool checkOpenClDemoStart(const DemoSettings& settings, uint32_t deviceType) {
     if (chosenPlatformWithDeviceType(compute::clPlatforms(), settings.clPlatformIndex, deviceType) >= 0) return true;

@@ -47,6 +47,8 @@ protected:
     virtual void _releaseCompute() = 0;
     virtual void _releaseGraphics() = 0;
 
+    // The first lines of a vertex stage: the 1.40 set states the float precision there as well.
+    static std::string _vertexLanguage(const std::string& languageLine);
     // The message for a kernel or buffer the device refused; ends a benchmark run's program as well.
     bool _failCompute(const DemoContext& context, cl_int error);
     static const char* _typeName(const DemoContext& context);

@@ -26,7 +26,8 @@ bool ClDemoSession::open(const DemoSettings& settings, PlatformRule rule) {
 
     cl_uint count = 0;
     cl_int error = compute::clGetDeviceIDs(m_platform->platformId, type, 0, nullptr, &count);
-    if (error != CL_SUCCESS || count == 0) return _fail(Failure::NoContext, error != CL_SUCCESS ? error : CL_DEVICE_NOT_FOUND);
+    if (error != CL_SUCCESS || count == 0)
+        return _fail(Failure::NoContext, error != CL_SUCCESS ? error : CL_DEVICE_NOT_FOUND);
     std::vector<cl_device_id> devices(count);
     error = compute::clGetDeviceIDs(m_platform->platformId, type, count, devices.data(), nullptr);
     if (error != CL_SUCCESS) return _fail(Failure::NoContext, error);
@@ -81,8 +82,7 @@ ClMemObject ClDemoSession::createBuffer(cl_mem_flags flags, size_t bytes, void* 
 
 uint64_t ClDemoSession::maxBufferBytes() const {
     cl_ulong bytes = 0;
-    if (compute::clGetDeviceInfo(m_device, CL_DEVICE_MAX_MEM_ALLOC_SIZE, sizeof bytes, &bytes, nullptr) !=
-        CL_SUCCESS)
+    if (compute::clGetDeviceInfo(m_device, CL_DEVICE_MAX_MEM_ALLOC_SIZE, sizeof bytes, &bytes, nullptr) != CL_SUCCESS)
         return 0;
     return bytes;
 }

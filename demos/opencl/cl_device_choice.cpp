@@ -18,15 +18,14 @@ int firstPlatformWithDeviceType(const std::vector<compute::ClPlatformRecord>& pl
 
 int chosenPlatformWithDeviceType(const std::vector<compute::ClPlatformRecord>& platforms, uint32_t platformIndex,
                                  uint32_t deviceType) {
-    if (platformIndex >= platforms.size() || !platformHasDeviceOfType(platforms[platformIndex], deviceType))
-        return -1;
+    if (platformIndex >= platforms.size() || !platformHasDeviceOfType(platforms[platformIndex], deviceType)) return -1;
     return int(platformIndex);
 }
 
 uint32_t demoDeviceIndex(const DemoSettings& settings, uint32_t deviceCount) {
-    const int32_t wanted = settings.clDeviceIndexForced                     ? settings.clDeviceIndex
+    const int32_t wanted = settings.clDeviceIndexForced                ? settings.clDeviceIndex
                            : settings.clDeviceType == kClDeviceTypeGpu ? settings.clGpuDeviceIndex
-                                                                          : settings.clCpuDeviceIndex;
+                                                                       : settings.clCpuDeviceIndex;
     return wanted >= 0 && uint32_t(wanted) < deviceCount ? uint32_t(wanted) : 0;
 }
 

@@ -2,8 +2,8 @@
 
 #include "demo_random.h"
 
-bool JuliaCl::create(const ClDemoSession& session, int size, bool explicitSize, const float mu[4],
-                     const float color[4], cl_int* error) {
+bool JuliaCl::create(const ClDemoSession& session, int size, bool explicitSize, const float mu[4], const float color[4],
+                     cl_int* error) {
     release();
     m_kernel = session.createKernel("QJuliaKernel", error);
     if (!m_kernel) return false;
@@ -45,8 +45,8 @@ bool JuliaCl::enqueueRender() const {
 
 bool JuliaCl::readPixels(void* pixels) const {
     return m_output && pixels &&
-           compute::clEnqueueReadBuffer(m_queue, m_output.get(), CL_TRUE, 0, m_bytes, pixels, 0, nullptr,
-                                        nullptr) == CL_SUCCESS;
+           compute::clEnqueueReadBuffer(m_queue, m_output.get(), CL_TRUE, 0, m_bytes, pixels, 0, nullptr, nullptr) ==
+               CL_SUCCESS;
 }
 
 void JuliaCl::release() {

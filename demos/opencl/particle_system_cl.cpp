@@ -59,8 +59,8 @@ bool ParticleSystemCl::create(const ClDemoSession& session, int32_t count, int w
     m_recordBuffer = session.createBuffer(CL_MEM_READ_WRITE | CL_MEM_USE_HOST_PTR, global * sizeof(ParticleRecord),
                                           m_records.data(), error);
     if (m_recordBuffer)
-        m_positionBuffer = session.createBuffer(CL_MEM_WRITE_ONLY | CL_MEM_USE_HOST_PTR, global * 8,
-                                                m_positions.data(), error);
+        m_positionBuffer =
+            session.createBuffer(CL_MEM_WRITE_ONLY | CL_MEM_USE_HOST_PTR, global * 8, m_positions.data(), error);
     if (!m_positionBuffer) {
         release();
         return false;
@@ -80,8 +80,8 @@ bool ParticleSystemCl::enqueueStep(float mouseX, float mouseY, float time) {
     if (!m_kernel) return false;
     setKernelArg(m_kernel.get(), 3, cl_float2{{mouseX, mouseY}});
     setKernelArg(m_kernel.get(), 5, time);
-    return compute::clEnqueueNDRangeKernel(m_queue, m_kernel.get(), 1, nullptr, m_range.global, m_range.localSizes(),
-                                           0, nullptr, nullptr) == CL_SUCCESS;
+    return compute::clEnqueueNDRangeKernel(m_queue, m_kernel.get(), 1, nullptr, m_range.global, m_range.localSizes(), 0,
+                                           nullptr, nullptr) == CL_SUCCESS;
 }
 
 bool ParticleSystemCl::readPositions() {

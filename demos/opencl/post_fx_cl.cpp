@@ -60,8 +60,8 @@ bool PostFxCl::create(const ClDemoSession& session, int width, int height, bool 
 
 bool PostFxCl::writeInput(const void* pixels) const {
     return m_input && pixels &&
-           compute::clEnqueueWriteBuffer(m_queue, m_input.get(), CL_TRUE, 0, _bytes(), pixels, 0, nullptr,
-                                         nullptr) == CL_SUCCESS;
+           compute::clEnqueueWriteBuffer(m_queue, m_input.get(), CL_TRUE, 0, _bytes(), pixels, 0, nullptr, nullptr) ==
+               CL_SUCCESS;
 }
 
 bool PostFxCl::enqueueFilter() const {
@@ -71,8 +71,8 @@ bool PostFxCl::enqueueFilter() const {
 
 bool PostFxCl::readOutput(void* pixels) const {
     return m_output && pixels &&
-           compute::clEnqueueReadBuffer(m_queue, m_output.get(), CL_TRUE, 0, _bytes(), pixels, 0, nullptr,
-                                        nullptr) == CL_SUCCESS;
+           compute::clEnqueueReadBuffer(m_queue, m_output.get(), CL_TRUE, 0, _bytes(), pixels, 0, nullptr, nullptr) ==
+               CL_SUCCESS;
 }
 
 void PostFxCl::release() {

@@ -25,8 +25,7 @@ public:
 
     // On the session's program built from the post FX source. False with `*error` set when the kernel or a
     // buffer cannot be had.
-    bool create(const ClDemoSession& session, int width, int height, bool localMem, bool explicitSize,
-                cl_int* error);
+    bool create(const ClDemoSession& session, int width, int height, bool localMem, bool explicitSize, cl_int* error);
     // Blocking write of width x height x 4 bytes.
     bool writeInput(const void* pixels) const;
     // The filter over the whole picture; enqueued, not waited for.

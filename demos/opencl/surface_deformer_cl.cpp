@@ -66,26 +66,26 @@ bool SurfaceDeformerCl::enqueueStep(float time, uint32_t sinLoad, uint32_t madLo
     setKernelArg(m_kernel.get(), 5, time);
     setKernelArg(m_kernel.get(), 6, cl_uint(sinLoad));
     setKernelArg(m_kernel.get(), 7, cl_uint(madLoad));
-    return compute::clEnqueueNDRangeKernel(m_queue, m_kernel.get(), 2, nullptr, m_range.global, m_range.localSizes(),
-                                           0, nullptr, nullptr) == CL_SUCCESS;
+    return compute::clEnqueueNDRangeKernel(m_queue, m_kernel.get(), 2, nullptr, m_range.global, m_range.localSizes(), 0,
+                                           nullptr, nullptr) == CL_SUCCESS;
 }
 
 bool SurfaceDeformerCl::waitForStep() const {
     float vertex[4];
-    return m_positions && compute::clEnqueueReadBuffer(m_queue, m_positions.get(), CL_TRUE, 0, sizeof vertex, vertex,
-                                                       0, nullptr, nullptr) == CL_SUCCESS;
+    return m_positions && compute::clEnqueueReadBuffer(m_queue, m_positions.get(), CL_TRUE, 0, sizeof vertex, vertex, 0,
+                                                       nullptr, nullptr) == CL_SUCCESS;
 }
 
 bool SurfaceDeformerCl::readPositions(void* target) const {
     return m_positions && target &&
-           compute::clEnqueueReadBuffer(m_queue, m_positions.get(), CL_TRUE, 0, vertexCount() * 16, target, 0,
-                                        nullptr, nullptr) == CL_SUCCESS;
+           compute::clEnqueueReadBuffer(m_queue, m_positions.get(), CL_TRUE, 0, vertexCount() * 16, target, 0, nullptr,
+                                        nullptr) == CL_SUCCESS;
 }
 
 bool SurfaceDeformerCl::readNormals(void* target) const {
     return m_normals && target &&
-           compute::clEnqueueReadBuffer(m_queue, m_normals.get(), CL_TRUE, 0, vertexCount() * 16, target, 0,
-                                        nullptr, nullptr) == CL_SUCCESS;
+           compute::clEnqueueReadBuffer(m_queue, m_normals.get(), CL_TRUE, 0, vertexCount() * 16, target, 0, nullptr,
+                                        nullptr) == CL_SUCCESS;
 }
 
 bool SurfaceDeformerCl::readCheckSum(double* sum) {

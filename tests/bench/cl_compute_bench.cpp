@@ -32,7 +32,7 @@ __kernel void copy(__global const float4* source, __global float4* target)
 
 constexpr size_t kCopyBytes = size_t(256) << 20;  // per buffer: far beyond any cache
 constexpr int kParticles = 1000000;
-constexpr size_t kParticleTraffic = 80;           // bytes a particle, see below
+constexpr size_t kParticleTraffic = 80;  // bytes a particle, see below
 constexpr uint32_t kDeformerSide = 512;
 
 using Clock = std::chrono::steady_clock;
@@ -47,8 +47,8 @@ public:
     }
     bool operator()() const {
         float word = 0;
-        return m_word && compute::clEnqueueReadBuffer(m_queue, m_word.get(), CL_TRUE, 0, sizeof word, &word, 0,
-                                                      nullptr, nullptr) == CL_SUCCESS;
+        return m_word && compute::clEnqueueReadBuffer(m_queue, m_word.get(), CL_TRUE, 0, sizeof word, &word, 0, nullptr,
+                                                      nullptr) == CL_SUCCESS;
     }
 
 private:
@@ -114,8 +114,8 @@ int main(int argc, char** argv) {
         cl_int error = CL_SUCCESS;
         ClKernelObject kernel = copySession.createKernel("copy", &error);
         std::vector<float> fill(kCopyBytes / sizeof(float), 1.0f);
-        ClMemObject source = copySession.createBuffer(CL_MEM_READ_ONLY | CL_MEM_COPY_HOST_PTR, kCopyBytes,
-                                                      fill.data(), &error);
+        ClMemObject source =
+            copySession.createBuffer(CL_MEM_READ_ONLY | CL_MEM_COPY_HOST_PTR, kCopyBytes, fill.data(), &error);
         ClMemObject target = copySession.createBuffer(CL_MEM_WRITE_ONLY, kCopyBytes, nullptr, &error);
         if (!kernel || !source || !target) return fail("making the copy buffers", error);
         fill = {};

@@ -41,7 +41,8 @@ const ClMachine& clMachine() {
             m.hasCpu = true;
             m.cpuName = cpu->name;
         }
-        for (uint32_t i = 0; i < compute::getClPlatformCount(); ++i) m.hasGpu = m.hasGpu || compute::platformHasGpuDevice(i);
+        for (uint32_t i = 0; i < compute::getClPlatformCount(); ++i)
+            m.hasGpu = m.hasGpu || compute::platformHasGpuDevice(i);
         compute::releaseOpenCl();
         compute::freeOpenClPlatforms();
         return m;
@@ -152,9 +153,9 @@ TEST(ClDemoRuns, DeformerWithACheckedSineLoadAppendsItsSumAndNamesTheSegmentsTha
     REQUIRE_CL_CPU();
     const ScratchDirectory dir("cl_deformer_check");
     // No segments along X is one segment: two columns of vertices.
-    const std::vector<std::string> options = {"/start_demo_cl_deformer", "/cl_cpu", "/cl_surface_segs_x=0",
-                                              "/cl_surface_segs_z=63", "/cl_kernel_workload_sin=3",
-                                              "/cl_kernel_workload_sin_do_check"};
+    const std::vector<std::string> options = {"/start_demo_cl_deformer",   "/cl_cpu",
+                                              "/cl_surface_segs_x=0",      "/cl_surface_segs_z=63",
+                                              "/cl_kernel_workload_sin=3", "/cl_kernel_workload_sin_do_check"};
     const ProgramResult first = runHeadless(dir, benchmark(options));
     expectCpuRow(first, "CL_SurfaceDeformer(X=1_Z=63_sin=3)");
     const ProgramResult second = runHeadless(dir, benchmark(options));
@@ -250,8 +251,8 @@ TEST(ClDemoRuns, JuliaSetStandsLitInTheMiddleOfABlackPicture) {
     REQUIRE_CL_CPU();
     const ScratchDirectory dir("cl_julia");
     // The panel's platform 0 is the one Julia runs on; a smaller picture keeps the run short.
-    const ProgramResult run =
-        runHeadless(dir, benchmark({"/start_demo_cl_julia", "/cl_cpu", "/cl_julia_rtt_size=256", "/cl_julia_not_animated"}));
+    const ProgramResult run = runHeadless(
+        dir, benchmark({"/start_demo_cl_julia", "/cl_cpu", "/cl_julia_rtt_size=256", "/cl_julia_not_animated"}));
     expectCpuRow(run, "CL_Julia4D");
     const Picture frame(dir / "demo_CL_Julia4D.png");
     ASSERT_TRUE(frame.valid());
@@ -277,7 +278,8 @@ TEST(ClDemoRuns, AStartWithoutADeviceOfTheTypeOrWithoutOpenClIsRefusedAndTheProg
     cases.push_back({{"/start_demo_cl_particles", "/cl_cpu"},
                      {{"OCL_ICD_VENDORS", noDrivers.operator const fs::path&().string()}},
                      "OpenCL CPU not supported on the selected platform.\n\rBye..."});
-    cases.push_back({{"/start_demo_cl_deformer", "/cl_cpu", "/disable_cl_support"}, {},
+    cases.push_back({{"/start_demo_cl_deformer", "/cl_cpu", "/disable_cl_support"},
+                     {},
                      "OpenCL CPU not supported on the selected platform.\n\rBye..."});
     for (const Case& c : cases) {
         SCOPED_TRACE(c.options[0] + " " + c.options.back());

@@ -39,9 +39,7 @@ protected:
         compute::freeOpenClPlatforms();
     }
 
-    void build(const std::string& source) {
-        ASSERT_TRUE(session.build(source, nullptr)) << session.buildLog();
-    }
+    void build(const std::string& source) { ASSERT_TRUE(session.build(source, nullptr)) << session.buildLog(); }
 
     TestLog log;
     DemoSettings settings;
@@ -57,13 +55,13 @@ TEST_F(ClKernels, DeformerVerticesNormalsAndCheckSumsFollowTheSurfaceInEveryForm
     struct Form {
         bool withCheck, nativeSin, explicitSize;
     };
-    for (const Form form : {Form{false, false, true}, Form{true, false, true}, Form{true, true, false},
-                            Form{false, true, false}}) {
+    for (const Form form :
+         {Form{false, false, true}, Form{true, false, true}, Form{true, true, false}, Form{false, true, false}}) {
         SCOPED_TRACE(SurfaceDeformerCl::kernelName(form.withCheck, form.nativeSin));
         SurfaceDeformerCl deformer;
         cl_int error = CL_SUCCESS;
-        ASSERT_TRUE(deformer.create(session, kWidth, kHeight, form.withCheck, form.nativeSin, form.explicitSize,
-                                    &error))
+        ASSERT_TRUE(
+            deformer.create(session, kWidth, kHeight, form.withCheck, form.nativeSin, form.explicitSize, &error))
             << error;
         ASSERT_TRUE(deformer.enqueueStep(kTime, kSinLoad, kMadLoad));
         std::vector<float> positions(kWidth * kHeight * 4), normals(kWidth * kHeight * 4);
@@ -191,7 +189,8 @@ TEST_F(ClKernels, GlowFilterMatchesTheDiscMeanInBothFormsAndEveryGroupChoice) {
                 for (int channel = 0; channel < 3; ++channel) {
                     const int e = int((expected >> (8 * channel)) & 0xFF), g = int((got >> (8 * channel)) & 0xFF);
                     if (std::abs(e - g) > 1 && ++mismatches < 5)
-                        ADD_FAILURE() << "pixel " << x << "," << y << " channel " << channel << ": " << g << " for " << e;
+                        ADD_FAILURE() << "pixel " << x << "," << y << " channel " << channel << ": " << g << " for "
+                                      << e;
                 }
             }
         }

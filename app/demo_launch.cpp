@@ -101,7 +101,9 @@ bool startAutomaticDemo(const AppState& state) {
     for (const AutomaticStart& start : kAutomaticStarts) {
         if (!(state.*start.flag)) continue;
         const bool cpuTwin = start.table == DemoTable::OpenCl && state.clDeviceType == kClDeviceTypeCpu;
-        return startDemo(start.table, start.row + (cpuTwin ? 1 : 0), demoSettingsFrom(state));
+        DemoSettings settings = demoSettingsFrom(state);
+        settings.startedFromCommandLine = true;
+        return startDemo(start.table, start.row + (cpuTwin ? 1 : 0), settings);
     }
     return false;
 }

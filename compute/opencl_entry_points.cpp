@@ -165,6 +165,11 @@ cl_int clReleaseMemObject(cl_mem object) {
     return callStatus<decltype(::clReleaseMemObject)>(ClEntry::ReleaseMemObject, object);
 }
 
+// Kernels hold their program; the demos release them before it, so that a stopped demo leaves nothing behind.
+cl_int clReleaseKernel(cl_kernel kernel) {
+    return callStatus<decltype(::clReleaseKernel)>(ClEntry::ReleaseKernel, kernel);
+}
+
 cl_int clReleaseProgram(cl_program program) {
     return callStatus<decltype(::clReleaseProgram)>(ClEntry::ReleaseProgram, program);
 }

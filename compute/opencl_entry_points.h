@@ -30,6 +30,7 @@ enum class ClEntry : uint8_t {
     GetSupportedImageFormats,
     ReleaseCommandQueue,
     ReleaseContext,
+    ReleaseKernel,
     ReleaseMemObject,
     ReleaseProgram,
     SetKernelArg,
@@ -45,16 +46,17 @@ enum class ClEntry : uint8_t {
 };
 
 inline constexpr const char* kClEntryNames[] = {
-    "clBuildProgram",          "clEnqueueAcquireGLObjects", "clEnqueueCopyBufferToImage", "clEnqueueNDRangeKernel",
-    "clEnqueueReadBuffer",     "clEnqueueReleaseGLObjects", "clEnqueueWriteBuffer",       "clGetContextInfo",
-    "clGetDeviceIDs",          "clGetDeviceInfo",           "clGetKernelWorkGroupInfo",   "clGetPlatformIDs",
-    "clGetPlatformInfo",       "clGetProgramBuildInfo",     "clGetSupportedImageFormats", "clReleaseCommandQueue",
-    "clReleaseContext",        "clReleaseMemObject",        "clReleaseProgram",           "clSetKernelArg",
-    "clCreateBuffer",          "clCreateCommandQueue",      "clCreateContext",            "clCreateContextFromType",
-    "clCreateFromGLBuffer",    "clCreateFromGLTexture2D",   "clCreateKernel",             "clCreateProgramWithSource",
+    "clBuildProgram", "clEnqueueAcquireGLObjects", "clEnqueueCopyBufferToImage", "clEnqueueNDRangeKernel",
+    "clEnqueueReadBuffer", "clEnqueueReleaseGLObjects", "clEnqueueWriteBuffer", "clGetContextInfo",
+    "clGetDeviceIDs", "clGetDeviceInfo", "clGetKernelWorkGroupInfo", "clGetPlatformIDs",
+    "clGetPlatformInfo", "clGetProgramBuildInfo", "clGetSupportedImageFormats", "clReleaseCommandQueue",
+    "clReleaseContext", "clReleaseKernel", "clReleaseMemObject", "clReleaseProgram",
+    "clSetKernelArg", "clCreateBuffer", "clCreateCommandQueue", "clCreateContext",
+    "clCreateContextFromType", "clCreateFromGLBuffer", "clCreateFromGLTexture2D", "clCreateKernel",
+    "clCreateProgramWithSource",
 };
 static_assert(std::size(kClEntryNames) == size_t(ClEntry::Count), "one name per entry point");
-static_assert(std::size(kClEntryNames) == 28, "20 status functions and 8 object functions");
+static_assert(std::size(kClEntryNames) == 29, "21 status functions and 8 object functions");
 
 // The OpenCL library; loaded by discovery and kept until releaseOpenCl, because the demos call through it.
 DynamicLibrary& clModule();
@@ -103,6 +105,7 @@ cl_int clGetSupportedImageFormats(cl_context context, cl_mem_flags flags, cl_mem
                                   cl_uint numEntries, cl_image_format* formats, cl_uint* numFormats);
 cl_int clReleaseCommandQueue(cl_command_queue queue);
 cl_int clReleaseContext(cl_context context);
+cl_int clReleaseKernel(cl_kernel kernel);
 cl_int clReleaseMemObject(cl_mem object);
 cl_int clReleaseProgram(cl_program program);
 cl_int clSetKernelArg(cl_kernel kernel, cl_uint index, size_t size, const void* value);

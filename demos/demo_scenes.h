@@ -8,3 +8,7 @@
 std::unique_ptr<DemoScene> makeGl4TessellationDemo();
 std::unique_ptr<DemoScene> makeGl3TorusDemo();
 std::unique_ptr<DemoScene> makeGl3TriangleDemo();
+std::unique_ptr<DemoScene> makeClJuliaDemo();
+std::unique_ptr<DemoScene> makeClParticlesDemo();
+std::unique_ptr<DemoScene> makeClSurfaceDeformerDemo();
+std::unique_ptr<DemoScene> makeClPostFxDemo();

@@ -1,6 +1,7 @@
 # The demo harness and the GL utility layer: rules and data on GoogleTest, no context needed.
 lumenscope_unit_test(unit_demos
   demos/bench_result_test.cpp
+  demos/cl_demo_rules_test.cpp
   demos/context_choice_test.cpp
   demos/frame_stats_test.cpp
   demos/harness_rules_test.cpp
@@ -41,3 +42,19 @@ endif()
 # The bare EGL loop that tools/bench_demos.sh measures the harness against; a benchmark, not a test.
 add_executable(bench_bare_triangle_loop bench/bare_triangle_loop.cpp)
 target_link_libraries(bench_bare_triangle_loop PRIVATE demos)
+
+# The OpenCL demos' kernels on the machine's OpenCL CPU device, against references worked out on the CPU.
+lumenscope_integration_test(integration_cl_kernels demos/cl_kernels_test.cpp)
+target_link_libraries(integration_cl_kernels PRIVATE demos)
+
+# The program running each OpenCL demo headless on the machine's OpenCL CPU device.
+lumenscope_integration_test(integration_cl_demo_runs demos/cl_demo_runs_test.cpp)
+target_link_libraries(integration_cl_demo_runs PRIVATE demos)
+target_compile_definitions(integration_cl_demo_runs PRIVATE LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>")
+add_dependencies(integration_cl_demo_runs lumenscope)
+
+# The OpenCL demos' compute steps beside the device's copy bandwidth, for tools/bench_cl_demos.sh; a
+# benchmark, not a test.
+add_executable(bench_cl_compute bench/cl_compute_bench.cpp)
+target_link_libraries(bench_cl_compute PRIVATE demos)
+target_include_directories(bench_cl_compute PRIVATE ${PROJECT_SOURCE_DIR})

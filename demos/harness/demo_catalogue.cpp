@@ -4,6 +4,7 @@
 
 #include "demos/demo_scenes.h"
 #include "gl_utility/render_window_gl.h"
+#include "opencl/cl_demo_scene.h"
 
 namespace {
 
@@ -19,9 +20,12 @@ using Kind = RenderWindowGL::ContextKind;
 constexpr auto kEntries = std::to_array<DemoEntry>({
     {kDemoGl4Tessellation, DemoFamily::OwnOpenGl, Kind::kGl40, false, false, kGl40WindowFailed,
      makeGl4TessellationDemo, nullptr},
-    {kDemoClParticles, DemoFamily::OpenCl, Kind::kGl32, false, false, kGl3WindowFailed, nullptr, nullptr},
-    {kDemoClPostFx, DemoFamily::OpenCl, Kind::kGl32, false, false, kGl32WindowFailed, nullptr, nullptr},
-    {kDemoClSurfaceDeformer, DemoFamily::OpenCl, Kind::kGl32, false, false, kGl32WindowFailed, nullptr, nullptr},
+    {kDemoClParticles, DemoFamily::OpenCl, Kind::kGl32, false, false, kGl3WindowFailed, makeClParticlesDemo,
+     checkOpenClDemoStart},
+    {kDemoClPostFx, DemoFamily::OpenCl, Kind::kGl32, false, false, kGl32WindowFailed, makeClPostFxDemo,
+     checkOpenClDemoStart},
+    {kDemoClSurfaceDeformer, DemoFamily::OpenCl, Kind::kGl32, false, false, kGl32WindowFailed,
+     makeClSurfaceDeformerDemo, checkOpenClDemoStart},
     {kDemoGl3Torus, DemoFamily::OwnOpenGl, Kind::kGl32, false, false, kGl32WindowFailed, makeGl3TorusDemo, nullptr},
     {kDemoGl3Triangle, DemoFamily::OwnOpenGl, Kind::kGl32, false, false, kGl32WindowFailed, makeGl3TriangleDemo,
      nullptr},
@@ -33,7 +37,8 @@ constexpr auto kEntries = std::to_array<DemoEntry>({
     {kDemoPointSprites, DemoFamily::Engine, Kind::kGl20, false, true, kEngineWindowFailed, nullptr, nullptr},
     {kDemoHdrDof, DemoFamily::Engine, Kind::kGl20, false, true, kEngineWindowFailed, nullptr, nullptr},
     {kDemoGeometryInstancing, DemoFamily::Engine, Kind::kGl20, true, true, kEngineWindowFailed, nullptr, nullptr},
-    {kDemoClJulia, DemoFamily::OpenCl, Kind::kGl32, false, false, kGl3WindowFailed, nullptr, nullptr},
+    {kDemoClJulia, DemoFamily::OpenCl, Kind::kGl32, false, false, kGl3WindowFailed, makeClJuliaDemo,
+     checkOpenClDemoStart},
 });
 static_assert(kEntries.size() == kDemoSlotCount, "one entry per demo record");
 

@@ -15,6 +15,10 @@ public:
     // The "Test name" of the result row and the name of the captured frame.
     virtual const char* resultName() const = 0;
 
+    // Runs on the demo thread before the window's context is made: tests of what the demo needs beyond
+    // OpenGL. On failure the scene has shown its message; no context is made and no result row written.
+    virtual bool checkBeforeContext(DemoContext&) { return true; }
+
     // Builds the scene. On failure the scene has shown its message; the harness then calls release() and
     // closes the window, and no result row is written.
     virtual bool setUp(DemoContext& context, RenderWindowGL& window) = 0;

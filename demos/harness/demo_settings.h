@@ -16,6 +16,7 @@ struct DemoSettings {
     bool captureLastFrame = false;  // writes "demo_<result name>.png" at the end
     int32_t selectedGpu = 0;        // the GPU whose driver text goes into result rows
     uint32_t processorCount = 1;
+    bool startedFromCommandLine = false;  // a /start_demo_... option started the demo, not a Start button
 
     // OpenGL 3 and 4 demos
     bool gl3TorusRadeonFix = true;
@@ -25,7 +26,9 @@ struct DemoSettings {
 
     // OpenCL demos
     uint32_t clDeviceType = 4;  // CL_DEVICE_TYPE_GPU (4) or CL_DEVICE_TYPE_CPU (2)
-    uint32_t clPlatformIndex = 0;
+    uint32_t clPlatformIndex = 0;   // the platform chosen on the OpenCL panel
+    int32_t clGpuDeviceIndex = 0;   // the device chosen in the panel's GPU list, counted among GPUs
+    int32_t clCpuDeviceIndex = 0;   // the same among CPUs
     int32_t clDeviceIndex = 0;
     bool clDeviceIndexForced = false;
     bool glRenderInClDemos = true;

@@ -136,8 +136,11 @@ void runDemoThread(DemoContext& context, const DemoEntry& entry, std::unique_ptr
         RenderWindowGL renderWindow;
         context.renderWindow = &renderWindow;
         const NativeWindow native = window ? window->native() : NativeWindow{};
-        if (!renderWindow.create(native, context.clientWidth, context.clientHeight, int(context.msaaSamples),
-                                 entry.contextKind, settings.captureLastFrame)) {
+        if (!scene->checkBeforeContext(context)) {
+            if (engineLock.owns_lock()) engineLock.unlock();
+            failureEndsProgram = scene->failureEndsProgram();
+        } else if (!renderWindow.create(native, context.clientWidth, context.clientHeight,
+                                        int(context.msaaSamples), entry.contextKind, settings.captureLastFrame)) {
             if (engineLock.owns_lock()) engineLock.unlock();
             appLog().write("%s: %s", rowTitle(context), entry.windowFailureText);
             demoShowError("%s", entry.windowFailureText);

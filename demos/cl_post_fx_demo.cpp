@@ -1,0 +1,216 @@
+// "CL GPU - Post FX" and its CPU twin: a lit torus, read back each frame, made to glow by an OpenCL filter
+// and shown over the whole window.
+#include <GL/glew.h>
+
+#include "demo_context.h"
+#include "demo_scenes.h"
+#include "gl_demo_support.h"
+#include "gl_utility/mesh_gl.h"
+#include "gl_utility/render_window_gl.h"
+#include "harness/demo_host.h"
+#include "harness/demo_media.h"
+#include "opencl/cl_demo_scene.h"
+#include "opencl/post_fx_cl.h"
+#include "opencl/window_image.h"
+
+namespace {
+
+constexpr float kDegreesPerSecond = 14.5f;
+
+constexpr const char* kVertexShader = R"(
+in vec4 In_Position;
+in vec4 In_Normal;
+uniform mat4 WorldMatrix;
+uniform mat4 ViewMatrix;
+uniform mat4 ProjectionMatrix;
+out vec3 Normal;
+out vec3 EyeVector;
+out vec3 LightDirection;
+void main()
+{
+    const vec4 lightPosition = vec4(20.0, 100.0, 500.0, 1.0);
+    mat4 modelView = ViewMatrix * WorldMatrix;
+    vec4 viewPosition = modelView * In_Position;
+    Normal = mat3(modelView) * In_Normal.xyz;
+    EyeVector = -viewPosition.xyz;
+    LightDirection = (ViewMatrix * lightPosition).xyz - viewPosition.xyz;
+    gl_Position = ProjectionMatrix * viewPosition;
+}
+)";
+
+constexpr const char* kPixelShader = R"(
+in vec3 Normal;
+in vec3 EyeVector;
+in vec3 LightDirection;
+out vec4 Out_Color;
+void main()
+{
+    const vec4 lightDiffuse = vec4(0.9, 0.9, 0.8, 1.0);
+    const vec4 lightSpecular = vec4(0.96, 0.96, 0.96, 1.0);
+    const vec4 materialDiffuse = vec4(0.9, 0.2, 0.2, 1.0);
+    const vec4 materialSpecular = vec4(0.9, 0.9, 0.9, 1.0);
+    const float shininess = 90.0;
+    vec3 N = normalize(Normal);
+    vec3 L = normalize(LightDirection);
+    vec3 E = normalize(EyeVector);
+    vec4 color = vec4(0.0, 0.0, 0.0, 1.0);
+    float lambert = dot(N, L);
+    if (lambert > 0.0)
+    {
+        color += lightDiffuse * materialDiffuse * lambert;
+        float specular = pow(max(dot(reflect(-L, N), E), 0.0), shininess);
+        color += lightSpecular * materialSpecular * specular * lambert;
+    }
+    Out_Color = vec4(color.rgb, 1.0);
+}
+)";
+
+constexpr ClDemoTraits kTraits = {.fpsWhat = "PostFX",
+                                  .kernelErrorName = "CL_PostFX(kernel ERROR)",
+                                  .needsPlatformList = false,
+                                  .requiredKernelFile = nullptr,
+                                  .platformRule = ClDemoSession::PlatformRule::FirstWithDeviceType,
+                                  .platformBuildOptions = true};
+
+class ClPostFxDemo : public ClDemoScene {
+public:
+    ClPostFxDemo() : ClDemoScene(kTraits) {}
+
+    const char* resultName() const override { return "CL_PostFX"; }
+
+    void drawFrame(DemoContext& context, RenderWindowGL& window, float dt) override {
+        const int width = context.clientWidth, height = context.clientHeight;
+        glBindFramebuffer(GL_FRAMEBUFFER, window.framebuffer());
+        glViewport(0, 0, width, height);
+        glClearColor(0.0f, 0.0f, 0.1f, 1.0f);
+        glEnable(GL_DEPTH_TEST);
+        glClearDepth(1.0);
+        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        const Mat4 world = Mat4::rotationEuler(m_rotationAngle, m_rotationAngle - 90.0f, m_rotationAngle - 90.0f);
+        m_rotationAngle += dt * kDegreesPerSecond;
+        m_program.use();
+        m_program.setMatrix("WorldMatrix", world);
+        m_torus.positionAttrib = uint32_t(m_program.attribLocation("In_Position"));
+        m_torus.normalAttrib = uint32_t(m_program.attribLocation("In_Normal"));
+        MeshDrawOptions options;
+        options.useNormals = true;
+        m_torus.draw(options);
+
+        _readFrameIntoFilter(window);
+        if (m_filter.enqueueFilter()) {
+            glBindBuffer(GL_PIXEL_UNPACK_BUFFER, m_pixelBuffers[1]);
+            if (void* target = glMapBuffer(GL_PIXEL_UNPACK_BUFFER, GL_WRITE_ONLY)) {
+                m_filter.readOutput(target);
+                glUnmapBuffer(GL_PIXEL_UNPACK_BUFFER);
+            }
+            glBindTexture(GL_TEXTURE_2D, m_image.texture());
+            glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, width, height, GL_BGRA, GL_UNSIGNED_BYTE, nullptr);
+            glBindTexture(GL_TEXTURE_2D, 0);
+            glBindBuffer(GL_PIXEL_UNPACK_BUFFER, 0);
+            m_image.draw(width, height);
+        }
+        m_logo.draw(width);
+    }
+
+protected:
+    bool _buildGraphics(DemoContext& context, RenderWindowGL& window, const std::string& language) override {
+        const int width = context.clientWidth, height = context.clientHeight;
+        m_rotationAngle = 90.0f;
+        if (!buildDemoProgram(m_program, {_vertexLanguage(language) + kVertexShader, "", "", language + kPixelShader}))
+            return false;
+        const float eye[3] = {0, 20, 50}, center[3] = {0, 0, 0}, up[3] = {0, 1, 0};
+        m_program.setMatrix("WorldMatrix", Mat4::identity());
+        m_program.setMatrix("ViewMatrix", Mat4::lookAt(eye, center, up));
+        m_program.setMatrix("ProjectionMatrix",
+                            Mat4::perspective(60.0f, float(width) / float(height), 1.0f, 500.0f, 1e-5f));
+        if (!m_torus.makeTorus(20.0f, 8.0f, 100)) return false;
+        if (!m_image.create(language.c_str(), width, height)) {
+            demoShowError("Shader program creation failed: %s", m_image.errorText());
+            return false;
+        }
+        const GLsizeiptr bytes = GLsizeiptr(width) * height * 4;
+        glGenBuffers(2, m_pixelBuffers);
+        glBindBuffer(GL_PIXEL_PACK_BUFFER, m_pixelBuffers[0]);
+        glBufferData(GL_PIXEL_PACK_BUFFER, bytes, nullptr, GL_STREAM_READ);
+        glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
+        glBindBuffer(GL_PIXEL_UNPACK_BUFFER, m_pixelBuffers[1]);
+        glBufferData(GL_PIXEL_UNPACK_BUFFER, bytes, nullptr, GL_STREAM_DRAW);
+        glBindBuffer(GL_PIXEL_UNPACK_BUFFER, 0);
+        if (window.headless() && window.samples() > 0) _makeResolveTarget(width, height);
+        glBindFramebuffer(GL_FRAMEBUFFER, window.framebuffer());
+        glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+        glDisable(GL_CULL_FACE);
+        return true;
+    }
+
+    bool _kernelSource(std::string* source) override {
+        if (!readDemoMediaText("postfx.cl", source)) *source = heldPostFxSource();
+        return true;
+    }
+
+    bool _buildCompute(DemoContext& context, RenderWindowGL&) override {
+        const DemoSettings& s = context.settings;
+        cl_int error = CL_SUCCESS;
+        if (!m_filter.create(m_session, context.clientWidth, context.clientHeight, s.clUseLocalMem,
+                             s.clExplicitWorkgroupSize, &error))
+            return _failCompute(context, error);
+        return true;
+    }
+
+    void _releaseCompute() override { m_filter.release(); }
+
+    void _releaseGraphics() override {
+        if (m_pixelBuffers[0]) glDeleteBuffers(2, m_pixelBuffers);
+        m_pixelBuffers[0] = m_pixelBuffers[1] = 0;
+        if (m_resolveFramebuffer) glDeleteFramebuffers(1, &m_resolveFramebuffer);
+        if (m_resolveColor) glDeleteRenderbuffers(1, &m_resolveColor);
+        m_resolveFramebuffer = m_resolveColor = 0;
+        m_image.release();
+        m_program.release();
+        m_torus.release();
+    }
+
+private:
+    // A multisampled offscreen frame cannot be read as it is; it is resolved into this one first.
+    void _makeResolveTarget(int width, int height) {
+        glGenFramebuffers(1, &m_resolveFramebuffer);
+        glGenRenderbuffers(1, &m_resolveColor);
+        glBindRenderbuffer(GL_RENDERBUFFER, m_resolveColor);
+        glRenderbufferStorage(GL_RENDERBUFFER, GL_RGBA8, width, height);
+        glBindRenderbuffer(GL_RENDERBUFFER, 0);
+        glBindFramebuffer(GL_FRAMEBUFFER, m_resolveFramebuffer);
+        glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_RENDERBUFFER, m_resolveColor);
+    }
+
+    // The whole frame as BGRA bytes through the first pixel buffer into the filter's input.
+    void _readFrameIntoFilter(RenderWindowGL& window) {
+        const int width = window.width, height = window.height;
+        if (m_resolveFramebuffer) {
+            glBindFramebuffer(GL_READ_FRAMEBUFFER, window.framebuffer());
+            glBindFramebuffer(GL_DRAW_FRAMEBUFFER, m_resolveFramebuffer);
+            glBlitFramebuffer(0, 0, width, height, 0, 0, width, height, GL_COLOR_BUFFER_BIT, GL_NEAREST);
+            glBindFramebuffer(GL_READ_FRAMEBUFFER, m_resolveFramebuffer);
+        }
+        glBindBuffer(GL_PIXEL_PACK_BUFFER, m_pixelBuffers[0]);
+        glReadPixels(0, 0, width, height, GL_BGRA, GL_UNSIGNED_BYTE, nullptr);
+        if (const void* pixels = glMapBuffer(GL_PIXEL_PACK_BUFFER, GL_READ_ONLY)) {
+            m_filter.writeInput(pixels);
+            glUnmapBuffer(GL_PIXEL_PACK_BUFFER);
+        }
+        glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
+        glBindFramebuffer(GL_FRAMEBUFFER, window.framebuffer());
+    }
+
+    GpuProgram m_program;
+    MeshGL m_torus;
+    WindowImage m_image;
+    PostFxCl m_filter;
+    GLuint m_pixelBuffers[2] = {0, 0};
+    GLuint m_resolveFramebuffer = 0;
+    GLuint m_resolveColor = 0;
+    float m_rotationAngle = 90.0f;
+};
+
+}  // namespace
+
+std::unique_ptr<DemoScene> makeClPostFxDemo() { return std::make_unique<ClPostFxDemo>(); }

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+
+#include "gl_utility/gpu_program.h"
+#include "gl_utility/mesh_gl.h"
+
+// A picture that an OpenCL demo computes, shown over the whole window: a texture (RGBA, nearest filtering)
+// on a unit quad, drawn through the same textured-quad shaders as the corner logo.
+class WindowImage {
+public:
+    WindowImage() = default;
+    WindowImage(const WindowImage&) = delete;
+    WindowImage& operator=(const WindowImage&) = delete;
+
+    // A width x height texture with undefined contents. `versionLine` starts the shaders. False when the
+    // program cannot be built; the reason is in errorText().
+    bool create(const char* versionLine, int width, int height);
+    uint32_t texture() const { return m_texture; }
+    // Over the whole client area with depth testing and depth writes off, which it turns back on.
+    void draw(int clientWidth, int clientHeight);
+    void release();
+    const char* errorText() const { return m_program.errorText(); }
+
+private:
+    GpuProgram m_program;
+    MeshGL m_quad;
+    uint32_t m_texture = 0;
+};

@@ -54,6 +54,8 @@ struct AppState {
     bool osIsVista = false;
     int32_t cpuSpeedMhz = 0;
     std::unique_ptr<online::UpdateThread> updateThread;
+    // The update thread was still inside the network library when shutdown let go of it.
+    bool updateThreadOutlivedShutdown = false;
 
     // Online exchange
     char onlineHost[kOnlineHostSize] = {};  // the server of /online_host=; empty: ours

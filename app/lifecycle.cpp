@@ -74,6 +74,7 @@ void shutdownApplication(AppState& state, Kalidor* library) {
     if (library) library->shutdown();
     // The update thread is never waited for: it may hang on the network and must not hold the exit.
     if (state.updateThread) {
+        state.updateThreadOutlivedShutdown = state.updateThread->running();
         state.updateThread->detach();
         state.updateThread.reset();
     }

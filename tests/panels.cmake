@@ -9,6 +9,7 @@ add_executable(unit_panels
   panels/report_dialog_test.cpp
   panels/layout_test.cpp
   panels/panel_rules_test.cpp
+  panels/opengl_panel_test.cpp
 )
 target_link_libraries(unit_panels PRIVATE lumenscope_panels Qt6::Test GTest::gtest GTest::gmock)
 target_include_directories(unit_panels PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})

@@ -8,6 +8,8 @@
 #include <QTabBar>
 
 #include "app/panels/controls.h"
+#include "app/panels/extension_dialog.h"
+#include "app/panels/gl_caps_dialog.h"
 #include "app/panels/main_dialog.h"
 #include "app/panels/panel.h"
 #include "app/panels/report_dialog.h"
@@ -83,6 +85,10 @@ TEST_F(LayoutTest, NoControlOverlapsAnotherOrLeavesItsParentAndEveryTextFits) {
 
     ReportDialog report(nullptr, state, library);
     expectTidy(&report);
+    GlCapsDialog caps(nullptr, state, library);
+    expectTidy(&caps);
+    ExtensionDialog extension(nullptr, state, library, "GL_ARB_multitexture");
+    expectTidy(&extension);
     SplashDialog splash;
     expectTidy(&splash);
 }

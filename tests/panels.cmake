@@ -10,6 +10,7 @@ add_executable(unit_panels
   panels/layout_test.cpp
   panels/panel_rules_test.cpp
   panels/opengl_panel_test.cpp
+  panels/compute_panels_test.cpp
 )
 target_link_libraries(unit_panels PRIVATE lumenscope_panels Qt6::Test GTest::gtest GTest::gmock)
 target_include_directories(unit_panels PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
@@ -19,6 +20,23 @@ target_compile_definitions(unit_panels PRIVATE
   FAKE_NVML_DIR="${CMAKE_CURRENT_BINARY_DIR}/fakes"
   FAKE_COMPUTE_DIR="${CMAKE_BINARY_DIR}/fakes/compute")
 gtest_discover_tests(unit_panels PROPERTIES LABELS unit ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
+                     DISCOVERY_TIMEOUT 60)
+
+# The panels over real parts of this machine: the OpenCL panel over the system's OpenCL loader.
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
+find_package(nlohmann_json REQUIRED)
+add_executable(integration_panels
+  panels/qt_test_main.cpp
+  panels/opencl_panel_pocl_test.cpp
+)
+target_link_libraries(integration_panels PRIVATE lumenscope_panels Qt6::Test GTest::gtest nlohmann_json::nlohmann_json)
+target_include_directories(integration_panels PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+target_compile_definitions(integration_panels PRIVATE
+  SYSFS_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/sysfs"
+  FAKE_NVML_DIR="${CMAKE_CURRENT_BINARY_DIR}/fakes"
+  PYTHON3_EXECUTABLE="${Python3_EXECUTABLE}"
+  VALIDATION_SERVER_SCRIPT="${PROJECT_SOURCE_DIR}/tools/validation_server.py")
+gtest_discover_tests(integration_panels PROPERTIES LABELS integration ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
                      DISCOVERY_TIMEOUT 60)
 
 # The real program's window under an X server of its own, with screenshots of every tab in the build tree.

@@ -10,6 +10,7 @@
 #include "app/panels/controls.h"
 #include "app/panels/extension_dialog.h"
 #include "app/panels/gl_caps_dialog.h"
+#include "app/panels/opencl_info_dialog.h"
 #include "app/panels/main_dialog.h"
 #include "app/panels/panel.h"
 #include "app/panels/report_dialog.h"
@@ -89,6 +90,8 @@ TEST_F(LayoutTest, NoControlOverlapsAnotherOrLeavesItsParentAndEveryTextFits) {
     expectTidy(&caps);
     ExtensionDialog extension(nullptr, state, library, "GL_ARB_multitexture");
     expectTidy(&extension);
+    OpenClInfoDialog openCl(nullptr, state);
+    expectTidy(&openCl);
     SplashDialog splash;
     expectTidy(&splash);
 }

@@ -11,6 +11,7 @@ add_executable(unit_panels
   panels/panel_rules_test.cpp
   panels/opengl_panel_test.cpp
   panels/compute_panels_test.cpp
+  panels/validation_panel_test.cpp
 )
 target_link_libraries(unit_panels PRIVATE lumenscope_panels Qt6::Test GTest::gtest GTest::gmock)
 target_include_directories(unit_panels PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
@@ -22,11 +23,13 @@ target_compile_definitions(unit_panels PRIVATE
 gtest_discover_tests(unit_panels PROPERTIES LABELS unit ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
                      DISCOVERY_TIMEOUT 60)
 
-# The panels over real parts of this machine: the OpenCL panel over the system's OpenCL loader.
+# The panels over real parts of this machine: the Validation panel against the loopback validation server,
+# the OpenCL panel over the system's OpenCL loader.
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 find_package(nlohmann_json REQUIRED)
 add_executable(integration_panels
   panels/qt_test_main.cpp
+  panels/validation_online_test.cpp
   panels/opencl_panel_pocl_test.cpp
 )
 target_link_libraries(integration_panels PRIVATE lumenscope_panels Qt6::Test GTest::gtest nlohmann_json::nlohmann_json)

@@ -108,7 +108,10 @@ struct AppState {
     int32_t benchDuration = 0;  // milliseconds; 0 runs until closed
     uint32_t clDeviceType = 0;  // CL_DEVICE_TYPE_GPU (4) or CL_DEVICE_TYPE_CPU (2)
     int32_t clDeviceIndex = 0;
-    bool clDeviceIndexForced = false;
+    bool clDeviceIndexForced = false;  // cleared when the user picks a device for the demos in the OpenCL panel
+    uint32_t clPlatformIndex = 0;      // the OpenCL panel's platform, which the OpenCL demos use
+    uint32_t clShownPlatform = 0;      // the platform and device the OpenCL panel shows, for its detail list
+    uint32_t clShownDevice = 0;
     float gl4TessLevelOuter = 0.0f;
     float gl4TessLevelInner = 0.0f;
     bool gl4TessLevelAnim = false;

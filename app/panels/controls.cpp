@@ -92,6 +92,28 @@ QLineEdit* ControlBuilder::field(int id, QLabel* label, const DuRect& place) {
     return field;
 }
 
+QLineEdit* ControlBuilder::edit(int id, QLabel* label, const DuRect& place) {
+    auto* edit = new QLineEdit(m_parent);
+    edit->setTextMargins(0, 0, 0, 0);
+    if (label) {
+        edit->setAccessibleName(label->text());
+        label->setBuddy(edit);
+        edit->setProperty("label", QVariant::fromValue(static_cast<QObject*>(label)));
+    }
+    _place(edit, id, place);
+    return edit;
+}
+
+QLabel* ControlBuilder::valueLine(int id, const DuRect& place) {
+    QLabel* line = label(id, "", place);
+    QPalette palette = line->palette();
+    // Active and inactive only: a greyed line keeps the greyed look.
+    palette.setColor(QPalette::Active, QPalette::WindowText, fromColorref(m_fieldTextColour));
+    palette.setColor(QPalette::Inactive, QPalette::WindowText, fromColorref(m_fieldTextColour));
+    line->setPalette(palette);
+    return line;
+}
+
 QPushButton* ControlBuilder::button(int id, const char* text, const DuRect& place) {
     auto* button = new QPushButton(QString::fromLatin1(text), m_parent);
     button->setAutoDefault(false);

@@ -47,6 +47,10 @@ public:
 
     QLabel* label(int id, const char* text, const DuRect& place);
     QLineEdit* field(int id, QLabel* label, const DuRect& place);
+    // A field the user types into, named by its label as a data field is.
+    QLineEdit* edit(int id, QLabel* label, const DuRect& place);
+    // A static line in the data fields' colour, for a line that states a value of its own ("Number of ...").
+    QLabel* valueLine(int id, const DuRect& place);
     QPushButton* button(int id, const char* text, const DuRect& place);
     // `place.h` is the height of the closed box; the opened list shows about `listHeight` dialog units.
     QComboBox* dropDownList(int id, const DuRect& place, int listHeight);

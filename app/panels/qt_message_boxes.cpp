@@ -7,6 +7,8 @@
 #include <QUrl>
 
 #include "app/message_boxes.h"
+#include "app/online_check.h"
+#include "update_dialog.h"
 
 namespace panels {
 
@@ -46,11 +48,13 @@ void openWithDesktopServices(const char* target) {
 void installQtMessageBoxes() {
     setMessageBoxPresenter(presentWithQt);
     setUrlOpener(openWithDesktopServices);
+    setNewerVersionPresenter(presentNewerVersion);
 }
 
 void removeQtMessageBoxes() {
     setMessageBoxPresenter(nullptr);
     setUrlOpener(nullptr);
+    setNewerVersionPresenter(nullptr);
 }
 
 }  // namespace panels

@@ -19,6 +19,7 @@ using namespace std::chrono_literals;
 
 constexpr const char* kTitle = "Orbiscale Lumenscope 1.26.0.0";
 constexpr const char* kSplashTitle = "Lumenscope 1.26.0.0";
+constexpr const char* kCapsTitle = "Lumenscope OpenGL Caps List";
 
 pid_t startProgram(const fs::path& workDir) {
     const pid_t child = fork();
@@ -46,6 +47,33 @@ int waitForExit(pid_t child, std::chrono::milliseconds timeout) {
         std::this_thread::sleep_for(20ms);
     }
     return -1;
+}
+
+// From the OpenGL tab: a click in the extension list gives it the focus, Tab moves on to "More caps..." and
+// Space presses it; in the caps dialog the first heading is opened. The main window is 256 by 331 dialog units,
+// which gives the list's middle without knowing the font.
+void photographCapsDialog(X11WindowDriver& x, Window window) {
+    const auto [width, height] = x.size(window);
+    const double perUnitX = width / 256.0, perUnitY = height / 331.0;
+    // The tab control's page begins about 16 units down; the list's middle stands 167 units below that.
+    x.click(window, int((3 + 125) * perUnitX), int((2 + 16 + 167) * perUnitY));
+    std::this_thread::sleep_for(200ms);
+    x.pressKey(window, XK_Tab);
+    x.pressKey(window, XK_space);
+    const Window caps = x.waitForWindow(kCapsTitle, 10s);
+    ASSERT_NE(caps, 0u) << "no window titled " << kCapsTitle;
+    std::this_thread::sleep_for(300ms);
+    const WindowPicture collapsed = x.grab(caps);
+    x.pressKey(caps, XK_Home);
+    x.pressKey(caps, XK_Right);
+    std::this_thread::sleep_for(300ms);
+    const WindowPicture expanded = x.grab(caps);
+    ASSERT_GT(expanded.width, 0);
+    EXPECT_NE(expanded.rgb, collapsed.rgb) << "the first heading did not open";
+    savePicture(expanded, fs::path(SCREENSHOT_DIR) / "caps_dialog_expanded.png");
+    x.pressKey(caps, XK_Escape);
+    std::this_thread::sleep_for(200ms);
+    EXPECT_EQ(x.findWindow(kCapsTitle), 0u) << "Escape leaves the caps dialog up";
 }
 
 TEST(WindowUnderXvfb, EveryTabIsShownAndEscapeShutsTheProgramDown) {
@@ -77,6 +105,7 @@ TEST(WindowUnderXvfb, EveryTabIsShownAndEscapeShutsTheProgramDown) {
             EXPECT_NE(picture.rgb, previous.rgb) << "tab " << tabs[tab] << " looks like the one before it";
         }
         previous = picture;
+        if (tab == 1) photographCapsDialog(x, window);
     }
 
     x.pressKey(window, XK_Escape);

@@ -6,12 +6,14 @@
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
 
 #include <chrono>
 #include <cstdint>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 // A picture of a window, one 0xRRGGBB word per pixel, row by row.
@@ -73,6 +75,24 @@ public:
         event.type = KeyRelease;
         XSendEvent(m_display, window, True, KeyReleaseMask, reinterpret_cast<XEvent*>(&event));
         XFlush(m_display);
+    }
+
+    // A left click at (x, y) of the window, through the server's input as a real pointer would make it.
+    void click(Window window, int x, int y) {
+        int rootX = 0, rootY = 0;
+        Window child = 0;
+        XTranslateCoordinates(m_display, window, DefaultRootWindow(m_display), x, y, &rootX, &rootY, &child);
+        XTestFakeMotionEvent(m_display, -1, rootX, rootY, CurrentTime);
+        XTestFakeButtonEvent(m_display, 1, True, CurrentTime);
+        XTestFakeButtonEvent(m_display, 1, False, CurrentTime);
+        XFlush(m_display);
+    }
+
+    // The window's size in pixels; 0 by 0 when it is gone.
+    std::pair<int, int> size(Window window) {
+        XWindowAttributes attributes{};
+        if (!XGetWindowAttributes(m_display, window, &attributes)) return {0, 0};
+        return {attributes.width, attributes.height};
     }
 
     WindowPicture grab(Window window) {

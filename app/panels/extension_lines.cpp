@@ -1,0 +1,53 @@
+#include "extension_lines.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+
+#include "kalidor/kalidor.h"
+#include "kalidor/opengl/extension_link_table.h"
+
+namespace panels {
+
+namespace {
+
+// A list box's order: case folded first, so "GL_ARB_ES2_compatibility" stands among the e's; the exact
+// bytes break ties so that the order is total.
+bool listOrder(const std::string& a, const std::string& b) {
+    const auto folded = [](unsigned char x, unsigned char y) { return std::tolower(x) < std::tolower(y); };
+    if (std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), folded)) return true;
+    if (std::lexicographical_compare(b.begin(), b.end(), a.begin(), a.end(), folded)) return false;
+    return a < b;
+}
+
+}  // namespace
+
+std::string extensionLine(const char* name) {
+    if (!name) return {};
+    char line[kExtensionLineSize];
+    const char* note = Kalidornm::extensionNote(name);
+    if (note && *note)
+        std::snprintf(line, sizeof line, "%s (%s)", name, note);
+    else
+        std::snprintf(line, sizeof line, "%s", name);
+    return line;
+}
+
+std::vector<std::string> sortedExtensionLines(const Kalidornm::Kalidor& library) {
+    std::vector<std::string> lines;
+    const uint32_t count = library.getExtensionCount();
+    lines.reserve(count);
+    for (uint32_t i = 0; i < count; ++i)
+        if (const char* name = library.getExtensionName(int(i))) lines.push_back(extensionLine(name));
+    std::sort(lines.begin(), lines.end(), listOrder);
+    return lines;
+}
+
+std::string extensionCountCaption(const Kalidornm::Kalidor& library) {
+    char caption[96];
+    std::snprintf(caption, sizeof caption, "  OpenGL extensions: %d (GL=%d, WGL=%d)  ", int(library.getExtensionCount()),
+                  int(library.getGlExtensionCount()), int(library.getWglExtensionCount()));
+    return caption;
+}
+
+}  // namespace panels

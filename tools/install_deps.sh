@@ -6,6 +6,7 @@ set -eu
 PACKAGES="
 g++ make cmake pkg-config
 libgtest-dev libgmock-dev libbenchmark-dev
+libfreeimage-dev libassimp-dev libfreetype-dev libfontconfig-dev fonts-dejavu-core
 libpci-dev pci.ids
 libegl-dev libgl-dev libglew-dev libegl-mesa0 libgl1-mesa-dri
 ocl-icd-libopencl1 ocl-icd-opencl-dev opencl-headers pocl-opencl-icd

@@ -3,7 +3,26 @@ lumenscope_unit_test(unit_engine
   engine/font_test.cpp
   engine/lsan_fontconfig.cpp
   engine/mesh_builders_test.cpp
+  engine/model_3ds_test.cpp
+  engine/rgbe_reader_test.cpp
   engine/scene_graph_test.cpp
 )
 target_link_libraries(unit_engine PRIVATE engine)
 target_compile_definitions(unit_engine PRIVATE ENGINE_MEDIA_DIR="${PROJECT_SOURCE_DIR}/media")
+
+# The media's readers under libFuzzer, once the build knows fuzz targets.
+if(COMMAND lumenscope_fuzz_target)
+  lumenscope_fuzz_target(rgbe_reader
+    ${CMAKE_CURRENT_SOURCE_DIR}/fuzz/rgbe_reader_fuzz.cpp
+    ${PROJECT_SOURCE_DIR}/engine/vx_rgbe_reader.cpp
+    ${PROJECT_SOURCE_DIR}/engine/vx_cube_cross.cpp
+    ${PROJECT_SOURCE_DIR}/engine/vx_math.cpp)
+  lumenscope_fuzz_target(model_3ds
+    ${CMAKE_CURRENT_SOURCE_DIR}/fuzz/model_3ds_fuzz.cpp
+    ${PROJECT_SOURCE_DIR}/engine/vx_model_assimp.cpp
+    ${PROJECT_SOURCE_DIR}/engine/vx_model_3ds_check.cpp
+    ${PROJECT_SOURCE_DIR}/engine/vx_math.cpp)
+  find_package(PkgConfig REQUIRED)
+  pkg_check_modules(FUZZ_ASSIMP REQUIRED IMPORTED_TARGET assimp)
+  target_link_libraries(model_3ds_fuzz PRIVATE PkgConfig::FUZZ_ASSIMP)
+endif()

@@ -26,3 +26,11 @@ if(COMMAND lumenscope_fuzz_target)
   pkg_check_modules(FUZZ_ASSIMP REQUIRED IMPORTED_TARGET assimp)
   target_link_libraries(model_3ds_fuzz PRIVATE PkgConfig::FUZZ_ASSIMP)
 endif()
+
+lumenscope_integration_test(integration_engine_llvmpipe
+  engine/engine_gl_test.cpp
+  engine/headless_surface.cpp
+)
+find_package(OpenGL REQUIRED COMPONENTS OpenGL EGL)
+target_link_libraries(integration_engine_llvmpipe PRIVATE engine OpenGL::EGL OpenGL::GL)
+target_compile_definitions(integration_engine_llvmpipe PRIVATE ENGINE_MEDIA_DIR="${PROJECT_SOURCE_DIR}/media")

@@ -58,15 +58,9 @@ bool Vantalux::startup(int glMajorVersion, int glMinorVersion, void*) {
 }
 
 void Vantalux::shutdown(void*) {
-    std::vector<std::unique_ptr<vxRenderWindow>> windows;
-    {
-        std::lock_guard<std::mutex> guard(m_windowsLock);
-        windows.swap(m_windows);
-    }
-    while (!windows.empty()) {
-        m_renderer.forgetFontsOf(windows.back().get());
-        windows.pop_back();
-    }
+    // A window still here belongs to a demo thread that has not ended: its context is current on that
+    // thread, and its surface may be gone with the thread's window. Freeing it from here would race the
+    // thread, so it is left for the end of the process.
     m_current = nullptr;
     m_started = false;
 }

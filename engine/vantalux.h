@@ -58,7 +58,7 @@ public:
 
     // Readies the engine for windows of at least the given OpenGL version; `reserved` must be null.
     bool startup(int glMajorVersion, int glMinorVersion, void* reserved);
-    // Destroys every render window left, then forgets the version.
+    // Stops the engine. Render windows a demo has not destroyed are left alone: see the definition.
     void shutdown(void* reserved);
 
     bool isStarted() const { return m_started; }

@@ -392,8 +392,8 @@ TEST(EngineWindow, RefusedWithoutStartupOrSurfaceOrBelowTheVersionAsked) {
     vxRenderWindow* window = engine->createRenderWindow(&surface, 16, 16, 32, 24, 8, 0, 2, 0, 1);
     ASSERT_NE(window, nullptr);
     EXPECT_EQ(engine->getRenderer()->getMSAASamples(), 0);
-    // Shutting down frees what a demo left behind.
-    vxMaterialMgr::getInstance()->createMaterial("left_behind");
+    engine->destroyRenderWindow(window);
     engine->shutdown(nullptr);
     EXPECT_EQ(engine->getCurrentRenderWindow(), nullptr);
+    EXPECT_EQ(engine->createRenderWindow(&surface, 16, 16, 32, 24, 8, 0, 2, 0, 1), nullptr);
 }

@@ -2,25 +2,44 @@
 ARGS ?= /exp_txt_report /exp_xml_report /exp_json_report
 JOBS ?= $(shell nproc)
 
-.PHONY: run test deps build build-asan
+.PHONY: run test deps build build-test build-asan build-fuzz check-valgrind
 
 deps:
 	@sh tools/install_deps.sh
 
+# The program alone: no tests, fakes or benchmarks.
 build: deps
-	cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBUILD_TESTING=OFF
 	cmake --build build -j$(JOBS)
 
+# Everything, with warnings as errors.
+build-test: deps
+	cmake -S . -B build-test -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBUILD_TESTING=ON -DLUMENSCOPE_WERROR=ON
+	cmake --build build-test -j$(JOBS)
+
+# Under AddressSanitizer and UBSan: the unit tests and what they load, and the batch program with the fake
+# drivers it is run through.
 build-asan: deps
-	cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DLUMENSCOPE_SANITIZE=ON
-	cmake --build build-asan -j$(JOBS)
+	cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DLUMENSCOPE_SANITIZE=ON -DLUMENSCOPE_WERROR=ON
+	cmake --build build-asan -j$(JOBS) --target unit_tests fake_driver_batch
+
+# The libFuzzer targets alone, built by clang with AddressSanitizer and UBSan (tests/fuzz/fuzz_tree.cmake).
+build-fuzz: deps
+	CC=clang-15 CXX=clang++-15 cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLUMENSCOPE_FUZZ=ON
+	cmake --build build-fuzz -j$(JOBS)
 
 run: build
 	./build/lumenscope $(ARGS)
 
-# Every test in the plain build, then the unit tests again under AddressSanitizer and UBSan.
-test: build build-asan
-	ctest --test-dir build --output-on-failure -j$(JOBS)
+# Every test in the full build, then the unit tests and the batch program through the fake drivers under
+# AddressSanitizer and UBSan, then each fuzz target for 30 s.
+test: build-test build-asan build-fuzz
+	ctest --test-dir build-test --output-on-failure -j$(JOBS)
 	ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
 		ctest --test-dir build-asan --output-on-failure -L unit -j$(JOBS)
 	ctest --test-dir build-asan --output-on-failure -L fake_drivers -j$(JOBS)
+	ctest --test-dir build-fuzz --output-on-failure -L fuzz -j$(JOBS)
+
+# The batch program under valgrind's memcheck on this machine; not part of `test`, it takes minutes.
+check-valgrind: build
+	sh tools/check_valgrind.sh build/lumenscope

@@ -43,6 +43,7 @@ struct AppState {
     bool startDemoGl2Vtf = false;
     bool startDemoGl2Toon = false;
     bool startDemoGl2SimpleTorus = false;
+    bool startDemoGl4Tessellation = false;
 
     uint32_t gpuCount = 0;
     int32_t selectedGpu = 0;
@@ -88,6 +89,7 @@ struct AppState {
     int32_t demoMsaa = 0;
     int32_t demoWinWidth = 0;
     int32_t demoWinHeight = 0;
+    bool demoCaptureLastFrame = false;  // a demo writes its last frame as "demo_<result name>.png"
     bool benchLogResults = false;
     int32_t benchDuration = 0;  // milliseconds; 0 runs until closed
     uint32_t clDeviceType = 0;  // CL_DEVICE_TYPE_GPU (4) or CL_DEVICE_TYPE_CPU (2)

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
+#include <vector>
 
 struct AppState;
 
@@ -16,3 +18,19 @@ std::string joinArguments(int argc, const char* const* argv);
 size_t commandLineOptionCount();
 // The text of option `index` in test order, or null past the end.
 const char* commandLineOptionText(size_t index);
+
+// The two requests answered before start-up; found on the line the same way as every other option.
+inline constexpr const char* kHelpOption = "--help";
+inline constexpr const char* kVersionOption = "--version";
+bool helpRequested(const char* text);
+bool versionRequested(const char* text);
+
+// One line of the option list that --help prints and the manual page holds.
+struct OptionDescription {
+    const char* text;
+    const char* value;  // placeholder of the number behind '=', null for a flag
+    const char* description;
+};
+
+// Every option the parser knows in test order, then --help and --version.
+std::vector<OptionDescription> describedOptions();

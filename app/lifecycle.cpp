@@ -8,13 +8,17 @@
 #include "command_line.h"
 #include "compute/cuda_discovery.h"
 #include "compute/opencl_discovery.h"
+#include "demo_launch.h"
 #include "demos/demo_context.h"
+#include "demos/harness/demo_launcher.h"
+#include "demos/harness/demo_window.h"
 #include "engine/vantalux.h"
 #include "gpu_log_block.h"
 #include "kalidor/kalidor.h"
 #include "kalidor/platform/display_device_source.h"
 #include "message_boxes.h"
 #include "online_check.h"
+#include "platform/interrupt.h"
 #include "version.h"
 
 using Kalidornm::Kalidor;
@@ -50,10 +54,15 @@ void logDisplayDeviceStrings(Kalidor& library) {
     }
 }
 
-// The main window comes with the GUI; until then an interactive start ends here.
+// The main window comes with the GUI; until then an interactive start asks for updates, runs the automatically
+// started demo, if any, to its end.
 void runMainDialog(AppState& state) {
     startUpdateThread(state);
+    const bool demoStarted = startAutomaticDemo(state);
     appLog().write("%s startup ok.", lumenscope::kDisplayName);
+    if (!demoStarted) return;
+    lumenscope::platform::catchFirstInterrupt();
+    waitForDemosToEnd(&lumenscope::platform::interruptRequested());
 }
 
 void shutdownApplication(AppState& state, Kalidor* library) {
@@ -80,6 +89,7 @@ void shutdownApplication(AppState& state, Kalidor* library) {
 
 int runLumenscope(int argc, const char* const* argv) {
     AppState& state = gApp;
+    prepareDemoWindowing();
     initAppState(state);
     // Opened here rather than before main, so that nothing which ends before start-up touches the file.
     appLog().open(AppLog::kFileName);
@@ -114,10 +124,12 @@ int runLumenscope(int argc, const char* const* argv) {
     state.headerTextColour = 0xFFFFFF;
     state.headerBackColour = 0xAF712A;
 
-    if (batch)
+    if (batch) {
         writeBatchReports(state, *library);
-    else
+    } else {
+        connectDemoHost();
         runMainDialog(state);
+    }
 
     shutdownApplication(state, library);
     return 0;

@@ -1,12 +1,39 @@
 #include "demo_context.h"
 
+#include <chrono>
+
 namespace {
-DemoContext gDemoContexts[kDemoSlotCount];
+
+constexpr auto kStopWait = std::chrono::milliseconds(100);
+
+std::atomic<int32_t> gMouseX{0};
+std::atomic<int32_t> gMouseY{0};
+
+}  // namespace
+
+DemoContext& demoContext(DemoSlot slot) {
+    // Never destroyed: a demo thread that outlives shutdown's bounded wait still finds its record.
+    static DemoContext* const contexts = new DemoContext[kDemoSlotCount];
+    return contexts[slot >= 0 && slot < kDemoSlotCount ? slot : 0];
 }
 
-DemoContext& demoContext(DemoSlot slot) { return gDemoContexts[slot]; }
-
-void stopDemo(DemoContext& context) {
-    if (!context.running) return;
+bool stopDemo(DemoContext& context) {
+    if (!context.thread.joinable()) return false;
     context.stopRequested = true;
+    std::unique_lock<std::mutex> lock(context.aliveLock);
+    const bool ended = context.aliveChanged.wait_for(lock, kStopWait, [&] { return !context.threadAlive; });
+    lock.unlock();
+    if (ended)
+        context.thread.join();
+    else
+        context.thread.detach();
+    return true;
+}
+
+int32_t demoMouseX() { return gMouseX; }
+int32_t demoMouseY() { return gMouseY; }
+
+void setDemoMouse(int32_t x, int32_t y) {
+    gMouseX = x;
+    gMouseY = y;
 }

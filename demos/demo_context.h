@@ -1,15 +1,21 @@
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <thread>
 
-// One running demo: its thread and the flag that asks it to stop.
-struct DemoContext {
-    const char* name = "";
-    std::atomic<bool> stopRequested{false};
-    bool running = false;
-};
+#include "harness/demo_settings.h"
+#include "harness/demo_tables.h"
+#include "harness/demo_timers.h"
+#include "harness/frame_stats.h"
 
-// The fifteen demo records, in the order shutdown stops them.
+class DemoWindow;
+class RenderWindowGL;
+
+// The fifteen demo records, in the order shutdown stops them. The GPU and CPU forms of an OpenCL demo share
+// one record.
 enum DemoSlot {
     kDemoGl4Tessellation,
     kDemoClParticles,
@@ -29,7 +35,44 @@ enum DemoSlot {
     kDemoSlotCount
 };
 
+// One demo: its thread and what the thread shares with the rest of the program. A start resets the record;
+// only one thread runs per record. Fields below the thread's are written by the demo thread once it runs.
+struct DemoContext {
+    DemoHiResTimer timer;
+    std::thread thread;                // not joinable: the demo does not run
+    std::atomic<uint32_t> threadId{0};  // the kernel's id of the demo thread
+    uint32_t objectId = 0;             // fresh per start; engine object names carry it
+    std::atomic<bool> stopRequested{false};
+    std::atomic<bool> finished{false};  // set on a normal end
+    std::atomic<bool> ready{false};     // the window's rendering exists
+
+    DemoTable table = DemoTable::OpenGl;
+    int tableRow = 0;          // the row the demo was started from: its title
+    DemoSettings settings;     // copied at start
+    uint32_t msaaSamples = 0;  // asked for at start
+    bool firstFrame = true;    // engine demos: the first frame runs their one-time set-up
+
+    DemoWindow* window = nullptr;  // null when the demo runs headless
+    RenderWindowGL* renderWindow = nullptr;
+    int32_t clientWidth = 0;
+    int32_t clientHeight = 0;
+    FrameStats stats;
+
+    // Set while the demo thread exists, cleared by the thread as its very last step.
+    bool threadAlive = false;
+    std::mutex aliveLock;
+    std::condition_variable aliveChanged;
+};
+
+// The record of a slot. Records live for the whole process, so a thread left running at exit never sees its
+// record destroyed.
 DemoContext& demoContext(DemoSlot slot);
 
-// Asks a running demo to stop and waits for it at most 100 ms; does nothing for a demo that does not run.
-void stopDemo(DemoContext& context);
+// Asks a running demo to stop and waits for its thread at most 100 ms. A thread that does not end in that
+// time is left to finish its frame and end by itself. False when the context has no thread.
+bool stopDemo(DemoContext& context);
+
+// Pointer position over the most recent demo window, in client coordinates.
+int32_t demoMouseX();
+int32_t demoMouseY();
+void setDemoMouse(int32_t x, int32_t y);

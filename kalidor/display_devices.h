@@ -1,23 +1,30 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "platform/pci_bus.h"
 
 namespace Kalidornm {
 
 inline constexpr int kDisplaySlotCount = 25;
 
 // One display adapter as the operating system lists it. `deviceId` has the form
-// "PCI\VEN_vvvv&DEV_dddd&SUBSYS_ssssvvvv&REV_rr"; an empty one ends the used part of the table.
+// "PCI\VEN_vvvv&DEV_dddd&SUBSYS_ssssvvvv&REV_rr"; an empty one ends the used part of the table. The same
+// identity is kept as numbers, by which slots are matched; a slot off the PCI bus (the software rasterizer)
+// has ids 0 and no address.
 struct DisplaySlot {
     char deviceId[128] = {};
     char deviceString[128] = {};
     char deviceName[128] = {};
     char deviceKey[128] = {};
+    PciIds ids;
+    std::optional<PciAddress> address;
 };
 
-// The primary display device (slot 0) and its decoded PCI ids.
+// The primary display device (slot 0) and its PCI ids.
 struct PrimaryDisplay {
     bool m_has_display_device = false;
     char m_display_device_name[64] = {};
@@ -53,25 +60,11 @@ struct DisplayDeviceData {
     PrimaryDisplay primary;
 };
 
-// The fixed fields of a device-id string "PCI\VEN_vvvv&DEV_dddd&SUBSYS_ssssvvvv&REV_rr".
-enum class IdField { Vendor, Device, Subdevice, Subvendor, Revision };
-
-// The raw characters of a field (four, two for the revision); "" when the string is too short for it.
-std::string idFieldText(const char* idString, IdField field);
-
-// A field decoded with hexQuad; -1 when the string is too short for it. The revision is not decoded.
-int32_t idFieldValue(const char* idString, IdField field);
-
 // "PCI\VEN_vvvv&DEV_dddd&SUBSYS_ssssvvvv&REV_rr" in upper-case hex, the subdevice before the subvendor.
-std::string pciDeviceIdString(uint32_t vendor, uint32_t device, uint32_t subvendor, uint32_t subdevice,
-                              uint32_t revision);
+std::string pciDeviceIdString(const PciIds& ids);
 
 // The slot that stands for a software rasterizer when a machine has no PCI display device.
 inline constexpr const char* kSoftwareRasterizerId = "SWR\\VEN_0000&DEV_0000&SUBSYS_00000000&REV_00";
 inline constexpr const char* kSoftwareRasterizerName = "Mesa software rasterizer";
-
-// Four hex digit characters to a number: each is upper-cased, '0'-'9' give 0-9, anything else its code
-// minus 55 ('A'-'F' give 10-15). No validation.
-uint32_t hexQuad(char c0, char c1, char c2, char c3);
 
 }  // namespace Kalidornm

@@ -7,6 +7,7 @@
 
 #include "hardware_caps.h"
 #include "library_log.h"
+#include "vendors/vendor_backend.h"
 
 namespace Kalidornm {
 
@@ -17,7 +18,7 @@ struct GlDriverRow {
     const char* glDriver;
 };
 
-constexpr std::array<GlDriverRow, 11> kGlDriverRows{{
+constexpr std::array<GlDriverRow, 10> kGlDriverRows{{
     {"amdgpu", "radeonsi"},
     {"radeon", "r600"},
     {"i915", "iris"},
@@ -28,9 +29,8 @@ constexpr std::array<GlDriverRow, 11> kGlDriverRows{{
     {"vmwgfx", "svga"},
     {"ast", "llvmpipe"},
     {"mgag200", "llvmpipe"},
-    {"", "llvmpipe"},
 }};
-static_assert(kGlDriverRows.size() == 11);
+static_assert(kGlDriverRows.size() == 10);
 
 constexpr std::array<std::string_view, 7> kWeekdays{"Mon ", "Tue ", "Wed ", "Thu ", "Fri ", "Sat ", "Sun "};
 static_assert(kWeekdays.size() == 7);
@@ -83,6 +83,7 @@ std::string kernelBuildDate(const std::string& version) {
 }  // namespace
 
 const char* openGlDriverForKernelDriver(const std::string& kernelDriver) {
+    if (kernelDriver.empty()) return "";
     for (const GlDriverRow& row : kGlDriverRows)
         if (kernelDriver == row.kernelDriver) return row.glDriver;
     return "";
@@ -100,28 +101,13 @@ std::string driverDateOf(const SysfsDriverFacts& facts) {
     return kernelBuildDate(facts.kernelVersion);
 }
 
-// The driver values of the record's device. Its display key is the device's sysfs directory; no key, no
-// values. The Catalyst and Crimson versions name AMD's packaged driver suites, which amdgpu machines do not
-// carry; they stay empty.
+const PciDevice* HardwareCaps::_pciDeviceOfSlot(uint32_t slot) const {
+    if (slot >= uint32_t(kDisplaySlotCount) || !display.slots[slot].address) return nullptr;
+    return pci.find(*display.slots[slot].address);
+}
+
 bool HardwareCaps::readGpuDriverRegistry(GpuRecord& record) {
-    SysfsDriverFacts facts;
-    if (!readSysfsDriverFacts(sources.rootDir, record.displayDeviceKey, &facts)) return false;
-
-    if (!facts.vbiosVersion.empty()) copyText(record.biosVersion, facts.vbiosVersion.c_str());
-    if (facts.vramBytes) record.memorySizeMb = uint32_t(facts.vramBytes >> 20);
-    record.isCrimson = 0;
-    char version[128];
-    copyText(version, driverVersionOf(facts).c_str());
-    copyText(record.driverVersion, version);
-    copyText(record.driverDate, driverDateOf(facts).c_str());
-
-    const char* glDriver = openGlDriverForKernelDriver(facts.kernelDriver);
-    if (*glDriver) {
-        copyText(record.openGLDriverName, glDriver);
-        const std::string withGl = std::string(record.driverVersion) + " " + glDriver;
-        copyText(record.driverVersion, withGl.c_str());
-    }
-    return true;
+    return readGpuDriverValues(record, BackendServices{sources, pci, display});
 }
 
 bool HardwareCaps::initGraphicsControllerData() {
@@ -130,11 +116,13 @@ bool HardwareCaps::initGraphicsControllerData() {
     copyText(driver.driverVersion, "Unknown version");
     driver.memorySizeBytes = 0;
 
-    // Slot 0 is the primary adapter by construction, so its key is the one to read.
-    const DisplaySlot& primarySlot = display.slots[0];
-    SysfsDriverFacts facts;
-    if (!readSysfsDriverFacts(sources.rootDir, primarySlot.deviceKey, &facts)) return false;
+    // Slot 0 is the primary adapter by construction, so its device is the one to read. A device no driver is
+    // bound to has no driver values.
+    const PciDevice* device = _pciDeviceOfSlot(0);
+    if (!device || device->driver.empty()) return false;
+    const SysfsDriverFacts facts = readDriverFacts(sources.rootDir, *device);
 
+    const DisplaySlot& primarySlot = display.slots[0];
     copyText(driver.openGLDriverName, openGlDriverForKernelDriver(facts.kernelDriver));
     copyText(driver.deviceDescription, primarySlot.deviceString);
     if (!facts.vbiosVersion.empty()) copyText(driver.biosString, facts.vbiosVersion.c_str());

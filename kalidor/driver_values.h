@@ -2,12 +2,12 @@
 
 #include <string>
 
-#include "platform/sysfs_pci.h"
+#include "platform/pci_driver_facts.h"
 
 namespace Kalidornm {
 
-// The user-space OpenGL driver that a kernel driver implies ("amdgpu" gives "radeonsi"); a device without a
-// kernel driver is drawn by the software rasterizer. Unknown drivers give "".
+// The user-space OpenGL driver that a kernel driver implies ("amdgpu" gives "radeonsi"); unknown drivers and a
+// device without a kernel driver give "".
 const char* openGlDriverForKernelDriver(const std::string& kernelDriver);
 
 // The driver's version text: the module's own version, else (in-tree drivers) the kernel release.

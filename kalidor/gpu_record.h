@@ -2,18 +2,28 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
+
+#include "platform/pci_address.h"
 
 namespace Kalidornm {
 
 // Which reader serves a record.
 enum GpuVendorClass : uint32_t { kVendorClassNone = 0, kVendorClassNvidia = 1, kVendorClassAmd = 2 };
 
-// One temperature sensor; min and max start at the far ends so the first reading moves both.
+// One temperature sensor; min and max start at the far ends so the first reading moves both. Until a reading
+// arrives `current` means nothing: a sensor never read is unknown, not 0 °C.
 struct TempSensor {
-    float current = 0.0f;  // °C
+    float current = 0.0f;  // °C, valid once `read`
     float min = 1000.0f;
     float max = -1000.0f;
+    bool read = false;
+
+    void take(float celsius) {
+        current = celsius;
+        read = true;
+    }
 };
 
 // One performance level of a GPU.
@@ -42,6 +52,8 @@ struct GpuRecord {
     GpuRecord();
 
     GpuVendorClass vendorClass = kVendorClassNone;
+    // Where the GPU sits; what every backend finds its own state by. None for a device off the PCI bus.
+    std::optional<PciAddress> pciAddress;
     int32_t busId = -1;
     bool hasTemperature = false;
     uint32_t overdriveVersion = 0;
@@ -120,7 +132,17 @@ void copyText(char (&field)[N], const char* source) {
     field[i] = '\0';
 }
 
-// The GPU list: NVIDIA records first, then AMD, then every other adapter. A GPU index is a position here.
+// Copies a text a driver wrote into a buffer of M bytes: the text ends at the buffer's end even where the
+// driver left no terminator, and is cut at the field's size less one.
+template <size_t N, size_t M>
+void copyDriverText(char (&field)[N], const char (&buffer)[M]) {
+    size_t i = 0;
+    for (; i < M && i + 1 < N && buffer[i]; ++i) field[i] = buffer[i];
+    field[i] = '\0';
+}
+
+// The GPU list: NVIDIA records first, then AMD, then every other adapter. A GPU index is a position here;
+// nothing below the facade finds a GPU by it, so sorting changes no reading.
 class GpuList {
 public:
     size_t size() const { return m_records.size(); }
@@ -130,7 +152,7 @@ public:
     GpuRecord& append(std::unique_ptr<GpuRecord> record);
     void clear() { m_records.clear(); }
     // Reorders the list by ascending bus id; false for an empty list. Records sharing a bus id keep their
-    // relative order. Afterwards a record's index no longer matches its NVIDIA handle index.
+    // relative order.
     bool sortByBusId();
 
 private:

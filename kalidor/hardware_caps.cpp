@@ -1,5 +1,7 @@
 #include "hardware_caps.h"
 
+#include <algorithm>
+
 #include "library_log.h"
 
 namespace Kalidornm {
@@ -18,6 +20,7 @@ PrimaryVendorKind primaryVendorKindOf(int32_t pciVendorId) {
 void HardwareCaps::init(GpuList& gpus) {
     LibraryLog& trace = generalTrace();
     trace.write("HardwareCaps::init() - START");
+    pci = PciBus::scan(sources.rootDir);
     _readDisplayDeviceData();
 
     primaryVendorKind = primaryVendorKindOf(display.primary.vendorId);
@@ -27,30 +30,37 @@ void HardwareCaps::init(GpuList& gpus) {
     _queryCPUInfo();
     trace.write("HardwareCaps::init() - _queryCPUInfo() OK.");
 
-    trace.write("HardwareCaps::init() - NVAPI_Init()");
-    NVAPI_Init(gpus);
-    trace.write("HardwareCaps::init() - NVAPI_Init() OK.");
-
-    trace.write("HardwareCaps::init() - ATI_Init()");
-    ATI_Init(gpus);
-    trace.write("HardwareCaps::init() - ATI_Init() OK.");
-
-    _createOtherAdapterRecords(gpus);
+    _createGpuRecords(gpus);
     trace.write("HardwareCaps::init() - END OK.");
 }
 
-GpuLiveReader* HardwareCaps::readerFor(GpuVendorClass vendorClass) const {
-    switch (vendorClass) {
-        case kVendorClassNvidia: return nvidiaReader.get();
-        case kVendorClassAmd: return amdReader.get();
-        case kVendorClassNone: break;
+void HardwareCaps::_createGpuRecords(GpuList& gpus) {
+    LibraryLog& trace = generalTrace();
+    backends.clear();
+    VendorBlocks blocks{nvidia, amd};
+    const BackendServices services{sources, pci, display};
+    std::vector<PciAddress> claimed;
+    for (const VendorBackendRow& row : kVendorBackendRows) {
+        std::unique_ptr<VendorBackend> backend = row.make(blocks);
+        if (!backend) continue;
+        std::vector<const PciDevice*> devices = backend->detect(pci);
+        std::erase_if(devices, [&](const PciDevice* d) {
+            return std::find(claimed.begin(), claimed.end(), d->address) != claimed.end();
+        });
+        for (const PciDevice* device : devices) claimed.push_back(device->address);
+        if (row.startName) trace.write("HardwareCaps::init() - %s()", row.startName);
+        backend->createRecords(devices, services, gpus);
+        if (row.startName) trace.write("HardwareCaps::init() - %s() OK.", row.startName);
+        backends.push_back({row.vendorClass, std::move(backend)});
     }
+}
+
+GpuLiveReader* HardwareCaps::readerFor(GpuVendorClass vendorClass) const {
+    for (const Backend& entry : backends)
+        if (entry.vendorClass == vendorClass) return entry.backend->liveReader();
     return nullptr;
 }
 
-void HardwareCaps::cleanup() {
-    nvidiaReader.reset();
-    amdReader.reset();
-}
+void HardwareCaps::cleanup() { backends.clear(); }
 
 }  // namespace Kalidornm

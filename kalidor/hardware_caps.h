@@ -8,9 +8,11 @@
 #include "gpu_live_reader.h"
 #include "gpu_record.h"
 #include "opengl/opengl_state.h"
+#include "platform/pci_bus.h"
 #include "platform/sources.h"
 #include "vendors/amd_reader.h"
 #include "vendors/nvidia_reader.h"
+#include "vendors/vendor_backend.h"
 
 namespace Kalidornm {
 
@@ -39,12 +41,18 @@ struct HardwareCaps {
     DisplayDeviceData display;
     NvidiaState nvidia;
     AmdState amd;
-    std::unique_ptr<GpuLiveReader> nvidiaReader;
-    std::unique_ptr<GpuLiveReader> amdReader;
     KalidorSources sources;
+    PciBus pci;  // the scan that every reader of this machine works from
+    // The backends of kVendorBackendRows, in row order, each with the class of the records it made.
+    struct Backend {
+        GpuVendorClass vendorClass;
+        std::unique_ptr<VendorBackend> backend;
+    };
+    std::vector<Backend> backends;
 
-    // Fills the display slots, the CPU block and the GPU list, in the order that gives the list its order:
-    // display devices, CPU, NVIDIA records, AMD records, then every other adapter.
+    // Scans the PCI bus, then fills the display slots, the CPU block and the GPU list: each backend of the
+    // table in turn claims its devices and makes their records, so the list holds NVIDIA records, AMD
+    // records, then every other adapter.
     void init(GpuList& gpus);
 
     // The reader that serves records of this class, or null.
@@ -55,21 +63,21 @@ struct HardwareCaps {
     uint32_t findDisplaySlot(uint32_t vendor, uint32_t device, uint32_t subvendor, uint32_t subdevice,
                              uint32_t skip) const;
 
-    // Reads the driver's values for the record's display device into the record.
+    // Reads the kernel driver's values for the record's device into the record.
     bool readGpuDriverRegistry(GpuRecord& record);
 
     // Reads the primary device's driver values into `driver`; run by the OpenGL probe once its context is up.
     bool initGraphicsControllerData();
 
-    // Lets go of what the readers loaded.
+    // Lets go of the backends and what they loaded.
     void cleanup();
 
     // Steps of init, each in the file of its component.
     void _readDisplayDeviceData();
     void _queryCPUInfo();
-    void NVAPI_Init(GpuList& gpus);
-    void ATI_Init(GpuList& gpus);
-    void _createOtherAdapterRecords(GpuList& gpus);
+    void _createGpuRecords(GpuList& gpus);
+    // The PCI device of a display slot; null for an empty slot or one off the bus.
+    const PciDevice* _pciDeviceOfSlot(uint32_t slot) const;
 };
 
 }  // namespace Kalidornm

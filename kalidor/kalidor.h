@@ -138,7 +138,9 @@ public:
     uint32_t countGpusWithTemperature() const;
     bool sortGpusByBusId();
 
-    // Per-GPU live reads: each goes to the record's vendor reader; other records read false.
+    // Per-GPU live reads: each goes to the record's vendor reader; other records read false. A failed read
+    // leaves every output as given; so does a value the driver never reported (a board sensor NVIDIA's
+    // library lacks, AMD's frame-buffer load): unknown is not 0.
     bool readGpuTemperatures(int gpu, float* coreC, float* boardC, float* memoryC, float* vrmC);
     float readGpuCoreTemperature(int gpu);
     bool readGpuFanSpeed(int gpu, float* percent, float* rpm);
@@ -147,7 +149,7 @@ public:
                               float* volts);
     bool readGpuPerfLevel(int gpu, uint32_t level, uint32_t* id, float* gpuMhz, float* memMhz, float* shaderMhz,
                           float* volts);
-    // Tracked extremes of the last readings; no driver call.
+    // Tracked extremes of the last readings; no driver call. A sensor never read leaves its output as given.
     bool readGpuMaxTemperatures(int gpu, float* coreC, float* boardC, float* memoryC, float* vrmC);
     bool readGpuMinTemperatures(int gpu, float* coreC, float* boardC, float* memoryC, float* vrmC);
 
@@ -261,8 +263,10 @@ private:
     bool scanGraphicsHardware();
     GpuRecord* record(int gpu) const;
     GpuLiveReader* readerOf(GpuRecord& record) const;
-    // The NVIDIA record at `gpu` whose index is one of the driver's, or null.
+    // The NVIDIA record at `gpu` whose address the driver knows, or null.
     GpuRecord* nvidiaRecord(int gpu) const;
+    // The same, and only while the GPU may be asked: it does not sleep.
+    GpuRecord* nvidiaRecordToRead(int gpu) const;
 };
 
 }  // namespace Kalidornm

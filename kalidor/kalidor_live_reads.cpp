@@ -45,13 +45,15 @@ bool Kalidor::readGpuPerfLevel(int gpu, uint32_t level, uint32_t* id, float* gpu
 
 namespace {
 
-// Out order is core, board, memory, VRM, as the temperature read gives them.
+// Out order is core, board, memory, VRM, as the temperature read gives them. A sensor never read has no
+// extreme: its output stays as the caller gave it.
 template <typename Track>
 bool trackedTemperatures(GpuRecord* r, Track track, float* coreC, float* boardC, float* memoryC, float* vrmC) {
     if (!r) return false;
     const std::pair<TempSensor*, float*> sensors[] = {
         {&r->sensorGpu, coreC}, {&r->sensorBoard, boardC}, {&r->sensorMemory, memoryC}, {&r->sensorVrm, vrmC}};
     for (auto [sensor, out] : sensors) {
+        if (!sensor->read) continue;
         const float value = track(*sensor);
         if (out) *out = value;
     }

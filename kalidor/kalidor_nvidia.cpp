@@ -16,19 +16,25 @@ const NvidiaState* nvidiaState(const Kalidor& library) {
 
 }  // namespace
 
-// NVIDIA records come first, so a record index is also the driver's index; an index past the driver's list
-// (an AMD or other record) is refused even if the record claims the NVIDIA class.
+// The driver's state of a GPU is found by the record's PCI address, so the list's order (sorted or not) does
+// not matter; a record the driver handed no handle for is refused even if it claims the NVIDIA class.
 GpuRecord* Kalidor::nvidiaRecord(int gpu) const {
     GpuRecord* r = record(gpu);
     const NvidiaState* state = nvidiaState(*this);
-    if (!r || !state || !state->library() || r->vendorClass != kVendorClassNvidia ||
-        uint32_t(gpu) >= state->nvPhysicalGpuCount)
-        return nullptr;
-    return r;
+    if (!r || !state || !state->library() || r->vendorClass != kVendorClassNvidia || !r->pciAddress) return nullptr;
+    void* handle = state->handleAt(*r->pciAddress);
+    return handle && handle == r->nvPhysicalGpu ? r : nullptr;
 }
 
+GpuRecord* Kalidor::nvidiaRecordToRead(int gpu) const {
+    GpuRecord* r = nvidiaRecord(gpu);
+    const HardwareCaps* machine = caps();
+    return r && machine && machine->pci.mayTouch(*r->pciAddress) ? r : nullptr;
+}
+
+// Every read below asks the driver, so the GPU must be one the PCI layer lets be touched now.
 #define KALIDOR_NVIDIA_GPU(gpu)                                    \
-    GpuRecord* r = nvidiaRecord(gpu);                              \
+    GpuRecord* r = nvidiaRecordToRead(gpu);                        \
     if (!r) return false;                                          \
     NvidiaGpu nvidia(*nvidiaState(*this)->library(), *r)
 
@@ -105,7 +111,7 @@ bool Kalidor::readGpuBoardInfo(int gpu, uint8_t (&bytes)[16]) {
 }
 
 uint32_t Kalidor::queryActive3DApps(int gpu) {
-    GpuRecord* r = nvidiaRecord(gpu);
+    GpuRecord* r = nvidiaRecordToRead(gpu);
     if (!r) return 0;
     return NvidiaGpu(*nvidiaState(*this)->library(), *r).queryActiveApps(caps()->sources.rootDir);
 }

@@ -1,5 +1,8 @@
 #include "report_snapshot_from_facade.h"
 
+#include <cmath>
+#include <limits>
+
 #include "app/version.h"
 #include "kalidor/kalidor.h"
 #include "kalidor/opengl/extension_link_table.h"
@@ -20,7 +23,13 @@ std::optional<std::string> presentText(const char* text) {
     return text && *text ? std::optional<std::string>(text) : std::nullopt;
 }
 
-std::optional<float> reading(bool ok, float value) { return ok ? std::optional<float>(value) : std::nullopt; }
+// The facade leaves an output it could not read as the caller gave it, so outputs start as NaN and an output
+// still NaN afterwards is one the library did not read.
+constexpr float kNotRead = std::numeric_limits<float>::quiet_NaN();
+
+std::optional<float> reading(bool ok, float value) {
+    return ok && !std::isnan(value) ? std::optional<float>(value) : std::nullopt;
+}
 
 void fillSystem(ReportSnapshot& s, Kalidornm::Kalidor& k) {
     ReportSystem& sys = s.system;
@@ -94,29 +103,28 @@ void fillOpenGl(ReportOpenGl& gl, Kalidornm::Kalidor& k) {
 
 void fillLiveReadings(ReportGpu& g, Kalidornm::Kalidor& k, int index) {
     ReportLiveReadings& live = g.live;
-    float core = 0, board = 0, memory = 0, vrm = 0;
-    if (k.readGpuTemperatures(index, &core, &board, &memory, &vrm)) {
-        live.coreTemperatureC = core;
-        live.boardTemperatureC = board;
-        live.memoryTemperatureC = memory;
-        live.vrmTemperatureC = vrm;
-    }
-    float percent = 0, rpm = 0;
+    float core = kNotRead, board = kNotRead, memory = kNotRead, vrm = kNotRead;
+    const bool temperatures = k.readGpuTemperatures(index, &core, &board, &memory, &vrm);
+    live.coreTemperatureC = reading(temperatures, core);
+    live.boardTemperatureC = reading(temperatures, board);
+    live.memoryTemperatureC = reading(temperatures, memory);
+    live.vrmTemperatureC = reading(temperatures, vrm);
+    float percent = kNotRead, rpm = kNotRead;
     const bool fan = k.readGpuFanSpeed(index, &percent, &rpm);
     live.fanPercent = reading(fan, percent);
     live.fanRpm = reading(fan, rpm);
-    float load = 0, frameBuffer = 0;
+    float load = kNotRead, frameBuffer = kNotRead;
     const bool loads = k.readGpuLoad(index, &load, &frameBuffer);
     live.gpuLoadPercent = reading(loads, load);
     live.frameBufferLoadPercent = reading(loads, frameBuffer);
     uint32_t pstate = 0;
-    float gpuMhz = 0, memMhz = 0, shaderMhz = 0, volts = 0;
+    float gpuMhz = kNotRead, memMhz = kNotRead, shaderMhz = kNotRead, volts = kNotRead;
     if (k.readGpuCurrentClocks(index, &pstate, &gpuMhz, &memMhz, &shaderMhz, &volts)) {
         live.currentPstate = pstate;
-        live.currentGpuClockMhz = gpuMhz;
-        live.currentMemClockMhz = memMhz;
-        live.currentShaderClockMhz = shaderMhz;
-        live.currentVolts = volts;
+        live.currentGpuClockMhz = reading(true, gpuMhz);
+        live.currentMemClockMhz = reading(true, memMhz);
+        live.currentShaderClockMhz = reading(true, shaderMhz);
+        live.currentVolts = reading(true, volts);
     }
 }
 

@@ -8,7 +8,7 @@ lumenscope_unit_test(unit_hw_discovery
   unit/cpu_identity_test.cpp
   unit/fixture_machines_test.cpp
 )
-target_link_libraries(unit_hw_discovery PRIVATE kalidor)
+target_link_libraries(unit_hw_discovery PRIVATE kalidor fixture_library)
 add_dependencies(unit_hw_discovery fake_egl_software)
 target_compile_definitions(unit_hw_discovery PRIVATE
   SYSFS_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/sysfs"

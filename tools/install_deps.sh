@@ -6,13 +6,16 @@ set -eu
 PACKAGES="
 g++ make cmake pkg-config
 libgtest-dev libgmock-dev libbenchmark-dev
-libfreeimage-dev libassimp-dev libfreetype-dev libfontconfig-dev fonts-dejavu-core
-libpci-dev pci.ids
+libassimp-dev libfreetype-dev libfontconfig-dev fonts-dejavu-core
+libpci-dev pci.ids libdrm-dev
 libegl-dev libgl-dev libglew-dev libegl-mesa0 libgl1-mesa-dri
+libx11-dev libfreeimage-dev xvfb xauth
 ocl-icd-libopencl1 ocl-icd-opencl-dev opencl-headers pocl-opencl-icd
 nlohmann-json3-dev
 libxml2-utils
 libcurl4-openssl-dev python3
+clang-15 libfuzzer-15-dev valgrind
+desktop-file-utils appstream groff-base
 "
 
 missing=""

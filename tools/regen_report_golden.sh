@@ -4,7 +4,7 @@
 # then read the diff before committing it.
 set -eu
 root="$(cd "$(dirname "$0")/.." && pwd)"
-cmake -S "$root" -B "$root/build" -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build "$root/build" --target report_golden_writer -j2
+cmake -S "$root" -B "$root/build-test" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBUILD_TESTING=ON >/dev/null
+cmake --build "$root/build-test" --target report_golden_writer -j2
 echo "Regenerating the golden reports in tests/golden/report (overwriting them)."
-"$root/build/tests/report_golden_writer" "$root/tests/golden/report"
+"$root/build-test/tests/report_golden_writer" "$root/tests/golden/report"

@@ -20,9 +20,12 @@ bool RenderWindow::_createProbeContext() {
     // A machine replayed from a fixture tree has no OpenGL driver of its own.
     if (caps.sources.rootDir != "/") return false;
 
+    std::vector<std::string> primaryDrmNodes;
+    if (const PciDevice* primary = caps._pciDeviceOfSlot(0))
+        for (const std::string& node : {primary->drmCard, primary->renderNode})
+            if (!node.empty()) primaryDrmNodes.push_back(node);
     auto probe = std::make_unique<EglProbe>();
-    if (!probe->openDisplay(caps.sources.rootDir, caps.display.primary.vendorId, caps.display.primary.deviceId))
-        return false;
+    if (!probe->openDisplay(primaryDrmNodes)) return false;
 
     OpenGlState& state = caps.gl;
     state.msaaModes = scanMsaaModes(probe->configTraits(), colorBits, depthBits, stencilBits);

@@ -1,10 +1,8 @@
 #include "display_device_source.h"
 
-#include <algorithm>
-
 #include "egl_software_device.h"
 #include "gpu_record.h"
-#include "sysfs_pci.h"
+#include "pci_names.h"
 
 namespace Kalidornm {
 
@@ -13,13 +11,13 @@ namespace {
 // The device name keeps what the operating system's own field holds: 31 characters.
 constexpr size_t kDeviceNameKept = 31;
 
-DisplaySlot slotFor(const PciDisplayDevice& device, const KalidorSources& sources) {
+DisplaySlot slotFor(const PciDevice& device, const std::string& idsList) {
     DisplaySlot slot;
-    copyText(slot.deviceId, pciDeviceIdString(device.vendor, device.device, device.subvendor, device.subdevice,
-                                              device.revision)
-                                .c_str());
-    copyText(slot.deviceString, pciDeviceName(sources.pciIdsFile, device.vendor, device.device).c_str());
-    const std::string name = device.drmCard.empty() ? device.address : "/dev/dri/" + device.drmCard;
+    slot.ids = device.ids;
+    slot.address = device.address;
+    copyText(slot.deviceId, pciDeviceIdString(device.ids).c_str());
+    copyText(slot.deviceString, pciDeviceName(idsList, device.ids.vendor, device.ids.device).c_str());
+    const std::string name = device.drmCard.empty() ? device.address.text() : "/dev/dri/" + device.drmCard;
     copyText(slot.deviceName, name.substr(0, kDeviceNameKept).c_str());
     copyText(slot.deviceKey, device.sysfsPath.c_str());
     return slot;
@@ -27,13 +25,10 @@ DisplaySlot slotFor(const PciDisplayDevice& device, const KalidorSources& source
 
 }  // namespace
 
-std::vector<DisplaySlot> listDisplayDevices(const KalidorSources& sources) {
-    std::vector<PciDisplayDevice> devices = listPciDisplayDevices(sources.rootDir);
-    // The listing comes in bus order; the device the firmware booted on is the primary and goes first.
-    std::stable_partition(devices.begin(), devices.end(), [](const PciDisplayDevice& d) { return d.bootVga; });
-
+std::vector<DisplaySlot> listDisplayDevices(const PciBus& bus, const KalidorSources& sources) {
+    const std::string idsList = pciIdsListFor(sources);
     std::vector<DisplaySlot> slots;
-    for (const PciDisplayDevice& device : devices) slots.push_back(slotFor(device, sources));
+    for (const PciDevice* device : bus.displayDevices()) slots.push_back(slotFor(*device, idsList));
     if (slots.empty() && eglOffersSoftwareDevice(sources.eglLibrary)) {
         DisplaySlot software;
         copyText(software.deviceId, kSoftwareRasterizerId);
@@ -41,6 +36,10 @@ std::vector<DisplaySlot> listDisplayDevices(const KalidorSources& sources) {
         slots.push_back(software);
     }
     return slots;
+}
+
+std::vector<DisplaySlot> listDisplayDevices(const KalidorSources& sources) {
+    return listDisplayDevices(PciBus::scan(sources.rootDir), sources);
 }
 
 bool enumDisplayDevice(int index, DisplaySlot* device) {

@@ -3,12 +3,16 @@
 #include <vector>
 
 #include "display_devices.h"
+#include "pci_bus.h"
 #include "sources.h"
 
 namespace Kalidornm {
 
-// The machine's display adapters: PCI display-class devices, the boot VGA device first and then bus order;
-// without any, one software rasterizer slot if EGL offers such a device; else none.
+// The machine's display adapters from one PCI scan: display-class devices, the boot device first and then
+// bus order; without any, one software rasterizer slot if EGL offers such a device; else none.
+std::vector<DisplaySlot> listDisplayDevices(const PciBus& bus, const KalidorSources& sources);
+
+// The same from a scan of its own.
 std::vector<DisplaySlot> listDisplayDevices(const KalidorSources& sources);
 
 // The display adapter of this index on the real machine; false past the last.

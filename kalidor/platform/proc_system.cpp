@@ -5,13 +5,13 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <sstream>
 #include <string_view>
 
 #include "sources.h"
 #include "sysfs_files.h"
+#include "sysfs_values.h"
 
 namespace Kalidornm {
 
@@ -25,7 +25,9 @@ std::string trimmed(const std::string& text) {
 
 // The value of the first "key<sep>value" line of a file.
 std::string keyedValue(const std::string& path, const std::string& key, char separator) {
-    std::ifstream in(path);
+    const auto text = readSmallFile(path);
+    if (!text) return {};
+    std::stringstream in(*text);
     for (std::string line; std::getline(in, line);) {
         const size_t at = line.find(separator);
         if (at != std::string::npos && trimmed(line.substr(0, at)) == key) return trimmed(line.substr(at + 1));
@@ -34,7 +36,9 @@ std::string keyedValue(const std::string& path, const std::string& key, char sep
 }
 
 uint64_t meminfoKb(const std::string& rootDir, const char* key) {
-    return std::strtoull(keyedValue(underRoot(rootDir, "/proc/meminfo"), key, ':').c_str(), nullptr, 10);
+    // "32768000 kB": the number is the first word.
+    const std::string value = keyedValue(underRoot(rootDir, "/proc/meminfo"), key, ':');
+    return parseSysfsUnsigned(value.substr(0, value.find(' ')), UINT64_MAX >> 10).value_or(0);
 }
 
 std::string osReleasePrettyName(const std::string& rootDir) {
@@ -114,17 +118,22 @@ std::optional<std::string> osReleaseValue(const std::string& text, const std::st
 }
 
 int32_t countCpuList(const std::string& list) {
-    int32_t count = 0;
+    // The kernel numbers processors from 0 and is built for at most 8192 of them: a list with a negative
+    // number or with more processors than this is not a CPU list, and counts as unread.
+    constexpr long kMaxCpus = 65536;
+    long count = 0;
     std::stringstream ranges(list);
     for (std::string range; std::getline(ranges, range, ',');) {
         range = trimmed(range);
         if (range.empty()) continue;
         const size_t dash = range.find('-');
-        const long first = std::strtol(range.c_str(), nullptr, 10);
-        const long last = dash == std::string::npos ? first : std::strtol(range.c_str() + dash + 1, nullptr, 10);
-        if (last >= first) count += int32_t(last - first + 1);
+        const auto first = parseSysfsUnsigned(range.substr(0, dash), uint64_t(kMaxCpus));
+        const auto last = dash == std::string::npos ? first : parseSysfsUnsigned(range.substr(dash + 1), uint64_t(kMaxCpus));
+        if (!first || !last) return 0;
+        if (*last >= *first) count += long(*last - *first + 1);
+        if (count > kMaxCpus) return 0;
     }
-    return count;
+    return int32_t(count);
 }
 
 LinuxSystemFacts readLinuxSystemFacts(const std::string& rootDir) {

@@ -26,7 +26,7 @@ uint32_t readMemoryLoadPercent(const std::string& rootDir);
 // (\" \\ \$ \` inside double quotes); the last assignment wins. nullopt when the key is not assigned.
 std::optional<std::string> osReleaseValue(const std::string& text, const std::string& key);
 
-// Counts the processors of a kernel CPU list such as "0-3,8,10-11".
+// Counts the processors of a kernel CPU list such as "0-3,8,10-11"; 0 for text that is no such list.
 int32_t countCpuList(const std::string& list);
 
 }  // namespace Kalidornm

@@ -1,24 +1,23 @@
 #include "platform/process_name.h"
 
-#include <cstdio>
+#include <algorithm>
 #include <cstring>
-#include <memory>
+
+#include "platform/sources.h"
+#include "platform/sysfs_files.h"
+#include "platform/sysfs_values.h"
 
 namespace Kalidornm {
 
 bool readProcessName(const std::string& rootDir, uint32_t pid, char* name, size_t size) {
     if (!name || size == 0) return false;
     name[0] = '\0';
-    std::string path = rootDir;
-    if (path.empty() || path.back() != '/') path += '/';
-    path += "proc/" + std::to_string(pid) + "/comm";
-    std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path.c_str(), "r"), &std::fclose);
-    if (!file) return false;
-    if (!std::fgets(name, int(size), file.get())) {
-        name[0] = '\0';
-        return false;
-    }
-    name[std::strcspn(name, "\n")] = '\0';
+    const auto text = readSmallFile(underRoot(rootDir, "/proc/" + std::to_string(pid) + "/comm"));
+    if (!text) return false;
+    const std::string_view line = firstLineOf(*text);
+    const size_t kept = std::min(line.size(), size - 1);
+    std::memcpy(name, line.data(), kept);
+    name[kept] = '\0';
     return true;
 }
 

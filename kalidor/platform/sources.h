@@ -11,6 +11,7 @@ struct KalidorSources {
     std::string pciIdsFile;     // the PCI id list for device names; empty: libpci's own default
     std::string eglLibrary = "libEGL.so.1";  // asked for a software rasterizer when no PCI display device exists
     std::string nvmlLibrary = "libnvidia-ml.so.1";  // NVIDIA's management library, by soname or path
+    std::string amdgpuLibrary = "libdrm_amdgpu.so.1";  // asked for an AMD card's memory type
 };
 
 // rootDir joined with an absolute path ("/sys/..."), with exactly one slash between them.

@@ -1,14 +1,35 @@
 #include "sysfs_files.h"
 
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
+#include <algorithm>
+#include <memory>
 
 #include "sources.h"
+#include "sysfs_values.h"
 
 namespace Kalidornm {
+
+namespace {
+
+class FileDescriptor {
+public:
+    explicit FileDescriptor(int fd) : m_fd(fd) {}
+    ~FileDescriptor() {
+        if (m_fd >= 0) ::close(m_fd);
+    }
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+    int get() const { return m_fd; }
+
+private:
+    int m_fd;
+};
+
+}  // namespace
 
 std::string underRoot(const std::string& rootDir, const std::string& absolutePath) {
     std::string root = rootDir.empty() ? "/" : rootDir;
@@ -22,43 +43,62 @@ std::string underRoot(const KalidorSources& sources, const std::string& absolute
 }
 
 std::optional<std::string> readSmallFile(const std::string& path) {
-    std::ifstream in(path);
-    if (!in) return std::nullopt;
-    std::ostringstream text;
-    text << in.rdbuf();
-    if (in.bad()) return std::nullopt;
-    return text.str();
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    if (file.get() < 0) return std::nullopt;
+    struct stat info {};
+    if (::fstat(file.get(), &info) != 0 || !S_ISREG(info.st_mode)) return std::nullopt;
+    std::string text;
+    char buffer[4096];
+    while (text.size() < kSmallFileLimit) {
+        const ssize_t got = ::read(file.get(), buffer, sizeof buffer);
+        if (got < 0) return std::nullopt;
+        if (got == 0) break;
+        text.append(buffer, size_t(got));
+    }
+    if (text.size() > kSmallFileLimit) text.resize(kSmallFileLimit);
+    return text;
 }
 
 std::optional<std::string> readFirstLine(const std::string& path) {
-    std::ifstream in(path);
-    if (!in) return std::nullopt;
-    std::string line;
-    std::getline(in, line);
-    const size_t first = line.find_first_not_of(" \t\r\n");
-    if (first == std::string::npos) return std::string();
-    const size_t last = line.find_last_not_of(" \t\r\n");
-    return line.substr(first, last - first + 1);
+    const auto text = readSmallFile(path);
+    if (!text) return std::nullopt;
+    return std::string(firstLineOf(*text));
 }
 
-std::optional<unsigned long> readHexNumber(const std::string& path) {
-    const auto text = readFirstLine(path);
-    if (!text || text->empty()) return std::nullopt;
-    char* end = nullptr;
-    const unsigned long value = std::strtoul(text->c_str(), &end, 16);
-    if (end == text->c_str()) return std::nullopt;
-    return value;
+std::optional<unsigned long> readHexNumber(const std::string& path, unsigned long high) {
+    const auto text = readSmallFile(path);
+    if (!text) return std::nullopt;
+    const auto value = parseSysfsHex(firstLineOf(*text), uint32_t(std::min<unsigned long>(high, 0xFFFFFFFFul)));
+    if (!value) return std::nullopt;
+    return *value;
 }
 
 std::string linkTargetName(const std::string& path) {
     char target[4096];
-    const ssize_t length = readlink(path.c_str(), target, sizeof target - 1);
+    const ssize_t length = ::readlink(path.c_str(), target, sizeof target - 1);
     if (length <= 0) return {};
     target[length] = '\0';
     std::string text(target);
     while (!text.empty() && text.back() == '/') text.pop_back();
     const size_t slash = text.rfind('/');
     return slash == std::string::npos ? text : text.substr(slash + 1);
+}
+
+std::vector<std::string> directoryEntries(const std::string& path) {
+    std::vector<std::string> names;
+    std::unique_ptr<DIR, int (*)(DIR*)> dir(::opendir(path.c_str()), ::closedir);
+    if (!dir) return names;
+    while (const dirent* entry = ::readdir(dir.get())) {
+        const std::string name = entry->d_name;
+        if (name != "." && name != "..") names.push_back(name);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+bool isDirectory(const std::string& path) {
+    struct stat info {};
+    return ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
 }
 
 }  // namespace Kalidornm

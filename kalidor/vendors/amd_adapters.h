@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/amdgpu_sysfs.h"
+#include "platform/pci_bus.h"
 
 namespace Kalidornm {
 
@@ -12,31 +12,27 @@ namespace Kalidornm {
 // stands three times. Only the fields the reader uses.
 struct AmdAdapterInfo {
     int32_t iAdapterIndex = 0;
-    char strUDID[256] = {};  // "PCI\VEN_1002&DEV_73BF&SUBSYS_0E3A1002&REV_C1", as the display slots
+    PciAddress address;  // of the card; all its outputs share it
     int32_t iBusNumber = -1;
     int32_t iVendorID = 0;  // the hex digits of the PCI vendor read as a decimal number: 0x1002 gives 1002
     char strAdapterName[256] = {};
     int32_t iPresent = 0;  // the device is bound to the driver
-    int32_t iExist = 0;    // the device has a card node
+    int32_t iExist = 0;    // the device has a card node; a card without one is a GPU all the same
     uint32_t device = 0;   // position of the card in the device list the entry came from
 };
 
 // The adapter list of the bound devices, in device order: one entry per DRM connector, and one for a card
 // without connectors (a render-only or powered-down card still is a GPU). `adapterNames` holds one name per
 // device.
-std::vector<AmdAdapterInfo> buildAmdAdapterList(const std::vector<AmdgpuDevice>& devices,
+std::vector<AmdAdapterInfo> buildAmdAdapterList(const std::vector<const PciDevice*>& devices,
                                                 const std::vector<std::string>& adapterNames);
-
-// The display-slot id text for the ids: vendor at 8, device at 17, subdevice at 29, subvendor at 33,
-// revision at 42.
-std::string pciDeviceIdText(uint32_t vendor, uint32_t device, uint32_t subvendor, uint32_t subdevice,
-                            uint32_t revision);
 
 // The hex digits of a PCI vendor id read as a decimal number; -1 if a digit is A to F.
 int32_t decimalDigitsOfHex(uint32_t vendorId);
 
-// The adapter filter: false if the bus was seen before; else the bus is remembered and the adapter is taken
-// only if it both exists and is present. A bus whose first entry fails stays refused.
-bool amdAdapterIsNew(const AmdAdapterInfo& info, std::vector<int32_t>& seenBuses);
+// The adapter filter: one adapter per card. False if the card's address was seen before (another output of
+// it); else the address is remembered and the adapter taken. Cards are told apart by their whole address,
+// the PCI domain included.
+bool amdAdapterIsNew(const AmdAdapterInfo& info, std::vector<PciAddress>& seen);
 
 }  // namespace Kalidornm

@@ -4,6 +4,8 @@
 #include <cmath>
 
 #include "library_log.h"
+#include "platform/sysfs_files.h"
+#include "platform/sysfs_values.h"
 #include "vendors/amd_sysfs_values.h"
 
 namespace Kalidornm {
@@ -17,15 +19,15 @@ constexpr int64_t kMaxMilliVolts = 10000;
 constexpr int64_t kMaxMicroWatts = 10'000'000'000;  // 10 kW
 
 std::optional<int64_t> readInteger(const std::string& path, int64_t low, int64_t high) {
-    std::string text;
-    if (path.empty() || !readSysfsFile(path, text)) return std::nullopt;
-    return parseSysfsInteger(text, low, high);
+    const auto text = path.empty() ? std::nullopt : readSmallFile(path);
+    if (!text) return std::nullopt;
+    return parseSysfsInteger(*text, low, high);
 }
 
 std::optional<std::vector<DpmLevel>> readDpmTable(const std::string& path) {
-    std::string text;
-    if (!readSysfsFile(path, text)) return std::nullopt;
-    return parseDpmTable(text);
+    const auto text = readSmallFile(path);
+    if (!text) return std::nullopt;
+    return parseDpmTable(*text);
 }
 
 int32_t percentOf(int64_t value, int64_t reference) {
@@ -34,12 +36,11 @@ int32_t percentOf(int64_t value, int64_t reference) {
 
 }  // namespace
 
-AmdCardFiles resolveAmdCardFiles(const AmdgpuDevice& device) {
+AmdCardFiles resolveAmdCardFiles(const PciDevice& device) {
     AmdCardFiles files;
-    files.asleep = device.runtimeStatus == "suspended";
-    files.busy = device.deviceDir + "/gpu_busy_percent";
-    files.sclk = device.deviceDir + "/pp_dpm_sclk";
-    files.mclk = device.deviceDir + "/pp_dpm_mclk";
+    files.busy = device.directory + "/gpu_busy_percent";
+    files.sclk = device.directory + "/pp_dpm_sclk";
+    files.mclk = device.directory + "/pp_dpm_mclk";
     if (device.hwmonDir.empty()) return files;
     const std::string& hwmon = device.hwmonDir;
     files.temperature = hwmon + "/temp1_input";
@@ -47,50 +48,48 @@ AmdCardFiles resolveAmdCardFiles(const AmdgpuDevice& device) {
     files.fanRpm = hwmon + "/fan1_input";
     files.voltage = hwmon + "/in0_input";
     files.powerCap = hwmon + "/power1_cap";
-    if (files.asleep) return files;
-    files.pwmMax = readInteger(hwmon + "/pwm1_max", 1, 65535);
-    files.powerCapDefault = readInteger(hwmon + "/power1_cap_default", 1, kMaxMicroWatts);
-    files.powerCapMin = readInteger(hwmon + "/power1_cap_min", 0, kMaxMicroWatts);
-    files.powerCapMax = readInteger(hwmon + "/power1_cap_max", 0, kMaxMicroWatts);
+    files.pwmMaxFile = hwmon + "/pwm1_max";
+    files.powerCapDefaultFile = hwmon + "/power1_cap_default";
+    files.powerCapMinFile = hwmon + "/power1_cap_min";
+    files.powerCapMaxFile = hwmon + "/power1_cap_max";
     return files;
 }
 
-const AmdCardFiles* AmdLiveReader::_liveFiles(const GpuRecord& record) const {
-    if (record.vendorClass != kVendorClassAmd || record.overdriveVersion != 6) return nullptr;
-    const auto card = m_cards.find(record.adlAdapterIndex);
-    if (card == m_cards.end() || card->second.asleep) return nullptr;
-    return &card->second;
+const AmdCardFiles* AmdLiveReader::_liveFiles(const GpuRecord& record) {
+    if (record.vendorClass != kVendorClassAmd || record.overdriveVersion != 6 || !record.pciAddress) return nullptr;
+    const auto card = m_cards.find(*record.pciAddress);
+    if (card == m_cards.end() || !m_pci.mayTouch(*record.pciAddress)) return nullptr;
+    AmdCardFiles& files = card->second;
+    if (!files.constantsRead) {
+        files.pwmMax = readInteger(files.pwmMaxFile, 1, 65535);
+        files.powerCapDefault = readInteger(files.powerCapDefaultFile, 1, kMaxMicroWatts);
+        files.powerCapMin = readInteger(files.powerCapMinFile, 0, kMaxMicroWatts);
+        files.powerCapMax = readInteger(files.powerCapMaxFile, 0, kMaxMicroWatts);
+        files.constantsRead = true;
+    }
+    return &files;
 }
 
-bool AmdLiveReader::readTemperatures(GpuRecord& record, float* coreC, float* boardC, float* memoryC,
-                                     float* vrmC) {
-    if (record.vendorClass != kVendorClassAmd) return false;
-    if (const AmdCardFiles* files = _liveFiles(record))
-        if (const auto milli = readInteger(files->temperature, kMinMilliCelsius, kMaxMilliCelsius))
-            record.sensorGpu.current = float(*milli) / 1000.0f;
+bool AmdLiveReader::readTemperatures(GpuRecord& record, float* coreC, float*, float*, float*) {
+    const AmdCardFiles* files = _liveFiles(record);
+    const auto milli = files ? readInteger(files->temperature, kMinMilliCelsius, kMaxMilliCelsius) : std::nullopt;
+    if (!milli) return false;
+    record.sensorGpu.take(float(*milli) / 1000.0f);
     if (coreC) *coreC = record.sensorGpu.current;
-    if (boardC) *boardC = record.sensorBoard.current;
-    if (memoryC) *memoryC = record.sensorMemory.current;
-    if (vrmC) *vrmC = record.sensorVrm.current;
     return true;
 }
 
 bool AmdLiveReader::readFanSpeed(GpuRecord& record, float* percent, float* rpm) {
-    if (record.vendorClass != kVendorClassAmd) return false;
-    record.fanPercent = 0.0f;
-    record.fanRpm = 0.0f;
     const AmdCardFiles* files = _liveFiles(record);
-    bool ok = files && files->pwmMax;
-    if (ok) {
-        const auto pwm = readInteger(files->pwm, 0, *files->pwmMax);
-        const auto speed = readInteger(files->fanRpm, 0, kMaxFanRpm);
-        if (pwm) record.fanPercent = float(*pwm) * 100.0f / float(*files->pwmMax);
-        if (speed) record.fanRpm = float(*speed);
-        ok = pwm && speed;
-    }
+    if (!files || !files->pwmMax) return false;
+    const auto pwm = readInteger(files->pwm, 0, *files->pwmMax);
+    const auto speed = readInteger(files->fanRpm, 0, kMaxFanRpm);
+    if (!pwm || !speed) return false;
+    record.fanPercent = float(*pwm) * 100.0f / float(*files->pwmMax);
+    record.fanRpm = float(*speed);
     if (percent) *percent = record.fanPercent;
     if (rpm) *rpm = record.fanRpm;
-    return ok;
+    return true;
 }
 
 bool AmdLiveReader::readLoad(GpuRecord& record, float* gpuPercent, float*) {

@@ -6,31 +6,38 @@
 #include <string>
 
 #include "gpu_live_reader.h"
-#include "platform/amdgpu_sysfs.h"
+#include "platform/pci_bus.h"
 
 namespace Kalidornm {
 
 // The sysfs attributes one AMD GPU is read from, resolved once at start-up so a live read opens one or two
 // known files and never walks a directory.
 struct AmdCardFiles {
-    bool asleep = false;  // runtime-suspended at start-up: reading its sensors would wake it up
     std::string temperature, pwm, fanRpm, voltage, powerCap;  // hwmon: m°C, 0..pwm1_max, RPM, mV, µW
-    std::string busy, sclk, mclk;                             // device: percent, DPM tables in MHz
+    std::string pwmMaxFile, powerCapDefaultFile, powerCapMinFile, powerCapMaxFile;
+    std::string busy, sclk, mclk;  // device: percent, DPM tables in MHz
+    // The attributes that never change while the card runs, read the first time the card may be touched.
+    bool constantsRead = false;
     std::optional<int64_t> pwmMax;
     std::optional<int64_t> powerCapDefault, powerCapMin, powerCapMax;  // µW
 };
 
-// Resolves the files of a device and reads the attributes that never change while it runs.
-AmdCardFiles resolveAmdCardFiles(const AmdgpuDevice& device);
+// Resolves the files of a device; reads nothing.
+AmdCardFiles resolveAmdCardFiles(const PciDevice& device);
 
 // Live reads for AMD records. Only a record of vendor class 2 whose Overdrive version is 6 (it has an hwmon
-// directory) and whose card was awake at start-up is read; every other answers false.
+// directory) and whose card the PCI layer lets be touched at the time of the read is read; every other
+// answers false. A sleeping card's files are not opened: reading them would wake it.
 class AmdLiveReader : public GpuLiveReader {
 public:
-    void addCard(int32_t adapterIndex, AmdCardFiles files) { m_cards[adapterIndex] = std::move(files); }
+    explicit AmdLiveReader(const PciBus& pci) : m_pci(pci) {}
 
-    // Always true for an AMD record: the out values are the last readings, refreshed when a read works.
+    void addCard(const PciAddress& address, AmdCardFiles files) { m_cards[address] = std::move(files); }
+
+    // The core temperature only: the driver has no board, memory or VRM sensor, whose outputs stay as given.
+    // A failed read is false and changes nothing.
     bool readTemperatures(GpuRecord& record, float* coreC, float* boardC, float* memoryC, float* vrmC) override;
+    // Percent and RPM together, or false and nothing changed.
     bool readFanSpeed(GpuRecord& record, float* percent, float* rpm) override;
     bool readLoad(GpuRecord& record, float* gpuPercent, float* frameBufferPercent) override;
     bool readCurrentClocks(GpuRecord& record, uint32_t* pstate, float* gpuMhz, float* memMhz, float* shaderMhz,
@@ -48,8 +55,9 @@ public:
                           int32_t* max);
 
 private:
-    const AmdCardFiles* _liveFiles(const GpuRecord& record) const;
-    std::map<int32_t, AmdCardFiles> m_cards;
+    const AmdCardFiles* _liveFiles(const GpuRecord& record);
+    const PciBus& m_pci;
+    std::map<PciAddress, AmdCardFiles> m_cards;  // by the card's address, whatever the record's list position
 };
 
 }  // namespace Kalidornm

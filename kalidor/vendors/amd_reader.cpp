@@ -4,40 +4,42 @@
 #include <memory>
 
 #include "gpu_database/gpu_naming.h"
-#include "hardware_caps.h"
 #include "library_log.h"
-#include "platform/pci_ids_file.h"
+#include "platform/amdgpu_drm_info.h"
+#include "platform/pci_names.h"
 #include "vendors/amd_live_reader.h"
+#include "vendors/vendor_backend.h"
 
 namespace Kalidornm {
 
 namespace {
 
-// Buses the adapter filter has seen; lives for the process, like the driver library's own state.
-std::vector<int32_t>& seenBuses() {
-    static std::vector<int32_t> buses;
-    return buses;
-}
-
-std::string adapterNameOf(const std::string& rootDir, const AmdgpuDevice& device) {
-    std::string name = pciIdsDeviceName(rootDir, device.vendorId, device.deviceId);
+std::string adapterNameOf(const std::string& idsList, const PciDevice& device) {
+    std::string name = pciDeviceOnlyName(idsList, device.ids.vendor, device.ids.device);
     if (name.empty()) {
         char fallback[32];
-        std::snprintf(fallback, sizeof fallback, "AMD device %04X", device.deviceId);
+        std::snprintf(fallback, sizeof fallback, "AMD device %04X", device.ids.device);
         name = fallback;
     }
     return name;
 }
 
-}  // namespace
-
-void decodeAmdAdapterIds(GpuRecord& record, const AmdAdapterInfo& info) {
-    const char* udid = info.strUDID;
-    record.vendorId = hexQuad(udid[8], udid[9], udid[10], udid[11]);
-    record.deviceId = hexQuad(udid[17], udid[18], udid[19], udid[20]);
-    record.subdeviceId = hexQuad(udid[29], udid[30], udid[31], udid[32]);
-    record.subvendorId = hexQuad(udid[33], udid[34], udid[35], udid[36]);
+// The memory type from the driver's own device info, asked on the card's render node (or its card node);
+// a sleeping card is not asked, and where no answer comes the type stays empty and the report leaves its row
+// out.
+void readMemoryType(GpuRecord& record, const PciDevice& device, const BackendServices& services) {
+    const std::string& node = device.renderNode.empty() ? device.drmCard : device.renderNode;
+    if (node.empty() || !services.pci.mayTouch(device.address)) return;
+    const auto info = queryAmdgpuMemoryInfo(services.sources.amdgpuLibrary,
+                                            underRoot(services.sources, "/dev/dri/" + node));
+    if (!info || !*amdgpuVramTypeName(info->vramType)) return;
+    copyText(record.memoryType, amdgpuVramTypeName(info->vramType));
+    generalTrace().write("AMD_Display_Library_Init - memory info: size:%lu, bandwidth:%lu, "
+                         "memoryInfo.strMemoryType:%s",
+                         static_cast<unsigned long>(record.memorySizeMb) << 20, 0ul, record.memoryType);
 }
+
+}  // namespace
 
 void applyAmdDatabaseFacts(GpuRecord& record, const AmdAdapterInfo& info) {
     const auto facts = amdAdapterDbFacts(record.vendorId, record.deviceId, record.subdeviceId, info.strAdapterName);
@@ -55,24 +57,9 @@ void applyAmdDatabaseFacts(GpuRecord& record, const AmdAdapterInfo& info) {
     }
 }
 
-void resetAmdSeenBuses() { seenBuses().clear(); }
-
-void HardwareCaps::ATI_Init(GpuList& gpus) {
+bool AMD_Display_Library_Init(AmdState& amd, AmdLiveReader& live, const std::vector<const PciDevice*>& devices,
+                              const BackendServices& services, GpuList& gpus) {
     LibraryLog& trace = generalTrace();
-    trace.write("ATI_Init() START");
-    amd = AmdState{};
-    // The GPU and CrossFire counts: every device bound to amdgpu is a GPU; the platform has no CrossFire.
-    const std::vector<AmdgpuDevice> devices = listAmdgpuDevices(sources.rootDir);
-    amd.agsGpuCount = uint32_t(devices.size());
-    amd.agsCrossfireGpuCount = 0;
-    trace.write("AMD - Num GPUs: %d", int(amd.agsGpuCount));
-    trace.write("AMD - Num CrossFire GPUs: %d", int(amd.agsCrossfireGpuCount));
-    if (AMD_Display_Library_Init(*this, gpus)) trace.write("ATI_Init() END OK.");
-}
-
-bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
-    LibraryLog& trace = generalTrace();
-    AmdState& amd = caps.amd;
     trace.write("AMD_Display_Library_Init - START");
     amd.amdAdapterCount = 0;
     amd.amdUsableAdapterCount = 0;
@@ -80,8 +67,6 @@ bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
         trace.write("AMD_Display_Library_Init - END ERROR.");
         return false;
     }
-    const std::string& root = caps.sources.rootDir;
-    const std::vector<AmdgpuDevice> devices = listAmdgpuDevices(root);
     if (devices.empty()) return false;  // no driver bound: nothing to load, no message
 
     trace.write("AMD_Display_Library_Init - function pointers.");
@@ -89,7 +74,8 @@ bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
     trace.write("AMD_Display_Library_Init - ADL_Main_Control_Create() OK.");
 
     std::vector<std::string> names;
-    for (const AmdgpuDevice& device : devices) names.push_back(adapterNameOf(root, device));
+    const std::string idsList = pciIdsListFor(services.sources);
+    for (const PciDevice* device : devices) names.push_back(adapterNameOf(idsList, *device));
     std::vector<AmdAdapterInfo> adapters = buildAmdAdapterList(devices, names);
     if (adapters.empty()) return false;
     amd.adlLoaded = true;
@@ -97,16 +83,12 @@ bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
     trace.write("AMD_Display_Library_Init -  Found: %d adapters", amd.adlAdapterCount);
     amd.adlAdapterInfo = adapters;
 
-    auto reader = std::make_unique<AmdLiveReader>();
-    AmdLiveReader& live = *reader;
-    caps.amdReader = std::move(reader);
-
     uint32_t last = kNoDisplaySlot;
     for (size_t i = 0; i < adapters.size(); ++i) {
         const AmdAdapterInfo info = adapters[i];
         trace.write("AMD_Display_Library_Init -  adapter %d - vendor ID: %d", int(i), info.iVendorID);
         // The vendor is compared as the decimal number 1002: the driver library gives the hex digits that way.
-        if (!amdAdapterIsNew(info, seenBuses()) || info.iVendorID != 1002) continue;
+        if (!amdAdapterIsNew(info, amd.seenAdapters) || info.iVendorID != 1002) continue;
 
         ++amd.amdAdapterCount;
         ++amd.amdUsableAdapterCount;
@@ -114,25 +96,19 @@ bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
         record.hasTemperature = true;
         record.vendorClass = kVendorClassAmd;
         record.adlAdapterIndex = info.iAdapterIndex;
+        record.pciAddress = info.address;
         record.busId = info.iBusNumber;
 
-        const AmdgpuDevice& device = devices[info.device];
+        const PciDevice& device = *devices[info.device];
         record.overdriveVersion = device.hwmonDir.empty() ? 0 : 6;
-        live.addCard(info.iAdapterIndex, resolveAmdCardFiles(device));
+        live.addCard(device.address, resolveAmdCardFiles(device));
 
-        decodeAmdAdapterIds(record, info);
-        const uint32_t slot = caps.findDisplaySlot(record.vendorId, record.deviceId, record.subvendorId,
-                                                   record.subdeviceId, last);
-        if (slot != kNoDisplaySlot) {
-            const DisplaySlot& display = caps.display.slots[slot];
-            last = slot;
-            record.displaySlot = slot;
-            copyText(record.displayDeviceId, display.deviceId);
-            copyText(record.displayDeviceName, display.deviceName);
-            copyText(record.displayDeviceString, display.deviceString);
-            copyText(record.displayDeviceKey, display.deviceKey);
-        }
-        caps.readGpuDriverRegistry(record);
+        record.vendorId = device.ids.vendor;
+        record.deviceId = device.ids.device;
+        record.subvendorId = device.ids.subvendor;
+        record.subdeviceId = device.ids.subdevice;
+        takeDisplaySlot(record, services.display, last);
+        readGpuDriverValues(record, services);
         applyAmdDatabaseFacts(record, info);
 
         trace.write("AMD_Display_Library_Init -  adapter %d - AMD_Display_Library_ReadGpuTemperature()", int(i));
@@ -141,15 +117,50 @@ bool AMD_Display_Library_Init(HardwareCaps& caps, GpuList& gpus) {
                     int(i));
         live.readFanSpeed(record, nullptr, nullptr);
         live.readPerfLevels(record, true);
-
-        // The kernel driver tells the memory's maker, not its type; the size is the driver values reader's.
-        if (device.vramTotalBytes != 0)
-            trace.write("AMD_Display_Library_Init - memory info: size:%lu, bandwidth:%lu, "
-                        "memoryInfo.strMemoryType:%s",
-                        static_cast<unsigned long>(device.vramTotalBytes), 0ul, record.memoryType);
+        readMemoryType(record, device, services);
     }
     trace.write("AMD_Display_Library_Init - END OK.");
     return true;
 }
+
+namespace {
+
+// GPUs of the amdgpu kernel driver, read through its sysfs attributes and hwmon.
+class AmdBackend final : public VendorBackend {
+public:
+    explicit AmdBackend(AmdState& state) : m_state(state) {}
+
+    // The devices the amdgpu driver serves, in address order.
+    std::vector<const PciDevice*> detect(const PciBus& pci) const override {
+        std::vector<const PciDevice*> devices;
+        for (const PciDevice& device : pci.devices())
+            if (device.driver == "amdgpu") devices.push_back(&device);
+        return devices;
+    }
+
+    void createRecords(const std::vector<const PciDevice*>& devices, const BackendServices& services,
+                       GpuList& gpus) override {
+        LibraryLog& trace = generalTrace();
+        trace.write("ATI_Init() START");
+        m_state = AmdState{};
+        m_reader = std::make_unique<AmdLiveReader>(services.pci);
+        // The GPU and CrossFire counts: every device bound to amdgpu is a GPU; the platform has no CrossFire.
+        m_state.agsGpuCount = uint32_t(devices.size());
+        m_state.agsCrossfireGpuCount = 0;
+        trace.write("AMD - Num GPUs: %d", int(m_state.agsGpuCount));
+        trace.write("AMD - Num CrossFire GPUs: %d", int(m_state.agsCrossfireGpuCount));
+        if (AMD_Display_Library_Init(m_state, *m_reader, devices, services, gpus)) trace.write("ATI_Init() END OK.");
+    }
+
+    GpuLiveReader* liveReader() override { return m_reader.get(); }
+
+private:
+    AmdState& m_state;
+    std::unique_ptr<AmdLiveReader> m_reader;
+};
+
+}  // namespace
+
+std::unique_ptr<VendorBackend> makeAmdBackend(VendorBlocks& blocks) { return std::make_unique<AmdBackend>(blocks.amd); }
 
 }  // namespace Kalidornm

@@ -3,17 +3,11 @@
 #include <cctype>
 #include <limits>
 
+#include "platform/sysfs_values.h"
+
 namespace Kalidornm {
 
 namespace {
-
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
-
-std::string_view trimmed(std::string_view text) {
-    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
-    return text;
-}
 
 // Digits only, no sign; nullopt on overflow or no digit.
 std::optional<uint64_t> parseDigits(std::string_view digits) {
@@ -30,41 +24,23 @@ std::optional<uint64_t> parseDigits(std::string_view digits) {
 
 }  // namespace
 
-std::optional<int64_t> parseSysfsInteger(std::string_view text) {
-    text = trimmed(text);
-    bool negative = false;
-    if (!text.empty() && (text.front() == '-' || text.front() == '+')) {
-        negative = text.front() == '-';
-        text.remove_prefix(1);
-    }
-    const std::optional<uint64_t> magnitude = parseDigits(text);
-    if (!magnitude || *magnitude > uint64_t(std::numeric_limits<int64_t>::max())) return std::nullopt;
-    return negative ? -int64_t(*magnitude) : int64_t(*magnitude);
-}
-
-std::optional<int64_t> parseSysfsInteger(std::string_view text, int64_t low, int64_t high) {
-    const std::optional<int64_t> value = parseSysfsInteger(text);
-    if (!value || *value < low || *value > high) return std::nullopt;
-    return value;
-}
-
 std::optional<std::vector<DpmLevel>> parseDpmTable(std::string_view text) {
     std::vector<DpmLevel> table;
     while (!text.empty()) {
         const size_t end = text.find('\n');
-        std::string_view line = trimmed(text.substr(0, end));
+        std::string_view line = trimmedText(text.substr(0, end));
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
         if (line.empty()) continue;
 
         const size_t colon = line.find(':');
         if (colon == std::string_view::npos) return std::nullopt;
-        if (!parseDigits(trimmed(line.substr(0, colon)))) continue;  // "S: 19Mhz": not a level
+        if (!parseDigits(trimmedText(line.substr(0, colon)))) continue;  // "S: 19Mhz": not a level
 
-        std::string_view rest = trimmed(line.substr(colon + 1));
+        std::string_view rest = trimmedText(line.substr(colon + 1));
         DpmLevel level;
         if (!rest.empty() && rest.back() == '*') {
             level.current = true;
-            rest = trimmed(rest.substr(0, rest.size() - 1));
+            rest = trimmedText(rest.substr(0, rest.size() - 1));
         }
         // The driver writes "Mhz"; accept any case of it.
         if (rest.size() < 4) return std::nullopt;

@@ -7,14 +7,8 @@
 
 namespace Kalidornm {
 
-// Parsers for the text the amdgpu driver writes into its sysfs attributes. Anything that is not exactly
-// what the driver writes (empty, garbage, out of range) gives nullopt, never a guess.
-
-// One decimal integer, optionally signed, with surrounding blanks and a trailing newline allowed.
-std::optional<int64_t> parseSysfsInteger(std::string_view text);
-
-// Same, but the value must lie within [low, high].
-std::optional<int64_t> parseSysfsInteger(std::string_view text, int64_t low, int64_t high);
+// Parsers for the tables the amdgpu driver writes into its sysfs attributes; plain numbers go through the
+// platform's sysfs parsers. Anything that is not exactly what the driver writes gives nullopt, never a guess.
 
 // One line of a DPM table ("1: 2475Mhz *").
 struct DpmLevel {

@@ -1,13 +1,17 @@
 #include "vendors/nvidia_gpu.h"
 
 #include <cmath>
+#include <cstdlib>
 
 #include "platform/process_name.h"
+#include "vendors/nvidia_limits.h"
 #include "vendors/nvml_library.h"
 
 namespace Kalidornm {
 
 namespace {
+
+using namespace nvidia_limits;
 
 nvmlDevice_t device(void* handle) { return static_cast<nvmlDevice_t>(handle); }
 
@@ -16,12 +20,17 @@ void put(T* out, V value) {
     if (out) *out = T(value);
 }
 
+// A sensor the driver never reported leaves its output as the caller gave it.
+void putReading(float* out, const TempSensor& sensor) {
+    if (out && sensor.read) *out = sensor.current;
+}
+
 float percentOf(unsigned int part, unsigned int whole) { return float(double(part) * 100.0 / double(whole)); }
 
 bool readTwoClocks(decltype(&nvmlDeviceGetClockInfo) call, nvmlDevice_t d, unsigned int& gpuMhz,
                    unsigned int& memMhz) {
     return call && call(d, NVML_CLOCK_GRAPHICS, &gpuMhz) == NVML_SUCCESS &&
-           call(d, NVML_CLOCK_MEM, &memMhz) == NVML_SUCCESS;
+           call(d, NVML_CLOCK_MEM, &memMhz) == NVML_SUCCESS && gpuMhz <= kMaxClockMhz && memMhz <= kMaxClockMhz;
 }
 
 // The base clocks: the default application clocks, or the same figures through the general clock query.
@@ -29,7 +38,8 @@ bool readDefaultClocks(const NvmlLibrary& nvml, nvmlDevice_t d, unsigned int& gp
     if (readTwoClocks(nvml.deviceGetDefaultApplicationsClock, d, gpuMhz, memMhz)) return true;
     return nvml.deviceGetClock &&
            nvml.deviceGetClock(d, NVML_CLOCK_GRAPHICS, NVML_CLOCK_ID_APP_CLOCK_DEFAULT, &gpuMhz) == NVML_SUCCESS &&
-           nvml.deviceGetClock(d, NVML_CLOCK_MEM, NVML_CLOCK_ID_APP_CLOCK_DEFAULT, &memMhz) == NVML_SUCCESS;
+           nvml.deviceGetClock(d, NVML_CLOCK_MEM, NVML_CLOCK_ID_APP_CLOCK_DEFAULT, &memMhz) == NVML_SUCCESS &&
+           gpuMhz <= kMaxClockMhz && memMhz <= kMaxClockMhz;
 }
 
 bool fieldAsFloat(const nvmlFieldValue_t& field, float& value) {
@@ -50,20 +60,22 @@ bool fieldAsFloat(const nvmlFieldValue_t& field, float& value) {
 bool NvidiaGpu::readTemperatures(float* coreC, float* boardC, float* memoryC, float* vrmC) {
     unsigned int gpuC = 0;
     if (!m_nvml.deviceGetTemperature ||
-        m_nvml.deviceGetTemperature(device(handle()), NVML_TEMPERATURE_GPU, &gpuC) != NVML_SUCCESS)
+        m_nvml.deviceGetTemperature(device(handle()), NVML_TEMPERATURE_GPU, &gpuC) != NVML_SUCCESS ||
+        gpuC > kMaxCelsius)
         return false;
-    m_record.sensorGpu.current = float(gpuC);
+    m_record.sensorGpu.take(float(gpuC));
     if (m_nvml.deviceGetFieldValues) {
         nvmlFieldValue_t field{};
         field.fieldId = NVML_FI_DEV_MEMORY_TEMP;
         float memory = 0.0f;
-        if (m_nvml.deviceGetFieldValues(device(handle()), 1, &field) == NVML_SUCCESS && fieldAsFloat(field, memory))
-            m_record.sensorMemory.current = memory;
+        if (m_nvml.deviceGetFieldValues(device(handle()), 1, &field) == NVML_SUCCESS && fieldAsFloat(field, memory) &&
+            memory >= 0.0f && memory <= float(kMaxCelsius))
+            m_record.sensorMemory.take(memory);
     }
-    put(coreC, m_record.sensorGpu.current);
-    put(boardC, m_record.sensorBoard.current);
-    put(memoryC, m_record.sensorMemory.current);
-    put(vrmC, m_record.sensorVrm.current);
+    putReading(coreC, m_record.sensorGpu);
+    putReading(boardC, m_record.sensorBoard);
+    putReading(memoryC, m_record.sensorMemory);
+    putReading(vrmC, m_record.sensorVrm);
     return true;
 }
 
@@ -74,12 +86,15 @@ bool NvidiaGpu::readFanSpeed(float* percent, float* rpm) {
         gotPercent = m_nvml.deviceGetFanSpeedOfFan(device(handle()), 0, &speed) == NVML_SUCCESS;
     else if (m_nvml.deviceGetFanSpeed)
         gotPercent = m_nvml.deviceGetFanSpeed(device(handle()), &speed) == NVML_SUCCESS;
+    gotPercent = gotPercent && speed <= kMaxFanPercent;
     if (gotPercent) {
         m_record.fanPercent = float(speed);
         put(percent, m_record.fanPercent);
     }
     nvmlFanSpeedInfo_t info{nvmlFanSpeedInfo_v1, 0, 0};
-    const bool gotRpm = m_nvml.deviceGetFanSpeedRpm && m_nvml.deviceGetFanSpeedRpm(device(handle()), &info) == NVML_SUCCESS;
+    const bool gotRpm = m_nvml.deviceGetFanSpeedRpm &&
+                        m_nvml.deviceGetFanSpeedRpm(device(handle()), &info) == NVML_SUCCESS &&
+                        info.speed <= kMaxFanRpm;
     if (gotRpm) {
         m_record.fanRpm = float(info.speed);
         put(rpm, m_record.fanRpm);
@@ -90,13 +105,15 @@ bool NvidiaGpu::readFanSpeed(float* percent, float* rpm) {
 bool NvidiaGpu::readLoad(float* gpuPercent, float* frameBufferPercent) {
     nvmlUtilization_t load{};
     if (!m_nvml.deviceGetUtilizationRates ||
-        m_nvml.deviceGetUtilizationRates(device(handle()), &load) != NVML_SUCCESS)
+        m_nvml.deviceGetUtilizationRates(device(handle()), &load) != NVML_SUCCESS || load.gpu > kMaxPercent ||
+        load.memory > kMaxPercent)
         return false;
     m_record.gpuLoadPercent = float(load.gpu);
     m_record.frameBufferLoadPercent = float(load.memory);
     unsigned int video = 0, periodUs = 0;
     if (m_nvml.deviceGetDecoderUtilization &&
-        m_nvml.deviceGetDecoderUtilization(device(handle()), &video, &periodUs) == NVML_SUCCESS)
+        m_nvml.deviceGetDecoderUtilization(device(handle()), &video, &periodUs) == NVML_SUCCESS &&
+        video <= kMaxPercent)
         m_record.videoLoadPercent = float(video);
     put(gpuPercent, m_record.gpuLoadPercent);
     put(frameBufferPercent, m_record.frameBufferLoadPercent);
@@ -139,7 +156,8 @@ bool NvidiaGpu::readClockOffsets(float* coreMhz, float* memMhz) {
     int core = 0, mem = 0;
     if (!m_nvml.deviceGetGpcClkVfOffset || !m_nvml.deviceGetMemClkVfOffset ||
         m_nvml.deviceGetGpcClkVfOffset(device(handle()), &core) != NVML_SUCCESS ||
-        m_nvml.deviceGetMemClkVfOffset(device(handle()), &mem) != NVML_SUCCESS)
+        m_nvml.deviceGetMemClkVfOffset(device(handle()), &mem) != NVML_SUCCESS || std::abs(core) > kMaxClockOffsetMhz ||
+        std::abs(mem) > kMaxClockOffsetMhz)
         return false;
     put(coreMhz, core);
     put(memMhz, mem);
@@ -150,7 +168,8 @@ bool NvidiaGpu::readPowerUsage(float* percent, uint32_t* milliwatts) {
     unsigned int drawn = 0, limit = 0;
     if (!m_nvml.deviceGetPowerUsage || !m_nvml.deviceGetEnforcedPowerLimit ||
         m_nvml.deviceGetPowerUsage(device(handle()), &drawn) != NVML_SUCCESS ||
-        m_nvml.deviceGetEnforcedPowerLimit(device(handle()), &limit) != NVML_SUCCESS || limit == 0)
+        m_nvml.deviceGetEnforcedPowerLimit(device(handle()), &limit) != NVML_SUCCESS || limit == 0 ||
+        limit > kMaxMilliwatts || drawn > kMaxMilliwatts)
         return false;
     put(percent, percentOf(drawn, limit));
     put(milliwatts, drawn);
@@ -162,7 +181,8 @@ bool NvidiaGpu::readPowerPolicy(float* minPercent, uint32_t* minMw, float* maxPe
     unsigned int low = 0, high = 0, standard = 0;
     if (!m_nvml.deviceGetPowerManagementLimitConstraints || !m_nvml.deviceGetPowerManagementDefaultLimit ||
         m_nvml.deviceGetPowerManagementLimitConstraints(device(handle()), &low, &high) != NVML_SUCCESS ||
-        m_nvml.deviceGetPowerManagementDefaultLimit(device(handle()), &standard) != NVML_SUCCESS || standard == 0)
+        m_nvml.deviceGetPowerManagementDefaultLimit(device(handle()), &standard) != NVML_SUCCESS || standard == 0 ||
+        standard > kMaxMilliwatts || low > kMaxMilliwatts || high > kMaxMilliwatts)
         return false;
     put(minPercent, percentOf(low, standard));
     put(minMw, low);
@@ -177,7 +197,8 @@ bool NvidiaGpu::readPowerTarget(float* percent, uint32_t* milliwatts) {
     unsigned int limit = 0, standard = 0;
     if (!m_nvml.deviceGetPowerManagementLimit || !m_nvml.deviceGetPowerManagementDefaultLimit ||
         m_nvml.deviceGetPowerManagementLimit(device(handle()), &limit) != NVML_SUCCESS ||
-        m_nvml.deviceGetPowerManagementDefaultLimit(device(handle()), &standard) != NVML_SUCCESS || standard == 0)
+        m_nvml.deviceGetPowerManagementDefaultLimit(device(handle()), &standard) != NVML_SUCCESS || standard == 0 ||
+        standard > kMaxMilliwatts || limit > kMaxMilliwatts)
         return false;
     put(percent, percentOf(limit, standard));
     put(milliwatts, limit);
@@ -186,22 +207,25 @@ bool NvidiaGpu::readPowerTarget(float* percent, uint32_t* milliwatts) {
 
 bool NvidiaGpu::setPowerTarget(float percent) {
     unsigned int standard = 0;
-    if (percent <= 0.0f || !m_nvml.deviceGetPowerManagementDefaultLimit || !m_nvml.deviceSetPowerManagementLimit ||
-        m_nvml.deviceGetPowerManagementDefaultLimit(device(handle()), &standard) != NVML_SUCCESS)
+    if (!(percent > 0.0f && percent <= 1000.0f) || !m_nvml.deviceGetPowerManagementDefaultLimit || !m_nvml.deviceSetPowerManagementLimit ||
+        m_nvml.deviceGetPowerManagementDefaultLimit(device(handle()), &standard) != NVML_SUCCESS ||
+        standard > kMaxMilliwatts)
         return false;
     const auto limit = static_cast<unsigned int>(std::lround(double(standard) * double(percent) / 100.0));
     return m_nvml.deviceSetPowerManagementLimit(device(handle()), limit) == NVML_SUCCESS;
 }
 
 bool NvidiaGpu::setApplicationClocks(float coreMhz, float memMhz) {
-    if (coreMhz <= 0.0f || memMhz <= 0.0f || !m_nvml.deviceSetApplicationsClocks) return false;
+    const auto sane = [](float mhz) { return mhz > 0.0f && mhz <= float(kMaxClockMhz); };
+    if (!sane(coreMhz) || !sane(memMhz) || !m_nvml.deviceSetApplicationsClocks) return false;
     return m_nvml.deviceSetApplicationsClocks(device(handle()), static_cast<unsigned int>(std::lround(memMhz)),
                                               static_cast<unsigned int>(std::lround(coreMhz))) == NVML_SUCCESS;
 }
 
 bool NvidiaGpu::readMemoryUsage(uint32_t* totalKb, uint32_t* availableKb, float* usedPercent) {
     nvmlMemory_t memory{};
-    if (!m_nvml.deviceGetMemoryInfo || m_nvml.deviceGetMemoryInfo(device(handle()), &memory) != NVML_SUCCESS)
+    if (!m_nvml.deviceGetMemoryInfo || m_nvml.deviceGetMemoryInfo(device(handle()), &memory) != NVML_SUCCESS ||
+        memory.total > kMaxMemoryBytes || memory.free > memory.total)
         return false;
     m_record.memoryTotalKb = uint32_t(memory.total >> 10);
     m_record.memoryAvailableKb = uint32_t(memory.free >> 10);
@@ -249,7 +273,9 @@ uint32_t NvidiaGpu::queryActiveApps(const std::string& rootDir) {
     } else {
         return 0;
     }
-    if (count > kActiveAppSlots) count = kActiveAppSlots;
+    // The count says how many entries were written into the room given; one beyond that room is a driver
+    // contradicting itself, and none of its entries is trusted.
+    if (count > kActiveAppSlots) return 0;
 
     // Every entry is stamped with the structure version, as the driver's own list is.
     for (ActiveApp& app : m_record.activeApps) app = ActiveApp{0x20108, 0, {}};

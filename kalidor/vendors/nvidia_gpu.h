@@ -16,7 +16,8 @@ class NvidiaGpu {
 public:
     NvidiaGpu(const NvmlLibrary& nvml, GpuRecord& record) : m_nvml(nvml), m_record(record) {}
 
-    // GPU temperature, and the memory temperature where the field-value query has it; °C.
+    // GPU temperature, and the memory temperature where the field-value query has it; °C. Sensors never read
+    // (board, VRM) leave their outputs untouched.
     bool readTemperatures(float* coreC, float* boardC, float* memoryC, float* vrmC);
     // Percent of fan 0, and its RPM where the library reports it; true if either was read.
     bool readFanSpeed(float* percent, float* rpm);

@@ -1,13 +1,13 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
-#include "display_devices.h"
 #include "gpu_live_reader.h"
 #include "gpu_record.h"
+#include "platform/pci_bus.h"
 
 namespace Kalidornm {
 
@@ -18,15 +18,16 @@ inline constexpr uint32_t kMaxNvidiaGpus = 64;
 // What the driver tells about one physical GPU at start-up.
 struct NvGpuInfo {
     void* handle = nullptr;
+    std::optional<PciAddress> address;  // where the driver says the GPU sits
     uint32_t physicalFrameBufferKb = 0;
     uint32_t virtualFrameBufferKb = 0;
     uint32_t gpuType = 0;  // 1 integrated, 2 discrete; the management library does not say, so it stays 0
     char fullName[128] = {};
 };
 
-// What the NVIDIA reader keeps about the driver and its GPUs. The management library stays loaded and started
-// from start-up to shutdown so that live reads cost one or two calls. Index i of the handle table is record i
-// of the GPU list: NVIDIA records come first, in the driver's order.
+// What the NVIDIA backend keeps about the driver and its GPUs. The management library stays loaded and
+// started from start-up to shutdown so that live reads cost one or two calls. A GPU's state is found by its
+// PCI address, never by its place in the GPU list.
 struct NvidiaState {
     NvidiaState();
     ~NvidiaState();
@@ -37,6 +38,8 @@ struct NvidiaState {
     void reset();
     // The started library, or null without an NVIDIA driver.
     const NvmlLibrary* library() const { return nvml.get(); }
+    // The handle of the GPU at this address; null when the driver did not hand one out.
+    void* handleAt(const PciAddress& address) const;
 
     std::unique_ptr<NvmlLibrary> nvml;
     // Displays are not reachable through the management library; the count stays 0. Without SLI groups the
@@ -50,26 +53,6 @@ struct NvidiaState {
     char nvDriverBranch[128] = {};  // "r550"
     uint32_t nvDriverVersion = 0;   // driver version x 100: 55054 for "550.54.15"
 };
-
-// What record creation asks of the display-device reader.
-struct NvidiaDisplayHooks {
-    // The first display slot after `skip` that fits the ids; kNoDisplaySlot if none.
-    std::function<uint32_t(uint32_t vendor, uint32_t device, uint32_t subvendor, uint32_t subdevice,
-                           uint32_t skip)>
-        findDisplaySlot;
-    std::function<const DisplaySlot*(uint32_t slot)> slot;
-    std::function<bool(GpuRecord&)> readDriverRegistry;
-};
-
-// Finds the NVIDIA GPUs through the library at `libraryPath` and appends one record per GPU, in driver order.
-// Without the library, or when it does not start, the block stays empty and no record is made. Starting the
-// library wakes sleeping GPUs, so when every NVIDIA GPU under <rootDir>/sys sleeps it is not started: each
-// gets a record from its PCI ids and the GPU database, and no live value.
-void initNvidiaReader(NvidiaState& state, const std::string& libraryPath, const std::string& rootDir,
-                      GpuList& gpus, const NvidiaDisplayHooks& hooks);
-
-// The live reads of the records the NVIDIA reader made.
-std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state);
 
 // Driver version text rules: "550.54.15" gives 55054 (a minor version above 99 keeps its first two digits,
 // since the number has room for two), 0 for a text without a major version; 55054 gives "R550.54"; the
@@ -90,5 +73,9 @@ struct NvidiaClockSnapshot {
 // current P-state at its current clocks when it is another one, in ascending id order. Returns the number
 // of levels written (0 to 2). Voltage and shader clock stay 0: the library reports neither.
 uint32_t buildNvidiaPerfLevels(const NvidiaClockSnapshot& clocks, PerfLevel (&levels)[2]);
+
+// The live reads of the records the NVIDIA backend made; each asks the PCI layer first whether the GPU may be
+// touched, so a GPU that fell asleep after start-up is not woken either.
+std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state, const PciBus& pci);
 
 }  // namespace Kalidornm

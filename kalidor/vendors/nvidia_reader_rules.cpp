@@ -9,38 +9,45 @@ namespace Kalidornm {
 
 namespace {
 
-// The major and minor numbers of "550.54.15"; false without a major number.
+// The major and minor numbers of "550.54.15"; false without a major number or with one of more than four
+// digits (a garbage text, which must not overflow the version number).
 bool parseDriverVersion(const char* text, uint32_t& major, uint32_t& minor) {
-    if (!text || !std::isdigit(static_cast<unsigned char>(text[0]))) return false;
-    char* end = nullptr;
-    major = uint32_t(std::strtoul(text, &end, 10));
+    if (!text) return false;
+    major = 0;
     minor = 0;
+    size_t digits = 0;
+    for (; std::isdigit(static_cast<unsigned char>(text[digits])); ++digits) {
+        if (digits == 4) return false;
+        major = major * 10 + uint32_t(text[digits] - '0');
+    }
+    if (digits == 0) return false;
+    const char* end = text + digits;
     if (*end == '.')
-        for (int digits = 0; digits < 2 && std::isdigit(static_cast<unsigned char>(end[1 + digits])); ++digits)
-            minor = minor * 10 + uint32_t(end[1 + digits] - '0');
+        for (int place = 0; place < 2 && std::isdigit(static_cast<unsigned char>(end[1 + place])); ++place)
+            minor = minor * 10 + uint32_t(end[1 + place] - '0');
     return true;
 }
 
 class NvidiaLiveReader final : public GpuLiveReader {
 public:
-    explicit NvidiaLiveReader(const NvidiaState& state) : m_state(state) {}
+    NvidiaLiveReader(const NvidiaState& state, const PciBus& pci) : m_state(state), m_pci(pci) {}
 
     bool readTemperatures(GpuRecord& r, float* coreC, float* boardC, float* memoryC, float* vrmC) override {
-        const NvmlLibrary* nvml = m_state.library();
+        const NvmlLibrary* nvml = readable(r);
         return nvml && NvidiaGpu(*nvml, r).readTemperatures(coreC, boardC, memoryC, vrmC);
     }
     bool readFanSpeed(GpuRecord& r, float* percent, float* rpm) override {
-        const NvmlLibrary* nvml = m_state.library();
+        const NvmlLibrary* nvml = readable(r);
         return nvml && NvidiaGpu(*nvml, r).readFanSpeed(percent, rpm);
     }
     bool readLoad(GpuRecord& r, float* gpuPercent, float* frameBufferPercent) override {
-        const NvmlLibrary* nvml = m_state.library();
+        const NvmlLibrary* nvml = readable(r);
         return nvml && NvidiaGpu(*nvml, r).readLoad(gpuPercent, frameBufferPercent);
     }
     // The library reports no shader clock and no voltage: those outputs keep what the caller gave.
     bool readCurrentClocks(GpuRecord& r, uint32_t* pstate, float* gpuMhz, float* memMhz, float*,
                            float*) override {
-        const NvmlLibrary* nvml = m_state.library();
+        const NvmlLibrary* nvml = readable(r);
         return nvml && NvidiaGpu(*nvml, r).readCurrentClocks(pstate, gpuMhz, memMhz);
     }
     // Served from the table built at start-up: the library has no P-state table of its own to ask again.
@@ -56,7 +63,17 @@ public:
     }
 
 private:
+    // The library, if the record has a handle of the driver's and the PCI layer lets the GPU be touched now.
+    const NvmlLibrary* readable(const GpuRecord& r) const {
+        const NvmlLibrary* nvml = m_state.library();
+        if (!nvml || !r.nvPhysicalGpu || !r.pciAddress || m_state.handleAt(*r.pciAddress) != r.nvPhysicalGpu ||
+            !m_pci.mayTouch(*r.pciAddress))
+            return nullptr;
+        return nvml;
+    }
+
     const NvidiaState& m_state;
+    const PciBus& m_pci;
 };
 
 }  // namespace
@@ -89,8 +106,8 @@ uint32_t buildNvidiaPerfLevels(const NvidiaClockSnapshot& clocks, PerfLevel (&le
     return count;
 }
 
-std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state) {
-    return std::make_unique<NvidiaLiveReader>(state);
+std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state, const PciBus& pci) {
+    return std::make_unique<NvidiaLiveReader>(state, pci);
 }
 
 }  // namespace Kalidornm

@@ -11,6 +11,8 @@ inline constexpr nvmlReturn_t NVML_SUCCESS = 0;
 inline constexpr nvmlReturn_t NVML_ERROR_UNINITIALIZED = 1;
 inline constexpr nvmlReturn_t NVML_ERROR_INVALID_ARGUMENT = 2;
 inline constexpr nvmlReturn_t NVML_ERROR_NOT_SUPPORTED = 3;
+inline constexpr nvmlReturn_t NVML_ERROR_NO_PERMISSION = 4;
+inline constexpr nvmlReturn_t NVML_ERROR_NOT_FOUND = 6;
 inline constexpr nvmlReturn_t NVML_ERROR_INSUFFICIENT_SIZE = 7;
 inline constexpr nvmlReturn_t NVML_ERROR_DRIVER_NOT_LOADED = 9;
 inline constexpr nvmlReturn_t NVML_ERROR_UNKNOWN = 999;
@@ -111,7 +113,11 @@ struct nvmlFieldValue_t {
     nvmlValue_t value;
 };
 
-// Start and stop. The _v2 form does not fail on GPUs that cannot be attached to.
+// Start and stop. The _v2 form does not fail on GPUs that cannot be attached to; the form with flags can
+// start without attaching to any GPU, which leaves sleeping GPUs asleep until one is asked for by bus id.
+inline constexpr unsigned int NVML_INIT_FLAG_NO_GPUS = 1;    // do not fail when no GPU is found
+inline constexpr unsigned int NVML_INIT_FLAG_NO_ATTACH = 2;  // attach to no GPU at start
+extern "C" nvmlReturn_t nvmlInitWithFlags(unsigned int flags);
 extern "C" nvmlReturn_t nvmlInit_v2(void);
 extern "C" nvmlReturn_t nvmlInit(void);
 extern "C" nvmlReturn_t nvmlShutdown(void);
@@ -124,6 +130,9 @@ extern "C" nvmlReturn_t nvmlDeviceGetCount_v2(unsigned int* deviceCount);
 extern "C" nvmlReturn_t nvmlDeviceGetCount(unsigned int* deviceCount);
 extern "C" nvmlReturn_t nvmlDeviceGetHandleByIndex_v2(unsigned int index, nvmlDevice_t* device);
 extern "C" nvmlReturn_t nvmlDeviceGetHandleByIndex(unsigned int index, nvmlDevice_t* device);
+// The GPU at a PCI address, "domain:bus:device.function" in hex ("0000:01:00.0"); only that GPU is attached.
+extern "C" nvmlReturn_t nvmlDeviceGetHandleByPciBusId_v2(const char* pciBusId, nvmlDevice_t* device);
+extern "C" nvmlReturn_t nvmlDeviceGetHandleByPciBusId(const char* pciBusId, nvmlDevice_t* device);
 
 extern "C" nvmlReturn_t nvmlDeviceGetPciInfo_v3(nvmlDevice_t device, nvmlPciInfo_t* pci);
 extern "C" nvmlReturn_t nvmlDeviceGetPciInfo_v2(nvmlDevice_t device, nvmlPciInfo_t* pci);

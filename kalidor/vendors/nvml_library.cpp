@@ -33,6 +33,8 @@ bool NvmlLibrary::load(const std::string& path) {
     bind(l, deviceGetPciInfo, {"nvmlDeviceGetPciInfo_v3", "nvmlDeviceGetPciInfo_v2", "nvmlDeviceGetPciInfo"});
     bind(l, deviceGetName, {"nvmlDeviceGetName"});
 
+    bind(l, initWithFlags, {"nvmlInitWithFlags"});
+    bind(l, deviceGetHandleByPciBusId, {"nvmlDeviceGetHandleByPciBusId_v2", "nvmlDeviceGetHandleByPciBusId"});
     bind(l, systemGetNvmlVersion, {"nvmlSystemGetNVMLVersion"});
     bind(l, deviceGetMemoryInfo, {"nvmlDeviceGetMemoryInfo"});
     bind(l, deviceGetVbiosVersion, {"nvmlDeviceGetVbiosVersion"});
@@ -74,7 +76,11 @@ bool NvmlLibrary::load(const std::string& path) {
 }
 
 bool NvmlLibrary::start() {
-    if (!m_started && init) m_started = init() == NVML_SUCCESS;
+    if (m_started) return true;
+    if (initWithFlags)
+        m_started = initWithFlags(NVML_INIT_FLAG_NO_ATTACH) == NVML_SUCCESS;
+    else if (init)
+        m_started = init() == NVML_SUCCESS;
     return m_started;
 }
 

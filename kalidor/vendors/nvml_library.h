@@ -20,7 +20,7 @@ public:
     // Loads the library and binds its entry points; false when the file is missing or a required entry point
     // is absent.
     bool load(const std::string& path);
-    // nvmlInit_v2, or nvmlInit on a library without it.
+    // nvmlInitWithFlags without attaching any GPU; nvmlInit_v2, or nvmlInit, on a library without it.
     bool start();
     bool started() const { return m_started; }
 
@@ -34,6 +34,8 @@ public:
     decltype(&nvmlDeviceGetName) deviceGetName = nullptr;
 
     // Optional.
+    decltype(&nvmlInitWithFlags) initWithFlags = nullptr;
+    decltype(&nvmlDeviceGetHandleByPciBusId) deviceGetHandleByPciBusId = nullptr;
     decltype(&nvmlSystemGetNVMLVersion) systemGetNvmlVersion = nullptr;
     decltype(&nvmlDeviceGetMemoryInfo) deviceGetMemoryInfo = nullptr;
     decltype(&nvmlDeviceGetVbiosVersion) deviceGetVbiosVersion = nullptr;

@@ -19,17 +19,18 @@ namespace fs = std::filesystem;
 const std::string kFixtures = SYSFS_FIXTURES;
 const std::string kRx6800Hwmon = "/sys/bus/pci/devices/0000:03:00.0/hwmon/hwmon2/";
 
-// A machine replayed from a fixture tree, with the AMD reader run on it as start-up runs it.
+// A machine replayed from a fixture tree, its records made as start-up makes them (no NVIDIA library).
 struct Machine {
     HardwareCaps caps;
     GpuList gpus;
 
     explicit Machine(const std::string& root) {
-        resetAmdSeenBuses();
         caps.sources.rootDir = root;
-        caps.ATI_Init(gpus);
+        caps.sources.nvmlLibrary = "";
+        caps.sources.eglLibrary = "";
+        caps.init(gpus);
     }
-    AmdLiveReader& reader() { return *dynamic_cast<AmdLiveReader*>(caps.amdReader.get()); }
+    AmdLiveReader& reader() { return *dynamic_cast<AmdLiveReader*>(caps.readerFor(kVendorClassAmd)); }
     GpuRecord& gpu(long i) { return *gpus.at(i); }
 };
 
@@ -69,7 +70,9 @@ TEST(AmdReader, FourOutputsOnOneBusMakeOneRecordWithItsReadings) {
     EXPECT_EQ(r.subdeviceId, 0x0E3Au);
     EXPECT_STREQ(r.name, "AMD Radeon RX 6800/6800 XT / 6900 XT");
     EXPECT_STREQ(r.codename, "Navi 21(RDNA2)");
-    EXPECT_EQ(r.displaySlot, kNoDisplaySlot);  // no display slot fits on this machine
+    EXPECT_EQ(r.displaySlot, 0u);
+    EXPECT_STREQ(r.displayDeviceKey, "/sys/bus/pci/devices/0000:03:00.0");
+    EXPECT_STREQ(r.biosVersion, "113-D4120100-100");  // the kernel driver's values of its device
 
     // Start-up readings: m°C / 1000, pwm1 / pwm1_max × 100, RPM.
     EXPECT_FLOAT_EQ(r.sensorGpu.current, 45.0f);
@@ -106,7 +109,10 @@ TEST(AmdReader, FourOutputsOnOneBusMakeOneRecordWithItsReadings) {
     EXPECT_EQ(max, 115);  // 233 W of 203 W
 
     // A second initialisation without shutdown is refused and adds nothing.
-    EXPECT_FALSE(AMD_Display_Library_Init(m.caps, m.gpus));
+    const BackendServices services{m.caps.sources, m.caps.pci, m.caps.display};
+    std::vector<const PciDevice*> devices;
+    for (const PciDevice& device : m.caps.pci.devices()) devices.push_back(&device);
+    EXPECT_FALSE(AMD_Display_Library_Init(m.caps.amd, m.reader(), devices, services, m.gpus));
     EXPECT_EQ(m.gpus.size(), 1u);
 }
 
@@ -122,7 +128,7 @@ TEST(AmdReader, LiveReadsFollowTheDriverAtEveryCall) {
     float core = 0, board = -3;
     ASSERT_TRUE(m.reader().readTemperatures(r, &core, &board, nullptr, nullptr));
     EXPECT_FLOAT_EQ(core, 71.5f);
-    EXPECT_FLOAT_EQ(board, 0.0f);
+    EXPECT_FLOAT_EQ(board, -3.0f);  // no board sensor: unknown, not 0 °C
     float percent = 0, rpm = 0;
     ASSERT_TRUE(m.reader().readFanSpeed(r, &percent, &rpm));
     EXPECT_FLOAT_EQ(percent, 100.0f);
@@ -147,13 +153,17 @@ TEST(AmdReader, ACardWithoutHwmonGetsARecordButNoLiveRead) {
     EXPECT_EQ(r.deviceId, 0x67DFu);
     EXPECT_EQ(r.perfLevelCount, 0u);
 
+    // Regression: without a read path the temperature read said true with a stale 0 °C, and the fan read set
+    // both values to 0 before failing.
     float core = -5;
-    EXPECT_TRUE(m.reader().readTemperatures(r, &core, nullptr, nullptr, nullptr));  // true without a read path
-    EXPECT_FLOAT_EQ(core, 0.0f);
+    EXPECT_FALSE(m.reader().readTemperatures(r, &core, nullptr, nullptr, nullptr));
+    EXPECT_FLOAT_EQ(core, -5.0f);
+    EXPECT_FALSE(r.sensorGpu.read);
     float percent = 5, rpm = 5;
     EXPECT_FALSE(m.reader().readFanSpeed(r, &percent, &rpm));
-    EXPECT_FLOAT_EQ(percent, 0.0f);  // both cleared before the read
-    EXPECT_FLOAT_EQ(rpm, 0.0f);
+    EXPECT_FLOAT_EQ(percent, 5.0f);
+    EXPECT_FLOAT_EQ(rpm, 5.0f);
+    EXPECT_FLOAT_EQ(r.fanPercent, -1.0f);  // still never read
     EXPECT_FALSE(m.reader().readLoad(r, &percent, nullptr));
     EXPECT_FLOAT_EQ(r.gpuLoadPercent, -1.0f);
     EXPECT_FALSE(m.reader().readCurrentClocks(r, nullptr, nullptr, nullptr, nullptr, nullptr));
@@ -164,7 +174,7 @@ TEST(AmdReader, ASuspendedDgpuBesideAnIntelIgpuIsListedButNotWoken) {
     Machine m(kFixtures + "/amdgpu-suspended");
     EXPECT_EQ(m.caps.amd.agsGpuCount, 1u);  // the i915 device is not counted
     EXPECT_EQ(m.caps.amd.adlAdapterCount, 1);  // no outputs: one entry for the card
-    ASSERT_EQ(m.gpus.size(), 1u);
+    ASSERT_EQ(m.gpus.size(), 2u);  // the Intel GPU follows as an other adapter
     GpuRecord& r = m.gpu(0);
     EXPECT_EQ(r.busId, 1);
     EXPECT_EQ(r.deviceId, 0x73FFu);
@@ -212,8 +222,8 @@ TEST(AmdReader, MalformedAttributesFailTheirReadCleanly) {
     ASSERT_EQ(m.gpus.size(), 1u);
     GpuRecord& r = m.gpu(0);
     float core = -5;
-    EXPECT_TRUE(m.reader().readTemperatures(r, &core, nullptr, nullptr, nullptr));
-    EXPECT_FLOAT_EQ(core, 0.0f);  // empty temp1_input: no value taken
+    EXPECT_FALSE(m.reader().readTemperatures(r, &core, nullptr, nullptr, nullptr));  // empty temp1_input
+    EXPECT_FLOAT_EQ(core, -5.0f);
     EXPECT_FALSE(m.reader().readFanSpeed(r, nullptr, nullptr));  // pwm1 above pwm1_max, negative RPM
     EXPECT_FALSE(m.reader().readLoad(r, nullptr, nullptr));      // 101 percent
     EXPECT_FALSE(m.reader().readCurrentClocks(r, nullptr, nullptr, nullptr, nullptr, nullptr));  // no '*'
@@ -225,11 +235,11 @@ TEST(AmdReader, MalformedAttributesFailTheirReadCleanly) {
     Machine good(copy.root);
     GpuRecord& g = good.gpu(0);
     copy.write(kRx6800Hwmon + "temp1_input", "99999999999999999999\n");
-    ASSERT_TRUE(good.reader().readTemperatures(g, &core, nullptr, nullptr, nullptr));
-    EXPECT_FLOAT_EQ(core, 45.0f);  // the last good reading stays
+    EXPECT_FALSE(good.reader().readTemperatures(g, &core, nullptr, nullptr, nullptr));
+    EXPECT_FLOAT_EQ(g.sensorGpu.current, 45.0f);  // the last good reading stays
     copy.write(kRx6800Hwmon + "temp1_input", "4000000000\n");
-    good.reader().readTemperatures(g, &core, nullptr, nullptr, nullptr);
-    EXPECT_FLOAT_EQ(core, 45.0f);
+    EXPECT_FALSE(good.reader().readTemperatures(g, &core, nullptr, nullptr, nullptr));
+    EXPECT_FLOAT_EQ(g.sensorGpu.current, 45.0f);
     copy.write(kRx6800Hwmon + "power1_cap", "-203000000\n");
     EXPECT_FALSE(good.reader().readPowerControl(g, nullptr, nullptr, nullptr, nullptr));
     copy.write("/sys/bus/pci/devices/0000:03:00.0/gpu_busy_percent", "");
@@ -243,7 +253,6 @@ TEST(AmdReader, MalformedAttributesFailTheirReadCleanly) {
 TEST(AmdReader, AMachineWithoutAmdgpuHasNoAmdRecord) {
     Machine m(kFixtures + "/no-such-machine");
     EXPECT_FALSE(m.caps.amd.adlLoaded);
-    EXPECT_EQ(m.caps.amdReader, nullptr);
     EXPECT_EQ(m.caps.amd.agsGpuCount, 0u);
     EXPECT_TRUE(m.gpus.empty());
 }
@@ -253,9 +262,9 @@ TEST(KalidorAmd, FacadeReadsPowerControlAndCounts) {
     ASSERT_NE(library, nullptr);
     HardwareCaps* caps = library->caps();
     ASSERT_NE(caps, nullptr);
-    resetAmdSeenBuses();
     caps->sources.rootDir = kFixtures + "/amdgpu-two-cards";
-    caps->ATI_Init(gGlobals.gpus);
+    caps->sources.nvmlLibrary = "";
+    caps->init(gGlobals.gpus);
 
     EXPECT_EQ(library->getAmdAgsGpuCount(), 2u);
     EXPECT_EQ(library->getAmdCrossfireGpuCount(), 0u);
@@ -273,7 +282,7 @@ TEST(KalidorAmd, FacadeReadsPowerControlAndCounts) {
 
     gGlobals.gpus.clear();
     caps->cleanup();
-    caps->amd = AmdState{};
+    *caps = HardwareCaps{};
 }
 
 }  // namespace

@@ -6,18 +6,6 @@ namespace {
 
 using namespace Kalidornm;
 
-TEST(SysfsInteger, AcceptsWhatTheDriverWritesAndNothingElse) {
-    EXPECT_EQ(parseSysfsInteger("45000\n"), 45000);
-    EXPECT_EQ(parseSysfsInteger(" -5 \n"), -5);
-    EXPECT_EQ(parseSysfsInteger("9223372036854775807"), INT64_MAX);
-    for (const char* bad : {"", "\n", "-", "abc", "12abc", "1 2", "4.5", "0x10", "99999999999999999999999",
-                            "9223372036854775808"})
-        EXPECT_FALSE(parseSysfsInteger(bad)) << '"' << bad << '"';
-    EXPECT_EQ(parseSysfsInteger("255", 0, 255), 255);
-    EXPECT_FALSE(parseSysfsInteger("256", 0, 255));
-    EXPECT_FALSE(parseSysfsInteger("-1", 0, 255));
-}
-
 TEST(DpmTable, TheStarredLineIsTheCurrentLevel) {
     const auto table = parseDpmTable("0: 500Mhz \n1: 1815Mhz *\n2: 2475Mhz \n");
     ASSERT_TRUE(table);

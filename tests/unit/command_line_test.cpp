@@ -1,10 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <sstream>
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include "app/app_state.h"
 #include "app/command_line.h"
+#include "app/command_line_help.h"
 
 namespace {
 
@@ -28,7 +32,7 @@ auto optionFields(const AppState& s) {
                     s.clKernelWorkloadDoCheck, s.clNativeSin, s.clGlInterop, s.clExplicitWorkgroupSize,
                     s.clKernelWorkloadMad, s.clUseLocalMem, s.clParticlesGpu, s.clParticlesCpu, s.clParticlesSin,
                     s.clJuliaAnimated, s.clJuliaRttSize, s.openclSupportEnabled, s.exportXmlReport,
-                    s.exportTxtReport, s.exportJsonReport);
+                    s.exportTxtReport, s.exportJsonReport, s.demoCaptureLastFrame, s.startDemoGl4Tessellation);
 }
 
 // Text that only resembles options (no slash, wrong case, a bare slash or equals sign) changes nothing.
@@ -106,7 +110,7 @@ TEST(CommandLine, EveryFlagMovesItsFieldAwayFromTheDefault) {
         "/no_online_check /disable_gl3_torus_radeon_fix /disable_gl_render_in_cl_demos /bench_log_results "
         "/close_app_end_of_demo /gl4_no_tess_level_anim /cl_demo_native_sin_disabled /cl_demo_gl_interop_disabled "
         "/cl_demo_explicit_workgroup_size_disabled /cl_demo_use_local_mem /cl_particles_sin /cl_julia_not_animated "
-        "/disable_cl_support /exp_xml_report /exp_txt_report /exp_json_report");
+        "/disable_cl_support /exp_xml_report /exp_txt_report /exp_json_report /demo_capture_last_frame");
     EXPECT_FALSE(s.onlineCheckEnabled);
     EXPECT_FALSE(s.gl3TorusRadeonFix);
     EXPECT_FALSE(s.glRenderInClDemos);
@@ -123,6 +127,7 @@ TEST(CommandLine, EveryFlagMovesItsFieldAwayFromTheDefault) {
     EXPECT_TRUE(s.exportXmlReport);
     EXPECT_TRUE(s.exportTxtReport);
     EXPECT_TRUE(s.exportJsonReport);
+    EXPECT_TRUE(s.demoCaptureLastFrame);
 }
 
 TEST(CommandLine, EachAutoStartOptionSetsOnlyItsOwnFlag) {
@@ -145,6 +150,7 @@ TEST(CommandLine, EachAutoStartOptionSetsOnlyItsOwnFlag) {
         {"/start_demo_gl2_vtf", &AppState::startDemoGl2Vtf},
         {"/start_demo_gl2_toon", &AppState::startDemoGl2Toon},
         {"/start_demo_gl2_simple_torus", &AppState::startDemoGl2SimpleTorus},
+        {"/start_demo_gl4_tessellation", &AppState::startDemoGl4Tessellation},
     };
     for (const Case& given : cases) {
         const AppState s = parsed(given.option);
@@ -152,12 +158,12 @@ TEST(CommandLine, EachAutoStartOptionSetsOnlyItsOwnFlag) {
     }
 }
 
-TEST(CommandLine, KnowsFiftyFiveOptionsAndNoneIsAnUnrelatedSubstringOfAnother) {
-    ASSERT_EQ(commandLineOptionCount(), 55u);
-    EXPECT_EQ(commandLineOptionText(55), nullptr);
+TEST(CommandLine, KnowsFiftySevenOptionsAndNoneIsAnUnrelatedSubstringOfAnother) {
+    ASSERT_EQ(commandLineOptionCount(), 57u);
+    EXPECT_EQ(commandLineOptionText(57), nullptr);
     // The one intended overlap: "/cl_log_results" inside its surface-deformer twin.
-    for (size_t i = 0; i < 55; ++i) {
-        for (size_t j = 0; j < 55; ++j) {
+    for (size_t i = 0; i < 57; ++i) {
+        for (size_t j = 0; j < 57; ++j) {
             if (i == j) continue;
             const std::string a = commandLineOptionText(i), b = commandLineOptionText(j);
             if (b.find(a) == std::string::npos) continue;
@@ -176,6 +182,53 @@ TEST(CommandLine, OnlineHostTakesTheTextUpToTheNextBlankAndAloneTurnsNothingElse
     // A text longer than the field is cut, never written past it.
     const std::string longHost = "/online_host=http://" + std::string(400, 'a');
     EXPECT_EQ(std::string(parsed(longHost.c_str()).onlineHost).size(), AppState::kOnlineHostSize - 1);
+}
+
+// --help and --version are found by substring like every option, so neither may hide inside an option's text
+// nor hold one: "/gl30--help" asks for help, and --help must not also ask for something else.
+TEST(CommandLine, HelpAndVersionShareNoTextWithAnyOption) {
+    for (const std::string request : {kHelpOption, kVersionOption}) {
+        for (size_t i = 0; i < commandLineOptionCount(); ++i) {
+            const std::string option = commandLineOptionText(i);
+            EXPECT_EQ(request.find(option), std::string::npos) << option << " in " << request;
+            EXPECT_EQ(option.find(request), std::string::npos) << request << " in " << option;
+        }
+    }
+}
+
+TEST(CommandLineHelp, RequestsAreFoundAnywhereInTheirOwnCaseAndHelpBeatsVersion) {
+    EXPECT_EQ(requestedInformation(nullptr), "");
+    EXPECT_EQ(requestedInformation(""), "");
+    EXPECT_EQ(requestedInformation("/exp_txt_report /gl32"), "");
+    EXPECT_EQ(requestedInformation("--HELP -help -version"), "");
+    EXPECT_EQ(requestedInformation("/gl30--help"), helpText());
+    EXPECT_EQ(requestedInformation("/exp_txt_report --version"), versionText());
+    EXPECT_EQ(requestedInformation("--version --help"), helpText());
+    EXPECT_EQ(versionText(), "Lumenscope 1.26.0.0\n");
+}
+
+TEST(CommandLineHelp, ListsEveryOptionOnOneLineWithItsDescriptionInOneColumn) {
+    std::vector<std::string> lines;
+    std::istringstream text(helpText());
+    for (std::string line; std::getline(text, line);) lines.push_back(line);
+    const auto optionsHeading = std::find(lines.begin(), lines.end(), "Options:");
+    ASSERT_NE(optionsHeading, lines.end());
+    const std::vector<std::string> optionLines(optionsHeading + 1, lines.end());
+
+    const std::vector<OptionDescription> options = describedOptions();
+    ASSERT_EQ(optionLines.size(), options.size());
+    EXPECT_EQ(options.size(), commandLineOptionCount() + 2);
+    size_t column = 0;
+    for (size_t i = 0; i < options.size(); ++i) {
+        const std::string shown = std::string(options[i].text) + (options[i].value ? options[i].value : "");
+        const std::string& line = optionLines[i];
+        EXPECT_EQ(line.rfind("  " + shown + "  ", 0), 0u) << line;
+        ASSERT_GE(line.size(), std::string(options[i].description).size());
+        const size_t at = line.size() - std::string(options[i].description).size();
+        EXPECT_EQ(line.substr(at), options[i].description);
+        if (i == 0) column = at;
+        EXPECT_EQ(at, column) << line;
+    }
 }
 
 TEST(CommandLine, JoinsArgumentsWithSingleBlanksWithoutTheProgramName) {

@@ -26,6 +26,8 @@ public:
         std::remove(m_path.c_str());
     }
     FakeNvmlMachine(const FakeNvmlMachine&) = delete;
+    // The settings file, for a library started elsewhere.
+    const std::string& path() const { return m_path; }
     FakeNvmlMachine& operator=(const FakeNvmlMachine&) = delete;
 
     // "full", "legacy" (first call versions only, no newer optional calls) or "broken" (a required call missing).

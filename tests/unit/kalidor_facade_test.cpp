@@ -43,14 +43,16 @@ TEST(KalidorFacade, RecordsOfOtherVendorsReadNothingLive) {
 TEST(KalidorFacade, TrackedExtremesFollowTheLastReadings) {
     Kalidor* library = Kalidor::getInstance();
     auto record = std::make_unique<GpuRecord>();
-    record->sensorGpu.current = 55.0f;
+    record->sensorGpu.take(55.0f);
     gGlobals.gpus.append(std::move(record));
 
-    float core = 0, board = 0;
+    // Regression: a board sensor never read counted as 0 °C and raised its maximum from -1000 to 0.
+    float core = 0, board = -7;
     ASSERT_TRUE(library->readGpuMaxTemperatures(0, &core, &board, nullptr, nullptr));
     EXPECT_FLOAT_EQ(core, 55.0f);
-    EXPECT_FLOAT_EQ(board, 0.0f);  // a sensor still at 0 raises its max from -1000 to 0
-    gGlobals.gpus.at(0)->sensorGpu.current = 40.0f;
+    EXPECT_FLOAT_EQ(board, -7.0f);
+    EXPECT_FLOAT_EQ(gGlobals.gpus.at(0)->sensorBoard.max, -1000.0f);
+    gGlobals.gpus.at(0)->sensorGpu.take(40.0f);
     ASSERT_TRUE(library->readGpuMaxTemperatures(0, &core, nullptr, nullptr, nullptr));
     EXPECT_FLOAT_EQ(core, 55.0f);
     ASSERT_TRUE(library->readGpuMinTemperatures(0, &core, nullptr, nullptr, nullptr));

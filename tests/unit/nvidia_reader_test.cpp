@@ -2,8 +2,6 @@
 
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
-#include <initializer_list>
 #include <string>
 
 #include "fake_nvml_machine.h"
@@ -70,59 +68,50 @@ TEST(NvidiaPerfLevels, P0AtTheMaximumClocksThenTheCurrentState) {
     EXPECT_EQ(buildNvidiaPerfLevels(NvidiaClockSnapshot{}, levels), 0u);
 }
 
-// Display slots of a machine with two identical cards, and a slot finder that follows the skip rule.
-struct TwoSlotDisplay {
-    DisplaySlot slots[2];
-    int registryReads = 0;
+// The NVIDIA backend with the others of the table, run as start-up runs them, on a machine whose PCI bus is
+// read from `root` (none by default: the driver's own list then names the GPUs).
+struct NvidiaRun {
+    HardwareCaps caps;
+    GpuList gpus;
 
-    TwoSlotDisplay() {
-        for (int i = 0; i < 2; ++i) {
-            std::snprintf(slots[i].deviceId, sizeof slots[i].deviceId,
-                          "PCI\\VEN_10DE&DEV_1180&SUBSYS_096910DE&REV_A1");
-            std::snprintf(slots[i].deviceName, sizeof slots[i].deviceName, "\\\\.\\DISPLAY%d", i + 1);
-            std::snprintf(slots[i].deviceString, sizeof slots[i].deviceString, "GTX 680 #%d", i + 1);
-        }
+    explicit NvidiaRun(const std::string& library, const std::string& root = kNoSysfs) {
+        caps.sources.nvmlLibrary = library;
+        caps.sources.rootDir = root;
+        caps.sources.eglLibrary = "";
+        caps.pci = PciBus::scan(root);
     }
-
-    NvidiaDisplayHooks hooks() {
-        NvidiaDisplayHooks h;
-        h.findDisplaySlot = [](uint32_t vendor, uint32_t device, uint32_t, uint32_t, uint32_t skip) {
-            if (vendor != 0x10DE || device != 0x1180) return kNoDisplaySlot;
-            const uint32_t first = skip == kNoDisplaySlot ? 0 : skip + 1;
-            return first < 2 ? first : kNoDisplaySlot;
-        };
-        h.slot = [this](uint32_t s) -> const DisplaySlot* { return s < 2 ? &slots[s] : nullptr; };
-        h.readDriverRegistry = [this](GpuRecord& r) {
-            ++registryReads;
-            copyText(r.driverVersion, "31.0.15.5415");
-            copyText(r.driverDate, "2-16-2024");
-            return true;
-        };
-        return h;
-    }
+    void start() { caps._createGpuRecords(gpus); }
+    const NvidiaState& state() const { return caps.nvidia; }
 };
+
+// Two display slots with the ids of two identical cards, as a machine whose driver lists each card.
+void addTwoIdenticalSlots(DisplayDeviceData& display) {
+    for (int i = 0; i < 2; ++i) {
+        DisplaySlot& slot = display.slots[i];
+        slot.ids = {0x10DE, 0x1180, 0x10DE, 0x0969, 0xA1};
+        copyText(slot.deviceId, pciDeviceIdString(slot.ids).c_str());
+        std::snprintf(slot.deviceName, sizeof slot.deviceName, "\\\\.\\DISPLAY%d", i + 1);
+        std::snprintf(slot.deviceString, sizeof slot.deviceString, "GTX 680 #%d", i + 1);
+    }
+}
 
 TEST(NvidiaReader, NoLibraryOrNoDriverMakesNoRecord) {
     FakeNvmlMachine machine("gpu 0 pci_device 0x118010DE\n");
     for (const std::string& path : {std::string("/nonexistent/libnvidia-ml.so.1"),
                                     FakeNvmlMachine::library("broken")}) {
-        NvidiaState state;
-        GpuList gpus;
-        initNvidiaReader(state, path, kNoSysfs, gpus, NvidiaDisplayHooks{});
-        EXPECT_TRUE(gpus.empty()) << path;
-        EXPECT_EQ(state.library(), nullptr) << path;
-        EXPECT_EQ(state.nvPhysicalGpuCount, 0u);
+        NvidiaRun run(path);
+        run.start();
+        EXPECT_TRUE(run.gpus.empty()) << path;
+        EXPECT_EQ(run.state().library(), nullptr) << path;
+        EXPECT_EQ(run.state().nvPhysicalGpuCount, 0u);
     }
 
     FakeNvmlMachine failing("init_fails\ngpu 0 pci_device 0x118010DE\n");
-    HardwareCaps caps;
-    caps.sources.nvmlLibrary = FakeNvmlMachine::library();
-    caps.sources.rootDir = kNoSysfs;
-    GpuList gpus;
-    caps.NVAPI_Init(gpus);
-    EXPECT_TRUE(gpus.empty());
-    EXPECT_EQ(caps.nvidiaReader, nullptr);
-    EXPECT_EQ(caps.nvidia.nvDriverVersion, 0u);
+    NvidiaRun run(FakeNvmlMachine::library());
+    run.start();
+    EXPECT_TRUE(run.gpus.empty());
+    EXPECT_EQ(run.caps.readerFor(kVendorClassNvidia), nullptr);
+    EXPECT_EQ(run.state().nvDriverVersion, 0u);
 }
 
 TEST(NvidiaReader, TwoIdenticalCardsGetARecordAndADisplaySlotEach) {
@@ -130,69 +119,28 @@ TEST(NvidiaReader, TwoIdenticalCardsGetARecordAndADisplaySlotEach) {
         "driver 550.54.15\n"
         "gpu 0 pci_device 0x118010DE\ngpu 0 pci_subsystem 0x096910DE\ngpu 0 bus 4\ngpu 0 temp 40\n"
         "gpu 1 pci_device 0x118010DE\ngpu 1 pci_subsystem 0x096910DE\ngpu 1 bus 2\ngpu 1 temp 41\n");
-    TwoSlotDisplay display;
-    NvidiaState state;
-    GpuList gpus;
-    initNvidiaReader(state, FakeNvmlMachine::library(), kNoSysfs, gpus, display.hooks());
+    NvidiaRun run(FakeNvmlMachine::library());
+    addTwoIdenticalSlots(run.caps.display);
+    run.start();
+    const GpuList& gpus = run.gpus;
+    const NvidiaState& state = run.state();
+    const DisplayDeviceData& display = run.caps.display;
 
     ASSERT_EQ(gpus.size(), 2u);
     ASSERT_EQ(state.nvPhysicalGpuCount, 2u);
     EXPECT_EQ(state.nvLogicalGpuCount, 2u);
-    EXPECT_EQ(display.registryReads, 2);
     // Driver order, not bus order.
     EXPECT_EQ(gpus.at(0)->busId, 4);
     EXPECT_EQ(gpus.at(1)->busId, 2);
     for (uint32_t i = 0; i < 2; ++i) {
         const GpuRecord& r = *gpus.at(long(i));
-        EXPECT_EQ(r.vendorClass, kVendorClassNvidia);
         EXPECT_EQ(r.nvPhysicalGpu, state.nvPhysicalGpus[i]);
         EXPECT_EQ(r.displaySlot, i);
         EXPECT_STREQ(r.displayDeviceString, display.slots[i].deviceString);
-        EXPECT_STREQ(r.displayDeviceName, display.slots[i].deviceName);
-        EXPECT_EQ(r.vendorId, 0x10DEu);
-        EXPECT_EQ(r.deviceId, 0x1180u);
-        EXPECT_EQ(r.subvendorId, 0x10DEu);
-        EXPECT_EQ(r.subdeviceId, 0x0969u);
-        EXPECT_EQ(r.nvDeviceId32, 0x118010DEu);
         EXPECT_STREQ(r.name, "NVIDIA GeForce GTX 680");
-        EXPECT_STREQ(r.codename, "GK104");
-        EXPECT_EQ(r.tmus, 128);
-        EXPECT_EQ(r.rops, 32);
-        // The driver number replaces the registry's version text; the registry's date stays.
         EXPECT_STREQ(r.driverVersion, "R550.54");
-        EXPECT_STREQ(r.driverDate, "2-16-2024");
-        EXPECT_STREQ(r.driverBranch, "r550");
-        EXPECT_EQ(r.nvDriverVersion, 55054u);
         EXPECT_TRUE(r.hasTemperature);
     }
-}
-
-TEST(NvidiaReader, RecordTakesTheDriversFiguresAndItsPerfLevelTable) {
-    FakeNvmlMachine machine(kBusyGtx680);
-    NvidiaState state;
-    GpuList gpus;
-    initNvidiaReader(state, FakeNvmlMachine::library(), kNoSysfs, gpus, NvidiaDisplayHooks{});
-    ASSERT_EQ(gpus.size(), 1u);
-    const GpuRecord& r = *gpus.at(0);
-    EXPECT_EQ(r.displaySlot, kNoDisplaySlot);
-    EXPECT_EQ(r.physicalFrameBufferKb, 2048u * 1024u);
-    EXPECT_EQ(r.memorySizeMb, 2048u);
-    EXPECT_EQ(state.nvGpuInfo[0].physicalFrameBufferKb, 2048u * 1024u);
-    EXPECT_STREQ(state.nvGpuInfo[0].fullName, "NVIDIA GeForce GTX 680");
-    EXPECT_STREQ(r.biosVersion, "80.04.09.00.01");
-    EXPECT_EQ(r.shaderCores, 1536);
-    EXPECT_EQ(r.memoryBusWidth, 256u);
-    EXPECT_EQ(r.pcieWidth, 16u);
-    EXPECT_EQ(r.irq, 42u);
-    EXPECT_FLOAT_EQ(r.sensorGpu.current, 45.0f);
-    EXPECT_FLOAT_EQ(r.sensorMemory.current, 60.0f);
-    ASSERT_EQ(r.perfLevelCount, 2u);
-    EXPECT_EQ(r.perfLevels[0].id, 0u);
-    EXPECT_FLOAT_EQ(r.perfLevels[0].gpuClockMhz, 1110.0f);
-    EXPECT_EQ(r.perfLevels[1].id, 8u);
-    EXPECT_FLOAT_EQ(r.perfLevels[1].memClockMhz, 810.0f);
-    // Live values are not read at start-up.
-    EXPECT_FLOAT_EQ(r.fanPercent, -1.0f);
 }
 
 TEST(NvidiaReader, UnknownDeviceZeroTemperatureAndFailingReadsKeepDefaults) {
@@ -201,9 +149,9 @@ TEST(NvidiaReader, UnknownDeviceZeroTemperatureAndFailingReadsKeepDefaults) {
         "gpu 1 pci_device 0x118010DE\ngpu 1 temp 50\ngpu 1 fail DeviceGetTemperature\n"
         "gpu 1 fail DeviceGetVbiosVersion\ngpu 1 fail DeviceGetNumGpuCores\ngpu 1 fail DeviceGetPerformanceState\n"
         "gpu 1 fail DeviceGetMaxClockInfo\n");
-    NvidiaState state;
-    GpuList gpus;
-    initNvidiaReader(state, FakeNvmlMachine::library(), kNoSysfs, gpus, NvidiaDisplayHooks{});
+    NvidiaRun run(FakeNvmlMachine::library());
+    run.start();
+    const GpuList& gpus = run.gpus;
     ASSERT_EQ(gpus.size(), 2u);
     const GpuRecord& prototype = *gpus.at(0);
     EXPECT_STREQ(prototype.name, "NVIDIA Prototype");
@@ -222,9 +170,9 @@ TEST(NvidiaReader, UnknownDeviceZeroTemperatureAndFailingReadsKeepDefaults) {
 
 TEST(NvidiaReader, OldLibraryStartsThroughThePlainInitAndLacksTheNewerReads) {
     FakeNvmlMachine machine(kBusyGtx680);
-    NvidiaState state;
-    GpuList gpus;
-    initNvidiaReader(state, FakeNvmlMachine::library("legacy"), kNoSysfs, gpus, NvidiaDisplayHooks{});
+    NvidiaRun run(FakeNvmlMachine::library("legacy"));
+    run.start();
+    const GpuList& gpus = run.gpus;
     ASSERT_EQ(gpus.size(), 1u);
     const GpuRecord& r = *gpus.at(0);
     EXPECT_EQ(r.deviceId, 0x1180u);
@@ -232,66 +180,6 @@ TEST(NvidiaReader, OldLibraryStartsThroughThePlainInitAndLacksTheNewerReads) {
     EXPECT_EQ(r.irq, 0u);                            // no IRQ query in the old library
     EXPECT_FLOAT_EQ(r.sensorGpu.current, 45.0f);
     EXPECT_FLOAT_EQ(r.sensorMemory.current, 0.0f);  // no field-value query
-}
-
-// A sysfs tree with NVIDIA display controllers, each awake or asleep.
-class SysfsTree {
-public:
-    explicit SysfsTree(std::initializer_list<std::pair<const char*, const char*>> devices) {
-        m_root = ::testing::TempDir() + "nvidia_sysfs_" + std::to_string(::getpid());
-        for (auto [address, status] : devices) {
-            const std::string dir = m_root + "/sys/bus/pci/devices/" + address;
-            std::filesystem::create_directories(dir + "/power");
-            write(dir + "/vendor", "0x10de");
-            write(dir + "/device", "0x1c82");
-            write(dir + "/subsystem_vendor", "0x1458");
-            write(dir + "/subsystem_device", "0x3763");
-            write(dir + "/class", "0x030000");
-            write(dir + "/power/runtime_status", status);
-        }
-    }
-    ~SysfsTree() { std::filesystem::remove_all(m_root); }
-    const std::string& root() const { return m_root; }
-
-private:
-    static void write(const std::string& path, const char* text) {
-        if (FILE* file = std::fopen(path.c_str(), "w")) {
-            std::fprintf(file, "%s\n", text);
-            std::fclose(file);
-        }
-    }
-    std::string m_root;
-};
-
-// Starting the driver would wake a sleeping laptop GPU: with every NVIDIA GPU asleep it is not started.
-TEST(NvidiaReader, SleepingGpusGetRecordsWithoutWakingTheDriver) {
-    FakeNvmlMachine machine("gpu 0 pci_device 0x1C8210DE\ngpu 0 bus 1\ngpu 0 temp 40\n");
-    {
-        SysfsTree sysfs({{"0000:01:00.0", "suspended"}});
-        NvidiaState state;
-        GpuList gpus;
-        initNvidiaReader(state, FakeNvmlMachine::library(), sysfs.root(), gpus, NvidiaDisplayHooks{});
-        EXPECT_EQ(state.library(), nullptr);
-        ASSERT_EQ(gpus.size(), 1u);
-        const GpuRecord& r = *gpus.at(0);
-        EXPECT_EQ(r.vendorClass, kVendorClassNvidia);
-        EXPECT_EQ(r.busId, 1);
-        EXPECT_EQ(r.deviceId, 0x1C82u);
-        EXPECT_EQ(r.subvendorId, 0x1458u);
-        EXPECT_EQ(r.subdeviceId, 0x3763u);
-        EXPECT_STREQ(r.name, "NVIDIA GeForce GTX 1050 Ti");
-        EXPECT_FALSE(r.hasTemperature);
-        EXPECT_EQ(r.nvPhysicalGpu, nullptr);
-    }
-    {
-        SysfsTree sysfs({{"0000:01:00.0", "suspended"}, {"0000:02:00.0", "active"}});
-        NvidiaState state;
-        GpuList gpus;
-        initNvidiaReader(state, FakeNvmlMachine::library(), sysfs.root(), gpus, NvidiaDisplayHooks{});
-        EXPECT_NE(state.library(), nullptr);
-        ASSERT_EQ(gpus.size(), 1u);
-        EXPECT_TRUE(gpus.at(0)->hasTemperature);
-    }
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 
 #include <cstdio>
 #include <cstring>
-#include <fstream>
 
 namespace Kalidornm {
 
@@ -19,23 +18,17 @@ bool hasWord(const char* list, const char* word) {
     return false;
 }
 
-int32_t readHexFile(const std::string& path) {
-    std::ifstream in(path);
-    unsigned value = 0;
-    std::string text;
-    if (!(in >> text) || std::sscanf(text.c_str(), "%x", &value) != 1) return -1;
-    return static_cast<int32_t>(value);
+// Whether an EGL device's DRM file ("/dev/dri/card0") is one of the nodes named.
+bool isOneOf(const char* file, const std::vector<std::string>& nodes) {
+    if (!file) return false;
+    const char* slash = std::strrchr(file, '/');
+    const std::string base = slash ? slash + 1 : file;
+    for (const std::string& node : nodes)
+        if (base == node) return true;
+    return false;
 }
 
-// PCI ids of a DRM node such as /dev/dri/card0 or /dev/dri/renderD128, read from sysfs.
-bool drmNodeMatches(const std::string& rootDir, const char* node, int32_t vendor, int32_t device) {
-    if (!node || vendor < 0) return false;
-    const char* base = std::strrchr(node, '/');
-    const std::string dir = rootDir + "/sys/class/drm/" + (base ? base + 1 : node) + "/device/";
-    return readHexFile(dir + "vendor") == vendor && readHexFile(dir + "device") == device;
-}
-
-EGLDisplay openDevicePlatform(const std::string& rootDir, int32_t vendor, int32_t device) {
+EGLDisplay openDevicePlatform(const std::vector<std::string>& primaryDrmNodes) {
     const char* clientExtensions = eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS);
     if (!hasWord(clientExtensions, "EGL_EXT_platform_device")) return EGL_NO_DISPLAY;
     auto queryDevices = reinterpret_cast<PFNEGLQUERYDEVICESEXTPROC>(eglGetProcAddress("eglQueryDevicesEXT"));
@@ -50,7 +43,7 @@ EGLDisplay openDevicePlatform(const std::string& rootDir, int32_t vendor, int32_
     EGLDeviceEXT chosen = devices[0];
     for (EGLint i = 0; queryDeviceString && i < count; ++i) {
         const char* node = queryDeviceString(devices[i], EGL_DRM_DEVICE_FILE_EXT);
-        if (drmNodeMatches(rootDir, node, vendor, device)) {
+        if (isOneOf(node, primaryDrmNodes)) {
             chosen = devices[i];
             break;
         }
@@ -62,8 +55,8 @@ EGLDisplay openDevicePlatform(const std::string& rootDir, int32_t vendor, int32_
 
 EglProbe::~EglProbe() { release(); }
 
-bool EglProbe::openDisplay(const std::string& rootDir, int32_t vendor, int32_t device) {
-    EGLDisplay display = openDevicePlatform(rootDir, vendor, device);
+bool EglProbe::openDisplay(const std::vector<std::string>& primaryDrmNodes) {
+    EGLDisplay display = openDevicePlatform(primaryDrmNodes);
     m_platformName = "device";
     if (display != EGL_NO_DISPLAY && !eglInitialize(display, nullptr, nullptr)) display = EGL_NO_DISPLAY;
     if (display == EGL_NO_DISPLAY) {

@@ -18,9 +18,9 @@ public:
     EglProbe(const EglProbe&) = delete;
     EglProbe& operator=(const EglProbe&) = delete;
 
-    // The device platform, preferring the DRM device whose PCI ids are those of the primary display device
-    // (read below rootDir), else the first device; Mesa's surfaceless platform when no device opens.
-    bool openDisplay(const std::string& rootDir, int32_t primaryVendorId, int32_t primaryDeviceId);
+    // The device platform, preferring the EGL device whose DRM node is one of the primary display device's
+    // ("card0", "renderD128"), else the first device; Mesa's surfaceless platform when no device opens.
+    bool openDisplay(const std::vector<std::string>& primaryDrmNodes);
     const char* displayExtensions() const;
     const char* platformName() const { return m_platformName; }
     std::vector<EglConfigTraits> configTraits() const;

@@ -5,23 +5,37 @@
 //   fail <call>                     that call fails for every GPU (call names without the "nvml" prefix)
 //   gpu <n> <key> <value>           a GPU's value; GPUs count up to the highest n
 //   gpu <n> fail <call>             that call fails for this GPU
-// Keys: pci_device, pci_subsystem, bus, name (rest of line), memory_mb, free_mb, vbios, cores, bus_width,
+// Keys: pci_device, pci_subsystem, domain, bus (the GPU sits at device 0, function 0), name (rest of line), memory_mb, free_mb, vbios, cores, bus_width,
 // pcie_width, irq, board_id, temp, mem_temp, fan, rpm, util_gpu, util_mem, decoder, clock_gfx, clock_mem,
 // max_gfx, max_mem, app_gfx, app_mem, pstate, power, enforced, limit, default_limit, min_limit, max_limit,
 // reasons, gpc_offset, mem_offset, pids (comma separated).
+// FAKE_NVML_FAULT makes the library misbehave as a broken driver might:
+//   errors         every call after init and the handle lookups fails, after scribbling over its outputs
+//   zero_count     no GPU in the list and no process on a GPU
+//   huge_count     0xFFFFFFFF GPUs in the list (the index lookups cycle through the real ones) and processes
+//   unterminated   every text fills the caller's whole buffer with no terminator
+//   long_strings   every text is as long as the caller's buffer allows
+//   special_chars  names, VBIOS and driver texts full of quotes, markup, format specifiers and UTF-8
+//   huge_values    every quantity is the largest its type holds (0xFFFFFFFF MHz, 2^64-1 bytes); ids and bit
+//                  masks stay as they are
+// With FAKE_NVML_CALL_LOG naming a file, every call is appended to it as "<bus id> <call>", "-" for calls
+// that name no GPU, so a test can see which GPUs were asked.
 // Built three ways: the full library; FAKE_NVML_LEGACY, an old library with only the first versions of the
-// calls and none of the newer optional ones; FAKE_NVML_BROKEN, missing a call every library has.
+// calls, none of the newer optional ones and no way to ask for a GPU by bus id; FAKE_NVML_BROKEN, missing a
+// call every library has.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <set>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "vendors/nvml_api.h"
 
 struct nvmlDevice_st {
-    unsigned int pciDevice = 0, pciSubsystem = 0, bus = 0;
+    unsigned int pciDevice = 0, pciSubsystem = 0, domain = 0, bus = 0;
     std::string name = "Fake GPU", vbios = "00.00.00.00.00";
     unsigned long long memoryMb = 0, freeMb = 0;
     unsigned int cores = 0, busWidth = 0, pcieWidth = 0, irq = 0, boardId = 0;
@@ -37,7 +51,25 @@ struct nvmlDevice_st {
 
 namespace {
 
+enum class Fault { None, Errors, ZeroCount, HugeCount, Unterminated, LongStrings, SpecialChars, HugeValues };
+
+Fault faultFromEnvironment() {
+    const char* text = std::getenv("FAKE_NVML_FAULT");
+    const std::string name = text ? text : "";
+    if (name == "errors") return Fault::Errors;
+    if (name == "zero_count") return Fault::ZeroCount;
+    if (name == "huge_count") return Fault::HugeCount;
+    if (name == "unterminated") return Fault::Unterminated;
+    if (name == "long_strings") return Fault::LongStrings;
+    if (name == "special_chars") return Fault::SpecialChars;
+    if (name == "huge_values") return Fault::HugeValues;
+    return Fault::None;
+}
+
+constexpr const char* kSpecialText = "<Quadro & \"RTX\"> 'A6000' %s%n%x \\ \t\xC3\x84\xE2\x82\xAC";
+
 struct FakeMachine {
+    Fault fault = Fault::None;
     bool initFails = false;
     bool started = false;
     std::string driver = "550.54.15";
@@ -51,6 +83,7 @@ void setValue(nvmlDevice_st& g, const std::string& key, const char* v) {
     auto u = [v] { return unsigned(std::strtoul(v, nullptr, 0)); };
     if (key == "pci_device") g.pciDevice = u();
     else if (key == "pci_subsystem") g.pciSubsystem = u();
+    else if (key == "domain") g.domain = u();
     else if (key == "bus") g.bus = u();
     else if (key == "name") g.name = v;
     else if (key == "memory_mb") g.memoryMb = u();
@@ -96,6 +129,7 @@ void setValue(nvmlDevice_st& g, const std::string& key, const char* v) {
 
 void readConfig() {
     machine = FakeMachine{};
+    machine.fault = faultFromEnvironment();
     const char* path = std::getenv("FAKE_NVML_CONFIG");
     FILE* file = path ? std::fopen(path, "r") : nullptr;
     if (!file) return;
@@ -118,45 +152,114 @@ void readConfig() {
     std::fclose(file);
 }
 
+std::string busIdOf(const nvmlDevice_st& g) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%08X:%02X:00.0", g.domain, g.bus);
+    return text;
+}
+
+void logCall(const nvmlDevice_st* device, const char* call) {
+    const char* path = std::getenv("FAKE_NVML_CALL_LOG");
+    FILE* file = path ? std::fopen(path, "a") : nullptr;
+    if (!file) return;
+    std::fprintf(file, "%s %s\n", device ? busIdOf(*device).c_str() : "-", call);
+    std::fclose(file);
+}
+
 // The GPU behind a handle, or null when the call is to fail for it.
 nvmlDevice_st* gpu(nvmlDevice_t device, const char* call) {
+    logCall(device, call);
     if (!machine.started || !device || machine.failing.count(call) || device->failing.count(call)) return nullptr;
     return device;
 }
 
-nvmlReturn_t copyOut(const std::string& text, char* out, unsigned int length) {
-    if (!out || text.size() + 1 > length) return NVML_ERROR_INSUFFICIENT_SIZE;
+bool faulty(Fault fault) { return machine.fault == fault; }
+
+// A text into the caller's buffer of `length` bytes, as the fault mode has it.
+nvmlReturn_t copyOut(const std::string& given, char* out, unsigned int length) {
+    if (!out || length == 0) return NVML_ERROR_INVALID_ARGUMENT;
+    const std::string text = faulty(Fault::SpecialChars) ? kSpecialText : given;
+    if (faulty(Fault::Errors) || faulty(Fault::Unterminated)) {
+        std::memset(out, 'X', length);
+        return faulty(Fault::Errors) ? NVML_ERROR_UNKNOWN : NVML_SUCCESS;
+    }
+    if (faulty(Fault::LongStrings)) {
+        std::memset(out, 'L', length - 1);
+        out[length - 1] = '\0';
+        return NVML_SUCCESS;
+    }
+    if (text.size() + 1 > length) return NVML_ERROR_INSUFFICIENT_SIZE;
     std::memcpy(out, text.c_str(), text.size() + 1);
     return NVML_SUCCESS;
 }
 
-nvmlReturn_t start() {
+// What a number read answers: the GPU's value, the largest of its type for a quantity, or an error after
+// scribbling.
+template <typename T>
+nvmlReturn_t answer(T* out, T value, bool quantity = true) {
+    if (!out) return NVML_ERROR_INVALID_ARGUMENT;
+    if (faulty(Fault::Errors)) {
+        *out = T(3);
+        return NVML_ERROR_UNKNOWN;
+    }
+    *out = quantity && faulty(Fault::HugeValues) ? std::numeric_limits<T>::max() : value;
+    return NVML_SUCCESS;
+}
+
+nvmlReturn_t start(const char* call) {
     readConfig();
+    logCall(nullptr, call);
     if (machine.initFails) return NVML_ERROR_DRIVER_NOT_LOADED;
     machine.started = true;
     return NVML_SUCCESS;
 }
 
 nvmlReturn_t count(unsigned int* n) {
+    logCall(nullptr, "DeviceGetCount");
     if (!machine.started || !n) return NVML_ERROR_UNINITIALIZED;
-    *n = unsigned(machine.gpus.size());
+    *n = faulty(Fault::ZeroCount) ? 0u : faulty(Fault::HugeCount) ? 0xFFFFFFFFu : unsigned(machine.gpus.size());
     return NVML_SUCCESS;
 }
 
 nvmlReturn_t handle(unsigned int index, nvmlDevice_t* device) {
-    if (!machine.started || !device || index >= machine.gpus.size()) return NVML_ERROR_INVALID_ARGUMENT;
+    if (!machine.started || !device || machine.gpus.empty()) return NVML_ERROR_INVALID_ARGUMENT;
+    if (faulty(Fault::HugeCount)) index %= unsigned(machine.gpus.size());
+    if (index >= machine.gpus.size()) return NVML_ERROR_INVALID_ARGUMENT;
+    logCall(&machine.gpus[index], "DeviceGetHandleByIndex");
     *device = &machine.gpus[index];
     return NVML_SUCCESS;
 }
 
+#ifndef FAKE_NVML_LEGACY
+// "domain:bus:device.function" in hex, the domain of any width.
+nvmlReturn_t handleByBusId(const char* busId, nvmlDevice_t* device) {
+    unsigned domain = 0, bus = 0, slot = 0, function = 0;
+    if (!machine.started || !busId || !device) return NVML_ERROR_INVALID_ARGUMENT;
+    if (std::sscanf(busId, "%x:%x:%x.%x", &domain, &bus, &slot, &function) != 4) return NVML_ERROR_INVALID_ARGUMENT;
+    for (nvmlDevice_st& g : machine.gpus)
+        if (g.domain == domain && g.bus == bus && slot == 0 && function == 0) {
+            logCall(&g, "DeviceGetHandleByPciBusId");
+            *device = &g;
+            return NVML_SUCCESS;
+        }
+    return NVML_ERROR_NOT_FOUND;
+}
+#endif
+
 nvmlReturn_t pciInfo(nvmlDevice_t device, nvmlPciInfo_t* pci) {
     nvmlDevice_st* g = gpu(device, "DeviceGetPciInfo");
     if (!g || !pci) return NVML_ERROR_UNKNOWN;
+    if (faulty(Fault::Errors)) {
+        std::memset(pci, 0x5A, sizeof *pci);
+        return NVML_ERROR_UNKNOWN;
+    }
     *pci = nvmlPciInfo_t{};
+    pci->domain = g->domain;
     pci->bus = g->bus;
     pci->pciDeviceId = g->pciDevice;
     pci->pciSubSystemId = g->pciSubsystem;
-    std::snprintf(pci->busId, sizeof pci->busId, "00000000:%02X:00.0", g->bus);
+    std::snprintf(pci->busId, sizeof pci->busId, "%s", busIdOf(*g).c_str());
+    std::snprintf(pci->busIdLegacy, sizeof pci->busIdLegacy, "%04X:%02X:00.0", g->domain & 0xFFFF, g->bus);
     return NVML_SUCCESS;
 }
 
@@ -164,30 +267,43 @@ template <typename P>
 nvmlReturn_t processes(nvmlDevice_t device, unsigned int* n, P* infos) {
     nvmlDevice_st* g = gpu(device, "DeviceGetGraphicsRunningProcesses");
     if (!g || !n) return NVML_ERROR_UNKNOWN;
-    if (*n < g->pids.size()) {
-        *n = unsigned(g->pids.size());
+    if (faulty(Fault::Errors)) {
+        *n = 3;
+        return NVML_ERROR_UNKNOWN;
+    }
+    const size_t listed = faulty(Fault::ZeroCount) ? 0 : g->pids.size();
+    if (*n < listed) {
+        *n = unsigned(listed);
         return NVML_ERROR_INSUFFICIENT_SIZE;
     }
-    *n = unsigned(g->pids.size());
-    for (size_t i = 0; i < g->pids.size(); ++i) {
+    for (size_t i = 0; i < listed; ++i) {
         infos[i] = P{};
         infos[i].pid = g->pids[i];
     }
+    // A lying driver: a count far beyond what it wrote, and beyond the room it was given.
+    *n = faulty(Fault::HugeCount) ? 0xFFFFFFFFu : unsigned(listed);
     return NVML_SUCCESS;
 }
 
-#define FAKE_READ(call, field)                                                  \
+#define FAKE_READ(call, field) FAKE_ANSWER(call, field, true)
+#define FAKE_READ_ID(call, field) FAKE_ANSWER(call, field, false)
+#define FAKE_ANSWER(call, field, quantity)                                      \
     nvmlDevice_st* g = gpu(device, call);                                       \
     if (!g || !out) return NVML_ERROR_NOT_SUPPORTED;                            \
-    *out = g->field;                                                            \
-    return NVML_SUCCESS
+    return answer(out, std::remove_pointer_t<decltype(out)>(g->field), quantity)
 
 }  // namespace
 
 extern "C" {
 
 #ifndef FAKE_NVML_LEGACY
-nvmlReturn_t nvmlInit_v2(void) { return start(); }
+nvmlReturn_t nvmlInitWithFlags(unsigned int flags) {
+    char call[64];
+    std::snprintf(call, sizeof call, "InitWithFlags %u", flags);
+    return start(call);
+}
+nvmlReturn_t nvmlInit_v2(void) { return start("Init_v2"); }
+nvmlReturn_t nvmlDeviceGetHandleByPciBusId_v2(const char* busId, nvmlDevice_t* d) { return handleByBusId(busId, d); }
 nvmlReturn_t nvmlDeviceGetCount_v2(unsigned int* n) { return count(n); }
 nvmlReturn_t nvmlDeviceGetHandleByIndex_v2(unsigned int i, nvmlDevice_t* d) { return handle(i, d); }
 nvmlReturn_t nvmlDeviceGetPciInfo_v3(nvmlDevice_t d, nvmlPciInfo_t* p) { return pciInfo(d, p); }
@@ -198,8 +314,7 @@ nvmlReturn_t nvmlDeviceGetFanSpeed_v2(nvmlDevice_t device, unsigned int fan, uns
 nvmlReturn_t nvmlDeviceGetFanSpeedRPM(nvmlDevice_t device, nvmlFanSpeedInfo_t* info) {
     nvmlDevice_st* g = gpu(device, "DeviceGetFanSpeedRPM");
     if (!g || !info || info->version != nvmlFanSpeedInfo_v1 || info->fan != 0) return NVML_ERROR_NOT_SUPPORTED;
-    info->speed = g->rpm;
-    return NVML_SUCCESS;
+    return answer(&info->speed, g->rpm);
 }
 nvmlReturn_t nvmlDeviceGetFieldValues(nvmlDevice_t device, int n, nvmlFieldValue_t* values) {
     nvmlDevice_st* g = gpu(device, "DeviceGetFieldValues");
@@ -207,12 +322,11 @@ nvmlReturn_t nvmlDeviceGetFieldValues(nvmlDevice_t device, int n, nvmlFieldValue
     for (int i = 0; i < n; ++i) {
         values[i].nvmlReturn = NVML_ERROR_NOT_SUPPORTED;
         if (values[i].fieldId == NVML_FI_DEV_MEMORY_TEMP && g->memTemp != 0) {
-            values[i].nvmlReturn = NVML_SUCCESS;
             values[i].valueType = NVML_VALUE_TYPE_UNSIGNED_INT;
-            values[i].value.uiVal = g->memTemp;
+            values[i].nvmlReturn = answer(&values[i].value.uiVal, g->memTemp);
         }
     }
-    return NVML_SUCCESS;
+    return faulty(Fault::Errors) ? NVML_ERROR_UNKNOWN : NVML_SUCCESS;
 }
 nvmlReturn_t nvmlDeviceGetDecoderUtilization(nvmlDevice_t device, unsigned int* out, unsigned int* periodUs) {
     if (periodUs) *periodUs = 167000;
@@ -220,27 +334,29 @@ nvmlReturn_t nvmlDeviceGetDecoderUtilization(nvmlDevice_t device, unsigned int* 
 }
 nvmlReturn_t nvmlDeviceGetIrqNum(nvmlDevice_t device, unsigned int* out) { FAKE_READ("DeviceGetIrqNum", irq); }
 nvmlReturn_t nvmlDeviceGetCurrentClocksEventReasons(nvmlDevice_t device, unsigned long long* out) {
-    FAKE_READ("DeviceGetCurrentClocksEventReasons", reasons);
+    FAKE_READ_ID("DeviceGetCurrentClocksEventReasons", reasons);
 }
 nvmlReturn_t nvmlDeviceGetGraphicsRunningProcesses_v3(nvmlDevice_t d, unsigned int* n, nvmlProcessInfo_t* p) {
     return processes(d, n, p);
 }
 #else
 nvmlReturn_t nvmlDeviceGetCurrentClocksThrottleReasons(nvmlDevice_t device, unsigned long long* out) {
-    FAKE_READ("DeviceGetCurrentClocksEventReasons", reasons);
+    FAKE_READ_ID("DeviceGetCurrentClocksEventReasons", reasons);
 }
 #endif
 
-nvmlReturn_t nvmlInit(void) { return start(); }
+nvmlReturn_t nvmlInit(void) { return start("Init"); }
 nvmlReturn_t nvmlShutdown(void) {
     machine.started = false;
     return NVML_SUCCESS;
 }
 nvmlReturn_t nvmlSystemGetDriverVersion(char* out, unsigned int length) {
+    logCall(nullptr, "SystemGetDriverVersion");
     if (!machine.started || machine.failing.count("SystemGetDriverVersion")) return NVML_ERROR_UNKNOWN;
     return copyOut(machine.driver, out, length);
 }
 nvmlReturn_t nvmlSystemGetNVMLVersion(char* out, unsigned int length) {
+    logCall(nullptr, "SystemGetNVMLVersion");
     return copyOut("12." + machine.driver, out, length);
 }
 nvmlReturn_t nvmlDeviceGetCount(unsigned int* n) { return count(n); }
@@ -255,10 +371,10 @@ nvmlReturn_t nvmlDeviceGetName(nvmlDevice_t device, char* out, unsigned int leng
 nvmlReturn_t nvmlDeviceGetMemoryInfo(nvmlDevice_t device, nvmlMemory_t* memory) {
     nvmlDevice_st* g = gpu(device, "DeviceGetMemoryInfo");
     if (!g || !memory) return NVML_ERROR_UNKNOWN;
-    memory->total = g->memoryMb << 20;
-    memory->free = g->freeMb << 20;
+    nvmlReturn_t result = answer(&memory->total, g->memoryMb << 20);
+    answer(&memory->free, g->freeMb << 20);
     memory->used = memory->total - memory->free;
-    return NVML_SUCCESS;
+    return result;
 }
 nvmlReturn_t nvmlDeviceGetVbiosVersion(nvmlDevice_t device, char* out, unsigned int length) {
     nvmlDevice_st* g = gpu(device, "DeviceGetVbiosVersion");
@@ -271,7 +387,7 @@ nvmlReturn_t nvmlDeviceGetMemoryBusWidth(nvmlDevice_t device, unsigned int* out)
 nvmlReturn_t nvmlDeviceGetCurrPcieLinkWidth(nvmlDevice_t device, unsigned int* out) {
     FAKE_READ("DeviceGetCurrPcieLinkWidth", pcieWidth);
 }
-nvmlReturn_t nvmlDeviceGetBoardId(nvmlDevice_t device, unsigned int* out) { FAKE_READ("DeviceGetBoardId", boardId); }
+nvmlReturn_t nvmlDeviceGetBoardId(nvmlDevice_t device, unsigned int* out) { FAKE_READ_ID("DeviceGetBoardId", boardId); }
 nvmlReturn_t nvmlDeviceGetTemperature(nvmlDevice_t device, nvmlTemperatureSensors_t sensor, unsigned int* out) {
     if (sensor != NVML_TEMPERATURE_GPU) return NVML_ERROR_INVALID_ARGUMENT;
     FAKE_READ("DeviceGetTemperature", temp);
@@ -280,8 +396,8 @@ nvmlReturn_t nvmlDeviceGetFanSpeed(nvmlDevice_t device, unsigned int* out) { FAK
 nvmlReturn_t nvmlDeviceGetUtilizationRates(nvmlDevice_t device, nvmlUtilization_t* out) {
     nvmlDevice_st* g = gpu(device, "DeviceGetUtilizationRates");
     if (!g || !out) return NVML_ERROR_NOT_SUPPORTED;
-    *out = nvmlUtilization_t{g->utilGpu, g->utilMem};
-    return NVML_SUCCESS;
+    answer(&out->memory, g->utilMem);
+    return answer(&out->gpu, g->utilGpu);
 }
 nvmlReturn_t nvmlDeviceGetClockInfo(nvmlDevice_t device, nvmlClockType_t type, unsigned int* out) {
     if (type == NVML_CLOCK_MEM) { FAKE_READ("DeviceGetClockInfo", clockMem); }
@@ -325,8 +441,8 @@ nvmlReturn_t nvmlDeviceGetPowerManagementLimitConstraints(nvmlDevice_t device, u
                                                           unsigned int* high) {
     nvmlDevice_st* g = gpu(device, "DeviceGetPowerManagementLimitConstraints");
     if (!g || !low || !high) return NVML_ERROR_NOT_SUPPORTED;
-    *low = g->minLimit, *high = g->maxLimit;
-    return NVML_SUCCESS;
+    answer(low, g->minLimit);
+    return answer(high, g->maxLimit);
 }
 nvmlReturn_t nvmlDeviceSetPowerManagementLimit(nvmlDevice_t device, unsigned int limit) {
     nvmlDevice_st* g = gpu(device, "DeviceSetPowerManagementLimit");

@@ -1,0 +1,51 @@
+#include "command_line_help.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+#include "command_line.h"
+#include "version.h"
+
+namespace {
+
+std::string optionColumn(const OptionDescription& option) {
+    std::string column = option.text;
+    if (option.value) column += option.value;
+    return column;
+}
+
+}  // namespace
+
+std::string helpText() {
+    const std::vector<OptionDescription> options = describedOptions();
+    size_t width = 0;
+    for (const OptionDescription& option : options) width = std::max(width, optionColumn(option).size());
+
+    std::string text =
+        "Usage: lumenscope [OPTION]...\n"
+        "Shows what the graphics hardware and drivers of this machine are and can do.\n"
+        "An option counts wherever it stands, inside a longer word too; case matters, unknown words are ignored,\n"
+        "and a number follows its '=' directly. With a report option the reports are written to the working\n"
+        "directory and the program ends; without one the main window opens.\n"
+        "\n"
+        "Options:\n";
+    for (const OptionDescription& option : options) {
+        const std::string column = optionColumn(option);
+        text += "  " + column + std::string(width - column.size() + 2, ' ') + option.description + '\n';
+    }
+    return text;
+}
+
+std::string versionText() {
+    char line[64];
+    std::snprintf(line, sizeof line, "%s %d.%d.%d.%d\n", lumenscope::kDisplayName, lumenscope::kVersionMajor,
+                  lumenscope::kVersionMinor, lumenscope::kVersionPatch, lumenscope::kVersionBuild);
+    return line;
+}
+
+std::string requestedInformation(const char* line) {
+    if (helpRequested(line)) return helpText();
+    if (versionRequested(line)) return versionText();
+    return {};
+}

@@ -1,0 +1,95 @@
+// "GL 3.x - Triangle of Death": one triangle with a colour at each corner.
+#include <GL/glew.h>
+
+#include "demo_context.h"
+#include "demo_scenes.h"
+#include "gl_demo_support.h"
+#include "gl_utility/corner_logo.h"
+#include "gl_utility/mesh_gl.h"
+#include "gl_utility/render_window_gl.h"
+
+namespace {
+
+constexpr const char* kVertexShader = R"(
+in vec4 In_Position;
+in vec4 In_Color;
+uniform mat4 WorldViewProjectionMatrix;
+out vec4 Vertex_Color;
+void main()
+{
+    gl_Position = WorldViewProjectionMatrix * In_Position;
+    Vertex_Color = In_Color;
+}
+)";
+
+constexpr const char* kPixelShader = R"(
+in vec4 Vertex_Color;
+out vec4 Out_Color;
+void main()
+{
+    Out_Color = Vertex_Color;
+}
+)";
+
+class Gl3TriangleDemo : public DemoScene {
+public:
+    const char* resultName() const override { return "GL3_TriangleOfDeath"; }
+
+    bool setUp(DemoContext& context, RenderWindowGL& window) override {
+        int major = 0, minor = 0;
+        if (!requireGl31(window, &major, &minor)) return false;
+        const float eye[3] = {0, 0, 2}, center[3] = {0, 0, 0}, up[3] = {0, 1, 0};
+        const Mat4 projection =
+            Mat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f, 1e-5f);
+        m_worldViewProjection = projection * Mat4::lookAt(eye, center, up) * Mat4::identity();
+
+        const std::string language = gl3LanguageLine(minor);
+        // The 1.40 set states the float precision in the vertex stage as well.
+        const std::string vertexPrelude = minor < 2 ? language + "\nprecision highp float;" : language;
+        if (!buildDemoProgram(m_program, {vertexPrelude + kVertexShader, "", "", language + kPixelShader}))
+            return false;
+        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection);
+        if (!m_triangle.makeTriangle()) return false;
+        glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+        glDisable(GL_CULL_FACE);
+        m_logo.create(language.c_str());
+        return true;
+    }
+
+    void drawFrame(DemoContext& context, RenderWindowGL& window, float) override {
+        glBindFramebuffer(GL_FRAMEBUFFER, window.framebuffer());
+        glViewport(0, 0, context.clientWidth, context.clientHeight);
+        glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
+        glEnable(GL_DEPTH_TEST);
+        glClearDepth(1.0);
+        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        m_program.use();
+        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection);
+        m_triangle.positionAttrib = uint32_t(m_program.attribLocation("In_Position"));
+        m_triangle.colorAttrib = uint32_t(m_program.attribLocation("In_Color"));
+        MeshDrawOptions options;
+        options.useColors = true;
+        m_triangle.draw(options);
+        m_logo.draw(context.clientWidth);
+    }
+
+    void release(DemoContext&) override {
+        m_logo.release();
+        m_program.release();
+        m_triangle.release();
+    }
+
+    std::string fpsTitle(const DemoContext& context, RenderWindowGL& window) const override {
+        return glDemoFpsTitle(context, window, "Triangle");
+    }
+
+private:
+    GpuProgram m_program;
+    MeshGL m_triangle;
+    CornerLogo m_logo;
+    Mat4 m_worldViewProjection;
+};
+
+}  // namespace
+
+std::unique_ptr<DemoScene> makeGl3TriangleDemo() { return std::make_unique<Gl3TriangleDemo>(); }

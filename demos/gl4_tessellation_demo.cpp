@@ -1,0 +1,149 @@
+// "GL 4.x - Tessellation": one triangle subdivided by the tessellation stages, drawn as lines so that the
+// subdivision shows, its levels swinging with time.
+#include <GL/glew.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "demo_context.h"
+#include "demo_scenes.h"
+#include "engine/vantalux.h"
+#include "gl_demo_support.h"
+#include "gl_utility/corner_logo.h"
+#include "gl_utility/mesh_gl.h"
+#include "gl_utility/render_window_gl.h"
+
+namespace {
+
+constexpr const char* kLanguage = "#version 400 core\n";
+
+constexpr const char* kVertexShader = R"(
+in vec4 In_Position;
+uniform mat4 WorldViewProjectionMatrix;
+void main()
+{
+    gl_Position = WorldViewProjectionMatrix * In_Position;
+}
+)";
+
+constexpr const char* kTessControlShader = R"(
+layout(vertices = 3) out;
+uniform float tessLevelOuter;
+uniform float tessLevelInner;
+out vec4 Control_Color[];
+void main()
+{
+    vec4 position = gl_in[gl_InvocationID].gl_Position;
+    gl_out[gl_InvocationID].gl_Position = position;
+    float y = (1.0 + sin(position.y)) * 0.5;
+    Control_Color[gl_InvocationID] = vec4(1.0 - y, y, 0.0, 1.0);
+    gl_TessLevelOuter[0] = tessLevelOuter;
+    gl_TessLevelOuter[1] = tessLevelOuter;
+    gl_TessLevelOuter[2] = tessLevelOuter;
+    gl_TessLevelInner[0] = tessLevelInner;
+}
+)";
+
+constexpr const char* kTessEvaluationShader = R"(
+layout(triangles, equal_spacing, ccw) in;
+in vec4 Control_Color[];
+out vec4 Vertex_Color;
+void main()
+{
+    gl_Position = gl_TessCoord.x * gl_in[0].gl_Position + gl_TessCoord.y * gl_in[1].gl_Position +
+                  gl_TessCoord.z * gl_in[2].gl_Position;
+    Vertex_Color = gl_TessCoord.x * Control_Color[0] + gl_TessCoord.y * Control_Color[1] +
+                   gl_TessCoord.z * Control_Color[2];
+}
+)";
+
+constexpr const char* kPixelShader = R"(
+in vec4 Vertex_Color;
+out vec4 Out_Color;
+void main()
+{
+    Out_Color = Vertex_Color;
+}
+)";
+
+class Gl4TessellationDemo : public DemoScene {
+public:
+    const char* resultName() const override { return "GL4_Tessellation"; }
+
+    bool setUp(DemoContext& context, RenderWindowGL& window) override {
+        int major = 0, minor = 0;
+        if (!requireGl40(window, &major, &minor)) return false;
+        GLint maxLevel = 0;
+        glGetIntegerv(GL_MAX_TESS_GEN_LEVEL, &maxLevel);
+        const float maxTessLevel = float(maxLevel);
+        Vantalux_nsp::vxTraceMgr::getInstance()->logTrace(4, "GL 4 Tessellation: max_tess_level=%.1f",
+                                                          double(maxTessLevel));
+        // The upper bound first, so a maximum the driver reports as 0 still leaves level 1.
+        DemoSettings& settings = context.settings;
+        settings.gl4TessLevelOuter = std::max(1.0f, std::min(settings.gl4TessLevelOuter, maxTessLevel));
+        settings.gl4TessLevelInner = std::max(1.0f, std::min(settings.gl4TessLevelInner, maxTessLevel));
+
+        const float eye[3] = {0, 0, 2}, center[3] = {0, 0, 0}, up[3] = {0, 1, 0};
+        const Mat4 projection =
+            Mat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f, 1e-5f);
+        m_worldViewProjection = projection * Mat4::lookAt(eye, center, up) * Mat4::identity();
+
+        const std::string language = kLanguage;
+        if (!buildDemoProgram(m_program, {language + kVertexShader, language + kTessControlShader,
+                                          language + kTessEvaluationShader, language + kPixelShader}))
+            return false;
+        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection);
+        m_program.set1f("tessLevelOuter", settings.gl4TessLevelOuter);
+        m_program.set1f("tessLevelInner", settings.gl4TessLevelInner);
+        if (!m_triangle.makeTriangle()) return false;
+        m_logo.create("#version 400 core");
+        return true;
+    }
+
+    void drawFrame(DemoContext& context, RenderWindowGL& window, float) override {
+        glBindFramebuffer(GL_FRAMEBUFFER, window.framebuffer());
+        glViewport(0, 0, context.clientWidth, context.clientHeight);
+        glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
+        glEnable(GL_DEPTH_TEST);
+        glClearDepth(1.0);
+        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+
+        m_program.use();
+        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection);
+        if (context.settings.gl4TessLevelAnim) {
+            // Not clamped: the swing stays within 4 to 60 and 2 to 62, inside every 4.0 driver's range of 64.
+            const float t = float(context.stats.elapsedMs) * 0.001f;
+            m_program.set1f("tessLevelOuter", std::sin(t) * 28.0f + 32.0f);
+            m_program.set1f("tessLevelInner", std::cos(t) * 30.0f + 32.0f);
+        }
+        glPatchParameteri(GL_PATCH_VERTICES, 3);
+        m_triangle.positionAttrib = uint32_t(m_program.attribLocation("In_Position"));
+        MeshDrawOptions options;
+        options.patches = true;
+        m_triangle.draw(options);
+
+        glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+        m_logo.draw(context.clientWidth);
+    }
+
+    void release(DemoContext&) override {
+        m_logo.release();
+        m_program.release();
+        m_triangle.release();
+    }
+
+    std::string fpsTitle(const DemoContext& context, RenderWindowGL& window) const override {
+        return glDemoFpsTitle(context, window, "Tessellation");
+    }
+
+private:
+    GpuProgram m_program;
+    MeshGL m_triangle;
+    CornerLogo m_logo;
+    Mat4 m_worldViewProjection;
+};
+
+}  // namespace
+
+std::unique_ptr<DemoScene> makeGl4TessellationDemo() { return std::make_unique<Gl4TessellationDemo>(); }

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+
+// What a demo reads of the program's options, copied at its start so that the demo thread never reads the
+// application's state. The application fills it from the command line (and the options dialog); the
+// defaults here are the command line's.
+struct DemoSettings {
+    // Window and benchmark
+    int32_t winWidth = 600;
+    int32_t winHeight = 600;
+    int32_t msaaSamples = 0;
+    bool benchLogResults = false;
+    int32_t benchDurationMs = 0;  // 0: runs until closed
+    bool closeAppEndOfDemo = false;
+    bool captureLastFrame = false;  // writes "demo_<result name>.png" at the end
+    int32_t selectedGpu = 0;        // the GPU whose driver text goes into result rows
+    uint32_t processorCount = 1;
+
+    // OpenGL 3 and 4 demos
+    bool gl3TorusRadeonFix = true;
+    float gl4TessLevelOuter = 16.0f;
+    float gl4TessLevelInner = 8.0f;
+    bool gl4TessLevelAnim = true;
+
+    // OpenCL demos
+    uint32_t clDeviceType = 4;  // CL_DEVICE_TYPE_GPU (4) or CL_DEVICE_TYPE_CPU (2)
+    uint32_t clPlatformIndex = 0;
+    int32_t clDeviceIndex = 0;
+    bool clDeviceIndexForced = false;
+    bool glRenderInClDemos = true;
+    bool clGlInterop = false;
+    bool clNativeSin = true;
+    bool clExplicitWorkgroupSize = true;
+    bool clUseLocalMem = false;
+    int32_t clSurfaceSegsX = 511;
+    int32_t clSurfaceSegsZ = 511;
+    int32_t clKernelWorkload = 0;
+    int32_t clKernelWorkloadMad = 0;
+    bool clKernelWorkloadDoCheck = false;
+    int32_t clParticlesGpu = 1000000;
+    int32_t clParticlesCpu = 1000000;
+    bool clParticlesSin = false;
+    bool clJuliaAnimated = true;
+    int32_t clJuliaRttSize = 512;
+};

@@ -1,0 +1,55 @@
+#include "driver_values.h"
+#include "vendors/vendor_backend.h"
+
+namespace Kalidornm {
+
+uint32_t findDisplaySlot(const DisplayDeviceData& display, const PciIds& ids, uint32_t skip) {
+    for (uint32_t i = 0; i < uint32_t(kDisplaySlotCount); ++i) {
+        if (i == skip) continue;
+        const DisplaySlot& slot = display.slots[i];
+        if (!slot.deviceId[0] || slot.ids.vendor != ids.vendor || slot.ids.device != ids.device) continue;
+        if (ids.subvendor != 0 && slot.ids.subvendor != 0 && slot.ids.subvendor != ids.subvendor) continue;
+        if (ids.subdevice != 0 && slot.ids.subdevice != 0 && slot.ids.subdevice != ids.subdevice) continue;
+        return i;
+    }
+    return kNoDisplaySlot;
+}
+
+void takeDisplaySlot(GpuRecord& record, const DisplayDeviceData& display, uint32_t& last) {
+    const PciIds ids{record.vendorId, record.deviceId, record.subvendorId, record.subdeviceId, 0};
+    const uint32_t slot = findDisplaySlot(display, ids, last);
+    if (slot == kNoDisplaySlot) return;
+    const DisplaySlot& found = display.slots[slot];
+    last = slot;
+    record.displaySlot = slot;
+    copyText(record.displayDeviceId, found.deviceId);
+    copyText(record.displayDeviceName, found.deviceName);
+    copyText(record.displayDeviceString, found.deviceString);
+    copyText(record.displayDeviceKey, found.deviceKey);
+}
+
+// Catalyst and Crimson versions have no source in the kernel's drivers and stay empty.
+// Regression: a device with no driver bound got the software rasterizer's driver line ("<kernel> llvmpipe").
+bool readGpuDriverValues(GpuRecord& record, const BackendServices& services) {
+    const PciDevice* device = record.pciAddress ? services.pci.find(*record.pciAddress) : nullptr;
+    if (!device || device->driver.empty()) return false;
+    const SysfsDriverFacts facts = readDriverFacts(services.sources.rootDir, *device);
+
+    if (!facts.vbiosVersion.empty()) copyText(record.biosVersion, facts.vbiosVersion.c_str());
+    if (facts.vramBytes) record.memorySizeMb = uint32_t(facts.vramBytes >> 20);
+    record.isCrimson = 0;
+    char version[128];
+    copyText(version, driverVersionOf(facts).c_str());
+    copyText(record.driverVersion, version);
+    copyText(record.driverDate, driverDateOf(facts).c_str());
+
+    const char* glDriver = openGlDriverForKernelDriver(facts.kernelDriver);
+    if (*glDriver) {
+        copyText(record.openGLDriverName, glDriver);
+        const std::string withGl = std::string(record.driverVersion) + " " + glDriver;
+        copyText(record.driverVersion, withGl.c_str());
+    }
+    return true;
+}
+
+}  // namespace Kalidornm

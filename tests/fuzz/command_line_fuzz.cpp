@@ -1,0 +1,29 @@
+// The command line on any words: options are found anywhere in the joined line and numbers are read with
+// scanf, so no line may crash the parser or leave a field at a value no option can give it.
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "app/app_state.h"
+#include "app/command_line.h"
+#include "fuzz/fuzz_input.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    // Each NUL-ended part is one argument, as the program receives them.
+    std::vector<std::string> words;
+    for (std::string_view part : splitFuzzInput(data, size)) words.emplace_back(part);
+    std::vector<const char*> argv{"lumenscope"};
+    for (const std::string& word : words) argv.push_back(word.c_str());
+    const std::string line = joinArguments(int(argv.size()), argv.data());
+
+    AppState state;
+    resetAppState(state);
+    parseCommandLine(state, line.c_str());
+
+    if (state.clSurfaceSegsX == 0 || state.clSurfaceSegsZ == 0) std::abort();
+    if (state.clDeviceType != 2 && state.clDeviceType != 4) std::abort();
+    const bool defaultVersion = state.glMajorVersion == 4 && state.glMinorVersion == 5;
+    if (!defaultVersion && (state.glMajorVersion != 3 || state.glMinorVersion > 2)) std::abort();
+    if (state.clDeviceIndexForced && line.find("/cl_device_index=") == std::string::npos) std::abort();
+    return 0;
+}

@@ -1,0 +1,160 @@
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "fake_nvml_machine.h"
+#include "support/fixture_library.h"
+#include "support/live_reads.h"
+#include "support/sysfs_tree.h"
+
+namespace {
+
+using namespace Kalidornm;
+
+// The calls the fake management library saw, one "<bus id> <call>" a line.
+class CallLog {
+public:
+    CallLog() : m_path(::testing::TempDir() + "nvml_calls_" + std::to_string(::getpid())) {
+        std::remove(m_path.c_str());
+        ::setenv("FAKE_NVML_CALL_LOG", m_path.c_str(), 1);
+    }
+    ~CallLog() {
+        ::unsetenv("FAKE_NVML_CALL_LOG");
+        std::remove(m_path.c_str());
+    }
+    std::vector<std::string> lines() const {
+        std::vector<std::string> result;
+        std::ifstream in(m_path);
+        for (std::string line; std::getline(in, line);) result.push_back(line);
+        return result;
+    }
+    // Calls that named the GPU with this driver bus id ("00000000:02:00.0").
+    size_t callsFor(const std::string& busId) const {
+        size_t count = 0;
+        for (const std::string& line : lines()) count += line.rfind(busId + " ", 0) == 0;
+        return count;
+    }
+    bool has(const std::string& line) const {
+        for (const std::string& l : lines())
+            if (l == line) return true;
+        return false;
+    }
+
+private:
+    std::string m_path;
+};
+
+constexpr const char* kTwoGeForces =
+    "driver 550.54.15\n"
+    "gpu 0 pci_device 0x1C8210DE\ngpu 0 pci_subsystem 0x37631458\ngpu 0 bus 1\ngpu 0 temp 40\ngpu 0 fan 30\n"
+    "gpu 0 util_gpu 5\ngpu 0 clock_gfx 300\ngpu 0 clock_mem 400\ngpu 0 pstate 8\ngpu 0 power 20000\n"
+    "gpu 0 enforced 75000\ngpu 0 limit 75000\ngpu 0 default_limit 75000\ngpu 0 min_limit 50000\n"
+    "gpu 0 max_limit 75000\ngpu 0 memory_mb 4096\n"
+    "gpu 1 pci_device 0x1C8210DE\ngpu 1 pci_subsystem 0x37631458\ngpu 1 bus 2\ngpu 1 temp 41\ngpu 1 fan 31\n";
+
+// A laptop's two NVIDIA GPUs: the one on bus 1 awake, the one on bus 2 runtime-suspended.
+struct TwoNvidiaGpus {
+    SysfsTree tree;
+    std::string awakeDir, sleepingDir;
+    TwoNvidiaGpus() {
+        SysfsTree::Device awake = SysfsTree::gpu("0000:01:00.0", 0x10DE, 0x1C82, "nvidia");
+        awake.subvendor = 0x1458, awake.subdevice = 0x3763;
+        awakeDir = tree.addDevice(awake);
+        SysfsTree::Device sleeping = awake;
+        sleeping.address = "0000:02:00.0";
+        sleeping.runtimeStatus = "suspended";
+        sleepingDir = tree.addDevice(sleeping);
+    }
+};
+
+int readEverything(Kalidor& library, int gpu) {
+    return readEveryLiveValue(library, gpu).answered + (library.queryActive3DApps(gpu) > 0);
+}
+
+// The sleeping GPU is never named to the driver, whether or not the other one is awake: not enumerated at
+// start-up, not read at a tick.
+TEST(SleepRule, ASuspendedGpuGetsNoCallWhileItsNeighbourIsRead) {
+    TwoNvidiaGpus machine;
+    FakeNvmlMachine nvml(kTwoGeForces);
+    CallLog calls;
+    FixtureLibrary started({machine.tree.root(), nvml.path()});
+    Kalidor& library = started.library();
+
+    ASSERT_EQ(library.getGpuCount(), 2u);
+    EXPECT_EQ(library.getGpuBusId(0), 1);
+    EXPECT_EQ(library.getGpuBusId(1), 2);
+    EXPECT_GT(readEverything(library, 0), 5);
+    EXPECT_EQ(readEverything(library, 1), 0);
+
+    // The sleeping GPU still has its record: name and figures from the GPU database, the kernel's driver.
+    EXPECT_STREQ(library.getGpuName(1), "NVIDIA GeForce GTX 1050 Ti");
+    EXPECT_STREQ(library.getGpuCodename(1), library.getGpuCodename(0));
+    EXPECT_FALSE(library.hasGpuTemperature(1));
+
+    EXPECT_GT(calls.callsFor("00000000:01:00.0"), 10u);
+    EXPECT_EQ(calls.callsFor("00000000:02:00.0"), 0u);
+    // Started without attaching to any GPU; the awake one asked for by its bus id, nothing listed.
+    EXPECT_TRUE(calls.has("- InitWithFlags 2"));
+    EXPECT_TRUE(calls.has("00000000:01:00.0 DeviceGetHandleByPciBusId"));
+    EXPECT_FALSE(calls.has("- DeviceGetCount"));
+}
+
+// A GPU that falls asleep after start-up is left alone as well: the runtime state is asked at every read.
+TEST(SleepRule, AGpuThatFallsAsleepLaterIsNotWokenByTheTick) {
+    TwoNvidiaGpus machine;
+    FakeNvmlMachine nvml(kTwoGeForces);
+    CallLog calls;
+    FixtureLibrary started({machine.tree.root(), nvml.path()});
+    Kalidor& library = started.library();
+    ASSERT_GT(readEverything(library, 0), 5);
+
+    machine.tree.write(machine.awakeDir + "/power/runtime_status", "suspended\n");
+    const size_t before = calls.callsFor("00000000:01:00.0");
+    EXPECT_EQ(readEverything(library, 0), 0);
+    EXPECT_EQ(library.readGpuCoreTemperature(0), 0.0f);
+    EXPECT_EQ(calls.callsFor("00000000:01:00.0"), before);
+
+    machine.tree.write(machine.awakeDir + "/power/runtime_status", "active\n");
+    EXPECT_GT(readEverything(library, 0), 5);
+}
+
+// With every NVIDIA GPU asleep the library is not even loaded. Regression: the driver version then read 0 and
+// the report printed "(R0.00)", though the kernel module tells it without waking anything.
+TEST(SleepRule, WithEveryGpuAsleepTheLibraryIsNotStartedAndTheModuleTellsTheVersion) {
+    TwoNvidiaGpus machine;
+    machine.tree.write(machine.awakeDir + "/power/runtime_status", "suspended\n");
+    machine.tree.write("/sys/module/nvidia/version", "550.54.15\n");
+    FakeNvmlMachine nvml(kTwoGeForces);
+    CallLog calls;
+    FixtureLibrary started({machine.tree.root(), nvml.path()});
+    Kalidor& library = started.library();
+    EXPECT_EQ(library.getGpuCount(), 2u);
+    EXPECT_TRUE(calls.lines().empty());
+    EXPECT_EQ(library.getDriverVersionNumber(), 55054u);
+    EXPECT_STREQ(library.getDriverBranch(), "r550");
+}
+
+// A library without the flag call starts through the plain init; without a call by bus id it could only list
+// every GPU, waking the sleeping one, so it lists none and the awake GPU goes unread.
+TEST(SleepRule, AnOldLibraryStartsPlainlyAndListsNothingWhileAGpuSleeps) {
+    TwoNvidiaGpus machine;
+    FakeNvmlMachine nvml(kTwoGeForces);
+    CallLog calls;
+    FixtureMachineSources sources{machine.tree.root(), nvml.path()};
+    KalidorSources withOldLibrary = FixtureLibrary::sourcesFor(sources);
+    withOldLibrary.nvmlLibrary = FakeNvmlMachine::library("legacy");
+    Kalidor::setSources(withOldLibrary);
+    Kalidor* library = Kalidor::getInstance();
+    ASSERT_TRUE(library->startup(0, 0, 64, 64, 0, 0, true));
+    readEverything(*library, 0);
+    readEverything(*library, 1);
+    EXPECT_TRUE(calls.has("- Init"));
+    EXPECT_EQ(calls.callsFor("00000000:02:00.0"), 0u);
+    EXPECT_FALSE(calls.has("- DeviceGetCount"));
+    FixtureLibrary::stop();
+}
+
+}  // namespace

@@ -74,7 +74,7 @@ vxRenderWindow* Vantalux::createRenderWindow(vxWindowSurface* window, int width,
         return caps->getGLMajorVersion() < major ||
                (caps->getGLMajorVersion() == major && caps->getGLMinorVersion() < minor);
     };
-    if (below(glMajor, glMinor) || below(m_glMajor, m_glMinor)) {
+    if (below(glMajor, glMinor)) {
         vxTraceMgr::getInstance()->logTrace(1, "OpenGL %d.%d is below what the window needs",
                                             caps->getGLMajorVersion(), caps->getGLMinorVersion());
         return nullptr;

@@ -56,7 +56,8 @@ class Vantalux {
 public:
     static Vantalux* getInstance();
 
-    // Readies the engine for windows of at least the given OpenGL version; `reserved` must be null.
+    // Readies the engine; the version is the one the program asks its contexts for, kept for callers that
+    // want it. `reserved` must be null.
     bool startup(int glMajorVersion, int glMinorVersion, void* reserved);
     // Stops the engine. Render windows a demo has not destroyed are left alone: see the definition.
     void shutdown(void* reserved);
@@ -68,8 +69,8 @@ public:
     // A render window over a context the window layer made (`window`), width x height pixels, made current.
     // The bit depths and sample count are what the caller asked the window layer for; the window's own
     // sample count is what getMSAASamples reports. Null without a started engine, without a surface, when
-    // its context cannot be made current, or when the context's OpenGL version is below the one asked here
-    // (glMajor.glMinor) or the one given to startup.
+    // its context cannot be made current, or when the context's OpenGL version is below glMajor.glMinor,
+    // what the window's demo needs.
     vxRenderWindow* createRenderWindow(vxWindowSurface* window, int width, int height, int colorBits, int depthBits,
                                        int stencilBits, int msaaSamples, int glMajor, int glMinor, int doubleBuffered);
     // Makes the window's context current and the window the one creation calls and the renderer act on;

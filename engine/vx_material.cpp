@@ -31,7 +31,7 @@ vxGpuShader* vxMaterial::getGpuShader(int slot) const {
     return slot >= 0 && slot < kMaxPasses ? m_shaders[size_t(slot)] : nullptr;
 }
 
-void vxMaterial::applyState() const {
+void vxMaterial::applyState(bool keepFrameStates) const {
     glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT, m_ambient.data());
     glMaterialfv(GL_FRONT_AND_BACK, GL_DIFFUSE, m_diffuse.data());
     glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, m_specular.data());
@@ -45,12 +45,14 @@ void vxMaterial::applyState() const {
     else glDisable(GL_CULL_FACE);
     glPolygonMode(GL_FRONT_AND_BACK, toGlPolygonMode(m_polygonMode));
     glShadeModel(m_smooth ? GL_SMOOTH : GL_FLAT);
-    glDepthMask(m_depthWrite ? GL_TRUE : GL_FALSE);
-    if (m_blending) {
-        glEnable(GL_BLEND);
-        glBlendFunc(toGlBlendFactor(m_blendSource), toGlBlendFactor(m_blendDestination));
-    } else {
-        glDisable(GL_BLEND);
+    if (!keepFrameStates) {
+        glDepthMask(m_depthWrite ? GL_TRUE : GL_FALSE);
+        if (m_blending) {
+            glEnable(GL_BLEND);
+            glBlendFunc(toGlBlendFactor(m_blendSource), toGlBlendFactor(m_blendDestination));
+        } else {
+            glDisable(GL_BLEND);
+        }
     }
     for (int unit = 0; unit < kMaxTextureUnits; ++unit) {
         const vxTexture* texture = m_textures[size_t(unit)];
@@ -63,12 +65,12 @@ void vxMaterial::applyState() const {
     glActiveTexture(GL_TEXTURE0);
 }
 
-void vxMaterial::apply(int pass) const {
-    applyState();
+void vxMaterial::apply(int pass, bool keepFrameStates) const {
+    applyState(keepFrameStates);
     if (vxGpuShader* shader = getGpuShader(pass < 1 ? 0 : pass - 1)) shader->bind();
 }
 
-void vxMaterial::unapply() const {
+void vxMaterial::unapply(bool keepFrameStates) const {
     glUseProgram(0);
     for (int unit = 0; unit < kMaxTextureUnits; ++unit) {
         const vxTexture* texture = m_textures[size_t(unit)];
@@ -77,8 +79,10 @@ void vxMaterial::unapply() const {
         glDisable(GL_TEXTURE_2D);
     }
     glActiveTexture(GL_TEXTURE0);
-    if (m_blending) glDisable(GL_BLEND);
-    if (!m_depthWrite) glDepthMask(GL_TRUE);
+    if (!keepFrameStates) {  // else blending and depth writes belong to the pass
+        if (m_blending) glDisable(GL_BLEND);
+        if (!m_depthWrite) glDepthMask(GL_TRUE);
+    }
     if (m_polygonMode != VX_POLYGON_FILL) glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
 }
 

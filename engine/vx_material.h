@@ -54,11 +54,12 @@ public:
     vxGpuShader* getGpuShader(int slot = 0) const;
 
     // Sets the render states, colours and textures, and binds the program of `pass` when there is one.
-    void apply(int pass = 1) const;
+    // With `keepFrameStates` blending and depth writes stay as the pass set them.
+    void apply(int pass = 1, bool keepFrameStates = false) const;
     // The same without any program: a caller that binds its own.
-    void applyState() const;
+    void applyState(bool keepFrameStates = false) const;
     // Undoes apply: program, texture units, blending, and the states back to the engine's defaults.
-    void unapply() const;
+    void unapply(bool keepFrameStates = false) const;
 
     // Sorts the material into opaque or translucent for the scene's draw order.
     void classify() { m_translucent = m_blending; }

@@ -169,6 +169,7 @@ void vxMesh::draw(vxRenderer&, vxDrawMode mode, int pass) {
         }
         drawData();
     } else {
+        const bool keep = mode == vxDrawMode::kPassOverFrameStates;
         uint32_t covered = 0;
         for (const FaceRange& r : m_ranges) {
             if (r.first > covered) {
@@ -176,10 +177,10 @@ void vxMesh::draw(vxRenderer&, vxDrawMode mode, int pass) {
                 glColor4fv(m_color.data());
                 _drawFaces(covered, r.first - covered);
             }
-            if (r.material) r.material->apply(pass);
+            if (r.material) r.material->apply(pass, keep);
             if (m_hasColor) glColor4fv(m_color.data());
             _drawFaces(r.first, r.count);
-            if (r.material) r.material->unapply();
+            if (r.material) r.material->unapply(keep);
             covered = r.first + r.count;
         }
         if (covered < getNumFaces()) _drawFaces(covered, getNumFaces() - covered);

@@ -12,8 +12,9 @@ namespace Vantalux_nsp {
 class vxRenderer;
 class vxScene;
 
-// What a scene draws in a pass: the materials' program of that pass (1 is the first), or depth alone.
-enum class vxDrawMode { kPass, kDepthOnly };
+// How a scene draws: with the materials whole; with the materials' program of a later pass over blending and
+// depth writes the pass has set for the whole frame; or depth alone.
+enum class vxDrawMode { kPass, kPassOverFrameStates, kDepthOnly };
 
 // A node of a scene: a name, a place, an orientation that may spin by itself, children. Subclasses draw.
 class vxObject : public vxResource {

@@ -8,6 +8,7 @@
 #include "vx_gl_states.h"
 #include "vx_hud.h"
 #include "vx_material.h"
+#include "vx_object.h"
 #include "vx_render_window.h"
 
 namespace Vantalux_nsp {
@@ -129,6 +130,23 @@ void vxRenderer::drawFullscreenQuad(int width, int height) {
     glTexCoord2f(0, 1), glVertex2f(0, 1);
     glEnd();
     popMatrices();
+}
+
+void vxRenderer::drawObject(vxObject& object, int pass) {
+    pushObjectTransform(object);
+    object.draw(*this, vxDrawMode::kPass, pass);
+    popObjectTransform();
+}
+
+void vxRenderer::pushObjectTransform(const vxObject& object) {
+    glMatrixMode(GL_MODELVIEW);
+    glPushMatrix();
+    glMultMatrixf(object.getAbsoluteTransform().data());
+}
+
+void vxRenderer::popObjectTransform() {
+    glMatrixMode(GL_MODELVIEW);
+    glPopMatrix();
 }
 
 void vxRenderer::drawHud(vxHud& hud) {

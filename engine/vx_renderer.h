@@ -10,6 +10,7 @@ namespace Vantalux_nsp {
 
 class vxFont;
 class vxHud;
+class vxObject;
 class vxRenderWindow;
 
 // Frame-level drawing on the current render window: the begin and end of a frame, clears, render states,
@@ -38,6 +39,13 @@ public:
     // A quad over a viewport of width x height with texture coordinates 0 to 1, projection and model-view
     // the identity for it and put back after it.
     void drawFullscreenQuad(int width, int height);
+    // One object alone (not its children) at its place in the world, under the camera applied: what a
+    // demo draws outside its scene's order.
+    void drawObject(vxObject& object, int pass = 1);
+    // The model-view matrix of the camera applied times the object's absolute transform, until the pop:
+    // for a demo that binds and draws a mesh's data itself.
+    void pushObjectTransform(const vxObject& object);
+    void popObjectTransform();
     // A HUD quad over the current window, in window coordinates centred on the middle, y up.
     void drawHud(vxHud& hud);
 

@@ -77,7 +77,9 @@ void vxScene::draw(vxRenderer& renderer) {
     _drawObjects(renderer, vxDrawMode::kPass, 1, true);
 }
 
-void vxScene::drawPass(vxRenderer& renderer, int pass) { _drawObjects(renderer, vxDrawMode::kPass, pass, false); }
+void vxScene::drawPass(vxRenderer& renderer, int pass) {
+    _drawObjects(renderer, vxDrawMode::kPassOverFrameStates, pass, false);
+}
 
 void vxScene::drawDepthOnly(vxRenderer& renderer) { _drawObjects(renderer, vxDrawMode::kDepthOnly, 1, false); }
 

@@ -49,7 +49,7 @@ public:
     // material with its first program.
     void draw(vxRenderer& renderer);
     // Draws the objects (backgrounds excluded) with the program of `pass` (1 is the first) of each material;
-    // leaves the lights as the caller set them.
+    // leaves the lights, blending and depth writes as the caller set them for the pass.
     void drawPass(vxRenderer& renderer, int pass);
     // Geometry only, no material: a depth pass.
     void drawDepthOnly(vxRenderer& renderer);

@@ -2,6 +2,7 @@
 
 #include "gl_api.h"
 #include "vx_cube_faces.h"
+#include "vx_gpu_shader.h"
 #include "vx_texture.h"
 
 namespace Vantalux_nsp {
@@ -52,6 +53,7 @@ void vxSkybox::draw(vxRenderer&, vxDrawMode mode, int) {
     if (m_cubemap) {
         glEnable(GL_TEXTURE_CUBE_MAP);
         m_cubemap->bind(0);
+        if (m_shader) m_shader->bind();
         glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
         glBegin(GL_QUADS);
         for (const vxCubeFaceFrame& face : kVxSkyboxFaceFrames)
@@ -61,6 +63,7 @@ void vxSkybox::draw(vxRenderer&, vxDrawMode mode, int) {
                 glVertex3f(c.x, c.y, c.z);
             }
         glEnd();
+        if (m_shader) m_shader->unbind();
         m_cubemap->unbind(0);
     } else {
         glEnable(GL_TEXTURE_2D);

@@ -6,6 +6,7 @@
 
 namespace Vantalux_nsp {
 
+class vxGpuShader;
 class vxTexture;
 
 // A box of sky around the camera, drawn behind everything: six pictures, or one cube map. The box follows
@@ -26,6 +27,9 @@ public:
     // Shows a cube map instead of the six pictures.
     void setCubemap(vxTexture* cubemap) { m_cubemap = cubemap; }
     vxTexture* getCubemap() const { return m_cubemap; }
+    // A program that draws the cube map instead of the fixed-function path (a pass that writes more than
+    // colour, such as depth for a later blur). It gets the direction as texture coordinate 0.
+    void setGpuShader(vxGpuShader* shader) { m_shader = shader; }
     // Half the edge of the box; it has to lie within the camera's far plane.
     void setSize(float halfEdge) { m_halfEdge = halfEdge; }
 
@@ -36,6 +40,7 @@ private:
     std::array<vxTexture*, 6> m_faces{};
     std::array<std::array<vxVec2, 4>, 6> m_texCoords;
     vxTexture* m_cubemap = nullptr;
+    vxGpuShader* m_shader = nullptr;
     float m_halfEdge = 500.0f;
 };
 

@@ -34,3 +34,13 @@ lumenscope_integration_test(integration_engine_llvmpipe
 find_package(OpenGL REQUIRED COMPONENTS OpenGL EGL)
 target_link_libraries(integration_engine_llvmpipe PRIVATE engine OpenGL::EGL OpenGL::GL)
 target_compile_definitions(integration_engine_llvmpipe PRIVATE ENGINE_MEDIA_DIR="${PROJECT_SOURCE_DIR}/media")
+
+# The engine demos' rules that run on the processor.
+lumenscope_unit_test(unit_engine_scenes engine/engine_scene_rules_test.cpp)
+target_link_libraries(unit_engine_scenes PRIVATE demos)
+
+# The program running each engine demo headless as a one-second benchmark, and refusing what it cannot run.
+lumenscope_integration_test(integration_engine_demo_runs engine/engine_demo_runs_test.cpp)
+target_link_libraries(integration_engine_demo_runs PRIVATE demos)
+target_compile_definitions(integration_engine_demo_runs PRIVATE LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>")
+add_dependencies(integration_engine_demo_runs lumenscope)

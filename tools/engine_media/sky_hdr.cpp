@@ -14,10 +14,12 @@ namespace {
 using Vantalux_nsp::vxVec3;
 
 // Radiance in a direction: a blue dome paling to the horizon, clouds, a sun of about 60 times the sky,
-// and a dim green-brown land below the horizon.
+// and a dim green-brown land below the horizon. The sun is a bare disc: any glow around it in a picture is
+// the work of the renderer's bright pass. It stands where the HDR demo's circling camera sees it in its
+// first seconds, low in the upper left of the window, clear of the knot.
 vxVec3 sky(vxVec3 d) {
     d = d.normalized();
-    const vxVec3 sun = vxVec3{0.55f, 0.45f, -0.7f}.normalized();
+    const vxVec3 sun = vxVec3{-0.902f, 0.302f, 0.308f}.normalized();
     const float toSun = std::fmax(d.dot(sun), 0.0f);
     if (d.y < 0.0f) {
         const float n = fbm(d.x * 8, d.z * 8, 0, 5, 201);
@@ -30,11 +32,12 @@ vxVec3 sky(vxVec3 d) {
     // Clouds on a plane above the viewer.
     if (d.y > 0.02f) {
         const float px = d.x / d.y, pz = d.z / d.y;
-        const float cover = clamp01((fbm(px * 0.6f + 3, pz * 0.6f, 0, 6, 202) - 0.5f) * 3.0f) * clamp01(d.y * 6);
+        const float clearing = 1.0f - std::pow(toSun, 6.0f);  // no cloud across the sun
+        const float cover =
+            clamp01((fbm(px * 0.6f + 3, pz * 0.6f, 0, 6, 202) - 0.5f) * 3.0f) * clamp01(d.y * 6) * clearing;
         c = c * (1 - cover) + vxVec3{1.1f, 1.1f, 1.12f} * cover;
     }
-    c = c + vxVec3{1.0f, 0.8f, 0.5f} * (0.6f * std::pow(toSun, 12.0f) + 3.0f * std::pow(toSun, 300.0f));
-    if (toSun > std::cos(2.0f * 0.0174533f)) c = c + vxVec3{60.0f, 56.0f, 48.0f};
+    if (toSun > std::cos(2.5f * 0.0174533f)) c = c + vxVec3{60.0f, 56.0f, 48.0f};
     return c;
 }
 

@@ -44,3 +44,7 @@ lumenscope_integration_test(integration_engine_demo_runs engine/engine_demo_runs
 target_link_libraries(integration_engine_demo_runs PRIVATE demos)
 target_compile_definitions(integration_engine_demo_runs PRIVATE LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>")
 add_dependencies(integration_engine_demo_runs lumenscope)
+
+# The engine's own share of a frame, apart from OpenGL: a benchmark that tools/bench_engine_demos.sh runs.
+add_executable(bench_engine_frame_cost bench/engine_frame_cost.cpp)
+target_link_libraries(bench_engine_frame_cost PRIVATE demos)

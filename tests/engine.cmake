@@ -2,6 +2,7 @@
 lumenscope_unit_test(unit_engine
   engine/font_test.cpp
   engine/lsan_fontconfig.cpp
+  engine/math_test.cpp
   engine/mesh_builders_test.cpp
   engine/model_3ds_test.cpp
   engine/rgbe_reader_test.cpp

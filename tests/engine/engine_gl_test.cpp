@@ -354,6 +354,86 @@ TEST_F(EngineOnLlvmpipe, KnotModelCarriesItsMaterialAndDrawsInTheMiddle) {
     EXPECT_EQ(engine->createAndLoadModel(ENGINE_MEDIA_DIR "/models/missing.3DS", 7, 0), nullptr);
 }
 
+TEST_F(EngineOnLlvmpipe, LaterPassesAddUpOverMaterialsThatDoNotBlend) {
+    // A light pass sets additive blending for the whole frame; the materials it draws through must not turn
+    // it off, or the second light replaces the first instead of adding to it.
+    vxGpuShader* quarterRed = vxGPUShaderMgr::getInstance()->createGPUShader("quarter_red");
+    ASSERT_EQ(quarterRed->loadVertexShaderFromMemory(kFlatVertex), 0);
+    ASSERT_EQ(quarterRed->loadPixelShaderFromMemory("void main() { gl_FragColor = vec4(0.25, 0.0, 0.0, 1.0); }"), 0);
+    vxMaterial* material = vxMaterialMgr::getInstance()->createMaterial("opaque");
+    material->setBlending(false);
+    material->setGpuShader(quarterRed, 0);
+    vxMesh* wall = engine->createMesh("wall");
+    wall->makePlane(200, 200, 1, 1);
+    wall->setOrientation({90, 0, 0});
+    wall->assignMaterialToFaces(material, 0, wall->getNumFaces() - 1);
+    vxScene* scene = vxSceneMgr::getInstance()->createScene("passes");
+    scene->addObject(wall);
+    renderer->beginFrame();
+    renderer->setClearColor({0, 0, 0, 1});
+    renderer->clear(true, true);
+    frontCamera()->apply();
+    scene->drawPass(*renderer, 1);  // lays depth
+    renderer->disableState(VX_DEPTH_WRITE);
+    renderer->setDepthFunc(VX_DEPTH_EQUAL);
+    renderer->enableState(VX_BLENDING);
+    renderer->setBlendFactors(VX_BLEND_ONE, VX_BLEND_ONE);
+    scene->drawPass(*renderer, 1);
+    scene->drawPass(*renderer, 1);
+    EXPECT_NEAR(centre()[0], 191, 2);  // three quarters of red: three passes added
+}
+
+TEST_F(EngineOnLlvmpipe, HudQuadPlacedByItsCentreFromTheWindowsMiddleLandsInTheLowerRightCorner) {
+    vxMaterial* white = vxMaterialMgr::getInstance()->createMaterial("white");
+    white->setLighting(false);
+    white->setCulling(false);
+    white->setDiffuse({1, 1, 1, 1});
+    vxHud* hud = engine->createHud("corner", 32, 32);
+    hud->setMaterial(white);
+    hud->setPosition({kSize / 2.0f - 16, -kSize / 2.0f + 16, 0});
+    renderer->beginFrame();
+    renderer->setClearColor({0, 0, 0, 1});
+    renderer->clear(true, true);
+    renderer->drawHud(*hud);
+    EXPECT_EQ(surface.pixel(kSize - 2, 1)[0], 255);         // lower right (pixels counted from the bottom)
+    EXPECT_EQ(surface.pixel(kSize - 31, 30)[0], 255);
+    EXPECT_EQ(surface.pixel(kSize - 34, 1)[0], 0);          // just left of it
+    EXPECT_EQ(surface.pixel(kSize - 2, 34)[0], 0);          // just above it
+    EXPECT_EQ(surface.pixel(1, kSize - 2)[0], 0);
+}
+
+TEST_F(EngineOnLlvmpipe, TextureTilingRepeatsTheTextureAcrossTheMesh) {
+    // Two texels, black and white, nearest filtering: a plane shows one edge between them, or four times
+    // as many pairs when tiled by 4.
+    const uint8_t texels[8] = {0, 0, 0, 255, 255, 255, 255, 255};
+    vxTextureData options;
+    options.filter = VX_FILTER_NEAREST;
+    vxTexture* stripes = vxTextureMgr::getInstance()->createTexture2D("stripes", 2, 1, options);
+    ASSERT_TRUE(stripes->uploadRgba8(2, 1, texels, options));
+    vxMaterial* material = vxMaterialMgr::getInstance()->createMaterial("striped");
+    material->setLighting(false);
+    material->setDiffuse({1, 1, 1, 1});
+    material->addTexture(stripes, 0);
+    auto edgesAcross = [&](float tiling) {
+        vxMesh* wall = engine->createMesh("wall");
+        wall->makePlane(100, 100, 1, 1);
+        wall->setOrientation({90, 0, 0});
+        wall->setTexCoordTiling(0, tiling, tiling);
+        wall->assignMaterialToFaces(material, 0, wall->getNumFaces() - 1);
+        renderer->beginFrame();
+        renderer->setClearColor({1, 0, 0, 1});
+        renderer->clear(true, true);
+        frontCamera()->apply();
+        renderer->drawObject(*wall);
+        int edges = 0;
+        for (int x = 1; x < kSize; ++x) edges += surface.pixel(x, kSize / 2) != surface.pixel(x - 1, kSize / 2);
+        return edges;
+    };
+    const int plain = edgesAcross(1), tiled = edgesAcross(4);
+    EXPECT_EQ(plain, 3);  // red, black, white, red
+    EXPECT_EQ(tiled, 9);
+}
+
 TEST_F(EngineOnLlvmpipe, DestroyingTheWindowFreesItsGlNames) {
     vxTexture* texture = vxTextureMgr::getInstance()->createTexture2D("t", 8, 8);
     vxGpuShader* shader = vxGPUShaderMgr::getInstance()->createGPUShader("s");

@@ -8,6 +8,9 @@
 #include "report/online/update_thread.h"
 #include "report/report_buffers.h"
 
+struct DriverLinkRow;
+struct ReviewLinkRow;
+
 // Every run-time option, selection and handle of the application, in one global block. It is reset to its
 // start values at entry (resetAppState); nothing here persists between runs. No lock: fields read by demo
 // threads are written before those threads start or are single words.
@@ -71,6 +74,15 @@ struct AppState {
     uint32_t refreshTimerId = 0;
     uint32_t demoThrottleMs = 0;  // extra sleep per demo frame, 50 while the main window is minimised
     bool temperatureRefreshEnabled = false;
+
+    // Main window and GPU panel
+    int32_t selectedGlDemo = 0;  // rows of the two demo pickers
+    int32_t selectedClDemo = 0;
+    bool noDriverState = false;
+    char driverDisplayText[256] = {};  // the GPU panel's driver text for the selected GPU; benchmark rows print it
+    char cardNameText[256] = {};       // the primary card's name, written by the GPU panel
+    const DriverLinkRow* driverLinkTable = nullptr;  // chosen by the tools panel; null until it has started
+    const ReviewLinkRow* reviewLinkTable = nullptr;
 
     // Colours as 0x00BBGGRR.
     uint32_t fieldTextColour = 0;

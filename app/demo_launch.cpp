@@ -91,6 +91,12 @@ void connectDemoHost() {
 
 void setMainWindowCloser(void (*closeMainWindow)()) { gMainWindowCloser = closeMainWindow; }
 
+bool automaticDemoRequested(const AppState& state) {
+    for (const AutomaticStart& start : kAutomaticStarts)
+        if (state.*start.flag) return true;
+    return false;
+}
+
 bool startAutomaticDemo(const AppState& state) {
     for (const AutomaticStart& start : kAutomaticStarts) {
         if (!(state.*start.flag)) continue;

@@ -22,3 +22,6 @@ void setMainWindowCloser(void (*closeMainWindow)());
 // the command line's settings and without the Start button's capability tests. False when no option is
 // given or the start failed.
 bool startAutomaticDemo(const AppState& state);
+
+// Whether the command line asks for an automatic start.
+bool automaticDemoRequested(const AppState& state);

@@ -12,6 +12,7 @@
 #include "demos/demo_context.h"
 #include "demos/harness/demo_launcher.h"
 #include "demos/harness/demo_window.h"
+#include "desktop_shell.h"
 #include "engine/vantalux.h"
 #include "gpu_log_block.h"
 #include "kalidor/kalidor.h"
@@ -19,6 +20,7 @@
 #include "message_boxes.h"
 #include "online_check.h"
 #include "platform/interrupt.h"
+#include "no_display_notice.h"
 #include "version.h"
 
 using Kalidornm::Kalidor;
@@ -54,10 +56,8 @@ void logDisplayDeviceStrings(Kalidor& library) {
     }
 }
 
-// The main window comes with the GUI; until then an interactive start asks for updates, runs the automatically
-// started demo, if any, to its end.
-void runMainDialog(AppState& state) {
-    startUpdateThread(state);
+// Without a display a demo started from the command line runs headless, and the program ends with it.
+void runHeadlessDemo(const AppState& state) {
     const bool demoStarted = startAutomaticDemo(state);
     appLog().write("%s startup ok.", lumenscope::kDisplayName);
     if (!demoStarted) return;
@@ -87,7 +87,7 @@ void shutdownApplication(AppState& state, Kalidor* library) {
 
 }  // namespace
 
-int runLumenscope(int argc, const char* const* argv) {
+int runLumenscope(int argc, const char* const* argv, DesktopShell* desktop) {
     AppState& state = gApp;
     prepareDemoWindowing();
     initAppState(state);
@@ -100,13 +100,27 @@ int runLumenscope(int argc, const char* const* argv) {
 
     logDisplayDevices();
     const bool batch = state.exportXmlReport || state.exportTxtReport || state.exportJsonReport;
+    // A benchmark on a machine without a display: the demo needs no window of ours.
+    const bool headlessDemo = !batch && automaticDemoRequested(state) && !demoDisplayReachable();
+    const bool windowed = !batch && !headlessDemo;
+    if (windowed) {
+        // Checked before the scan: without a display there is nothing to show it in.
+        std::string why = "no window toolkit was built in";
+        if (!desktop || !desktop->connect(&why)) {
+            reportNoDisplay(why.c_str());
+            return 1;
+        }
+        desktop->showSplash();
+    }
     state.updateThread.reset();
 
     if (state.openclSupportEnabled) compute::discoverOpenCl();
 
     Kalidor* library = Kalidor::getInstance();
     if (!library || !library->startup(0, 0, 64, 64, state.glMajorVersion, state.glMinorVersion, true)) {
+        if (windowed) desktop->closeSplash();
         showErrorBox("Could not initialize Kalidor. Lumenscope startup failed. Bye!");
+        if (windowed) desktop->disconnect();
         return 0;
     }
 
@@ -126,11 +140,15 @@ int runLumenscope(int argc, const char* const* argv) {
 
     if (batch) {
         writeBatchReports(state, *library);
+    } else if (headlessDemo) {
+        connectDemoHost();
+        runHeadlessDemo(state);
     } else {
         connectDemoHost();
-        runMainDialog(state);
+        desktop->runMainDialog(state, *library);
     }
 
     shutdownApplication(state, library);
+    if (windowed) desktop->disconnect();
     return 0;
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+class DesktopShell;
+
 // The whole run of the program, from entry to the return value of main: start-up, the batch reports or the
-// main window, and shutdown. Returns 0 in every case.
-int runLumenscope(int argc, const char* const* argv);
+// main window through `desktop`, and shutdown. Returns 0, but 1 when the window was asked for and no display
+// can show it (`desktop` null counts as no display).
+int runLumenscope(int argc, const char* const* argv, DesktopShell* desktop);

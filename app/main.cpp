@@ -4,6 +4,7 @@
 #include "command_line.h"
 #include "command_line_help.h"
 #include "lifecycle.h"
+#include "panels/qt_desktop_shell.h"
 
 int main(int argc, char** argv) {
     // Answered before anything else runs: asking for help opens no log, touches no hardware, writes no file.
@@ -12,5 +13,6 @@ int main(int argc, char** argv) {
         std::fputs(information.c_str(), stdout);
         return 0;
     }
-    return runLumenscope(argc, argv);
+    panels::QtDesktopShell desktop(argc, argv);
+    return runLumenscope(argc, argv, &desktop);
 }

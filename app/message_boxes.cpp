@@ -17,6 +17,7 @@ void presentOnStandardError(MessageBoxKind, const char* title, const char* text)
 }
 
 MessageBoxPresenter gPresenter = presentOnStandardError;
+UrlOpener gUrlOpener = lumenscope::platform::openWithDesktop;
 
 struct BoxStyle {
     const char* title;
@@ -66,9 +67,11 @@ void showInfoBox(const char* format, ...) {
     va_end(args);
 }
 
+void setUrlOpener(UrlOpener opener) { gUrlOpener = opener ? opener : lumenscope::platform::openWithDesktop; }
+
 void openUrl(const char* text) {
     if (!text || !*text) return;
-    lumenscope::platform::openWithDesktop(text);
+    gUrlOpener(text);
 }
 
 double celsiusToFahrenheit(float celsius) { return double(celsius) * 1.8 + 32.0; }

@@ -15,4 +15,9 @@ void setMessageBoxPresenter(MessageBoxPresenter presenter);
 // Hands a web page or file to the desktop; null or empty does nothing, the result is not looked at.
 void openUrl(const char* text);
 
+// Opens one non-empty target for openUrl. Until a window toolkit installs its own, the desktop's opener
+// program gets it; null puts that back.
+using UrlOpener = void (*)(const char* target);
+void setUrlOpener(UrlOpener opener);
+
 double celsiusToFahrenheit(float celsius);

@@ -134,6 +134,9 @@ public:
     const char* getGpuReleaseVersion(int gpu) const;
     bool isGpuCrimsonDriver(int gpu) const;
     bool hasGpuTemperature(int gpu) const;
+    // Read now, each call: the kernel's runtime power state is "suspended". A sleeping GPU must not be asked
+    // anything else, or it wakes up. False for a GPU without a PCI device.
+    bool isGpuSuspended(int gpu) const;
     uint32_t getGpuPerfLevelCount(int gpu) const;
     uint32_t countGpusWithTemperature() const;
     bool sortGpusByBusId();

@@ -23,7 +23,7 @@ target_link_libraries(machine_reports PUBLIC fixture_library report_test_fixture
 target_compile_definitions(machine_reports PRIVATE NVML_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/nvml")
 
 lumenscope_unit_test(unit_machine_golden report/machine_golden_test.cpp)
-target_link_libraries(unit_machine_golden PRIVATE machine_reports)
+target_link_libraries(unit_machine_golden PRIVATE machine_reports nlohmann_json::nlohmann_json)
 target_compile_definitions(unit_machine_golden PRIVATE
   MACHINE_GOLDEN_DIR="${CMAKE_CURRENT_SOURCE_DIR}/golden/machines")
 

@@ -16,6 +16,7 @@ libxml2-utils
 libcurl4-openssl-dev python3
 clang-15 libfuzzer-15-dev valgrind
 desktop-file-utils appstream groff-base
+qt6-base-dev qt6-qpa-plugins libxcb1-dev fonts-dejavu-core
 "
 
 missing=""

@@ -1,8 +1,10 @@
-// The amdgpu driver's sysfs values (hwmon integers, DPM clock tables) from any file content.
+// The sysfs value parsers (integers, unsigned sizes, PCI hex ids, uevent lines) and the amdgpu driver's DPM
+// clock tables, from any file content.
 #include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "kalidor/platform/sysfs_values.h"
 #include "kalidor/vendors/amd_sysfs_values.h"
 
 using namespace Kalidornm;
@@ -18,6 +20,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     } else if (parseSysfsInteger(text, INT64_MIN, INT64_MAX)) {
         std::abort();
     }
+
+    if (const std::optional<uint64_t> size = parseSysfsUnsigned(text, UINT64_MAX / 2))
+        if (*size > UINT64_MAX / 2 || parseSysfsUnsigned(std::to_string(*size), UINT64_MAX / 2) != size) std::abort();
+    if (const std::optional<uint32_t> id = parseSysfsHex(text, 0xFFFF))
+        if (*id > 0xFFFF) std::abort();
+    if (ueventValue(text, "DRIVER").find('\n') != std::string::npos) std::abort();
 
     if (const auto table = parseDpmTable(text)) {
         if (table->empty()) std::abort();

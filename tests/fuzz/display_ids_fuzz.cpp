@@ -1,6 +1,8 @@
-// Device-id strings of display adapters and the database lookups their ids feed. The string is
-// "PCI\VEN_vvvv&DEV_dddd&SUBSYS_ssssvvvv&REV_rr" on a sane machine and anything at all otherwise; the second
-// part of the input is the adapter name the AMD naming rules and the summary test for words.
+// PCI addresses as sysfs and the drivers write them, and the database lookups a device's ids feed. The first
+// part of the input is an address text ("0000:01:00.0" on a sane machine, anything at all otherwise), the
+// second holds the ids as hex ("10de 2204 1458 403b"), the third the adapter name the AMD naming rules and the
+// summary test for words.
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -10,6 +12,7 @@
 #include "kalidor/gpu_database/gpu_database.h"
 #include "kalidor/gpu_database/gpu_naming.h"
 #include "kalidor/gpu_database/pci_vendor_table.h"
+#include "kalidor/platform/pci_address.h"
 
 using namespace Kalidornm;
 
@@ -39,28 +42,24 @@ void lookUp(uint32_t vendor, uint32_t device, uint32_t subdevice, const char* ad
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::vector<std::string_view> parts = splitFuzzInput(data, size);
-    const std::string id(parts.size() > 0 ? parts[0] : std::string_view());
-    const std::string adapterName(parts.size() > 1 ? parts[1] : std::string_view());
+    const std::string address(parts.size() > 0 ? parts[0] : std::string_view());
+    const std::string idsText(parts.size() > 1 ? parts[1] : std::string_view());
+    const std::string adapterName(parts.size() > 2 ? parts[2] : std::string_view());
 
-    for (IdField field : {IdField::Vendor, IdField::Device, IdField::Subdevice, IdField::Subvendor}) {
-        const std::string text = idFieldText(id.c_str(), field);
-        const int32_t value = idFieldValue(id.c_str(), field);
-        if (text.empty() ? value != -1 : text.size() != 4) std::abort();
+    // An address that parses is one the kernel could write: written back, it parses to itself.
+    if (const auto parsed = parsePciAddress(address)) {
+        if (parsed->bus > 0xFF || parsed->device > 0x1F || parsed->function > 7) std::abort();
+        const auto again = parsePciAddress(parsed->text());
+        if (!again || *again != *parsed) std::abort();
     }
-    if (idFieldValue(id.c_str(), IdField::Revision) != -1) std::abort();
 
-    const uint32_t vendor = uint32_t(idFieldValue(id.c_str(), IdField::Vendor));
-    const uint32_t device = uint32_t(idFieldValue(id.c_str(), IdField::Device));
-    const uint32_t subvendor = uint32_t(idFieldValue(id.c_str(), IdField::Subvendor));
-    const uint32_t subdevice = uint32_t(idFieldValue(id.c_str(), IdField::Subdevice));
-    lookUp(vendor, device, subdevice, parts.size() > 1 ? adapterName.c_str() : nullptr);
-
-    // What we write ourselves for a PCI device must decode to the same ids.
-    const std::string written = pciDeviceIdString(vendor, device, subvendor, subdevice, 0);
-    if (idFieldValue(written.c_str(), IdField::Vendor) != int32_t(vendor & 0xFFFF) ||
-        idFieldValue(written.c_str(), IdField::Device) != int32_t(device & 0xFFFF) ||
-        idFieldValue(written.c_str(), IdField::Subvendor) != int32_t(subvendor & 0xFFFF) ||
-        idFieldValue(written.c_str(), IdField::Subdevice) != int32_t(subdevice & 0xFFFF))
+    unsigned vendor = 0, device = 0, subvendor = 0, subdevice = 0;
+    std::sscanf(idsText.c_str(), "%x %x %x %x", &vendor, &device, &subvendor, &subdevice);
+    PciIds ids;
+    ids.vendor = vendor & 0xFFFF, ids.device = device & 0xFFFF;
+    ids.subvendor = subvendor & 0xFFFF, ids.subdevice = subdevice & 0xFFFF;
+    if (pciDeviceIdString(ids).size() != std::string("PCI\\VEN_0000&DEV_0000&SUBSYS_00000000&REV_00").size())
         std::abort();
+    lookUp(ids.vendor, ids.device, ids.subdevice, parts.size() > 2 ? adapterName.c_str() : nullptr);
     return 0;
 }

@@ -48,11 +48,13 @@ inline void drainPipes(int outFd, std::string& out, int errFd, std::string& err)
     }
 }
 
-// `inChild` runs in the child just before the program starts (to set a resource limit, for example).
+// `inChild` runs in the child just before the program starts (to set a resource limit, for example);
+// `unsetEnv` names variables the program must not see, whatever the test's own environment holds.
 inline ProgramRun runProgram(const std::string& binary, const std::filesystem::path& workDir,
                              const std::vector<std::string>& args,
                              const std::vector<std::pair<std::string, std::string>>& env = {},
-                             const std::function<void()>& inChild = {}) {
+                             const std::function<void()>& inChild = {},
+                             const std::vector<std::string>& unsetEnv = {}) {
     ProgramRun run;
     int outPipe[2], errPipe[2];
     if (pipe(outPipe) != 0) return run;
@@ -67,6 +69,7 @@ inline ProgramRun runProgram(const std::string& binary, const std::filesystem::p
         dup2(errPipe[1], STDERR_FILENO);
         for (int fd : {outPipe[0], outPipe[1], errPipe[0], errPipe[1]}) close(fd);
         if (chdir(workDir.c_str()) != 0) _exit(126);
+        for (const auto& name : unsetEnv) unsetenv(name.c_str());
         for (const auto& [name, value] : env) setenv(name.c_str(), value.c_str(), 1);
         if (inChild) inChild();
         std::vector<char*> argv;

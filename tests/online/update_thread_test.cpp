@@ -125,6 +125,52 @@ TEST(UpdateThreadDeathTest, AProcessEndsPromptlyUnderAHangingCheck) {
     EXPECT_LT(Clock::now() - start, 2s);
 }
 
+// The real program's window on Qt's offscreen platform, ended from outside once it stands, as a user ends it
+// from the terminal. Times the end from the signal.
+struct WindowRun {
+    bool started = false;
+    bool ended = false;
+    int status = 0;
+    Clock::duration endTook{};
+};
+
+WindowRun runWindowAndEndIt(const std::filesystem::path& dir, const std::vector<std::string>& args) {
+    WindowRun run;
+    const std::filesystem::path log = dir / "Lumenscope_log.txt";
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::chdir(dir.c_str()) != 0) ::_exit(126);
+        ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        std::vector<char*> argv{const_cast<char*>(LUMENSCOPE_BINARY)};
+        for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
+        argv.push_back(nullptr);
+        ::execv(LUMENSCOPE_BINARY, argv.data());
+        ::_exit(127);
+    }
+    if (child < 0) return run;
+    const Clock::time_point giveUp = Clock::now() + 60s;
+    while (!run.started && Clock::now() < giveUp && ::waitpid(child, &run.status, WNOHANG) == 0) {
+        for (const std::string& line : readFileLines(log))
+            if (logMessage(line) == "Lumenscope startup ok.") run.started = true;
+        if (!run.started) std::this_thread::sleep_for(5ms);
+    }
+    const Clock::time_point endAsked = Clock::now();
+    ::kill(child, SIGTERM);
+    while (Clock::now() < giveUp) {
+        if (::waitpid(child, &run.status, WNOHANG) == child) {
+            run.ended = true;
+            break;
+        }
+        std::this_thread::sleep_for(2ms);
+    }
+    run.endTook = Clock::now() - endAsked;
+    if (!run.ended) {
+        ::kill(child, SIGKILL);
+        ::waitpid(child, &run.status, 0);
+    }
+    return run;
+}
+
 // The real program with its update thread on a server that never answers shuts down at once.
 TEST(UpdateThread, TheProgramShutsDownWithinTwoSecondsWhileTheServerHangs) {
     ValidationServerProcess silent({"--mode", "silent"});
@@ -132,42 +178,17 @@ TEST(UpdateThread, TheProgramShutsDownWithinTwoSecondsWhileTheServerHangs) {
     const std::filesystem::path dir = std::filesystem::path(::testing::TempDir()) / "online_shutdown";
     std::filesystem::remove_all(dir);
     std::filesystem::create_directories(dir);
-    const std::filesystem::path log = dir / "Lumenscope_log.txt";
 
-    const pid_t child = ::fork();
-    if (child == 0) {
-        if (::chdir(dir.c_str()) != 0) ::_exit(126);
-        const std::string host = "/online_host=" + silent.url();
-        ::execl(LUMENSCOPE_BINARY, LUMENSCOPE_BINARY, host.c_str(), static_cast<char*>(nullptr));
-        ::_exit(127);
-    }
-    ASSERT_GT(child, 0);
-    // Started: the log says so. From there to the end of the process is the shutdown.
-    Clock::time_point startedAt{};
-    int status = 0;
-    bool ended = false;
-    const Clock::time_point giveUp = Clock::now() + 60s;
-    while (!ended && Clock::now() < giveUp) {
-        if (startedAt == Clock::time_point{}) {
-            for (const std::string& line : readFileLines(log))
-                if (logMessage(line) == "Lumenscope startup ok.") startedAt = Clock::now();
-        }
-        ended = ::waitpid(child, &status, WNOHANG) == child;
-        if (!ended) std::this_thread::sleep_for(2ms);
-    }
-    const Clock::time_point endedAt = Clock::now();
-    if (!ended) {
-        ::kill(child, SIGKILL);
-        ::waitpid(child, &status, 0);
-        FAIL() << "the program did not end";
-    }
-    ASSERT_NE(startedAt, Clock::time_point{}) << "no start-up line in the log";
-    EXPECT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0);
-    std::printf("shutdown under a hanging update check: %.3f s\n",
-                std::chrono::duration<double>(endedAt - startedAt).count());
-    EXPECT_LT(endedAt - startedAt, 2s);
-    const std::vector<std::string> lines = readFileLines(log);
+    const WindowRun run = runWindowAndEndIt(dir, {"/online_host=" + silent.url()});
+    ASSERT_TRUE(run.started) << "no start-up line in the log";
+    ASSERT_TRUE(run.ended) << "the program did not end";
+    silent.waitForRequests(1);
+    EXPECT_FALSE(silent.requests().empty()) << "the update check never asked";
+    EXPECT_TRUE(WIFEXITED(run.status));
+    EXPECT_EQ(WEXITSTATUS(run.status), 0);
+    std::printf("shutdown under a hanging update check: %.3f s\n", std::chrono::duration<double>(run.endTook).count());
+    EXPECT_LT(run.endTook, 2s);
+    const std::vector<std::string> lines = readFileLines(dir / "Lumenscope_log.txt");
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(logMessage(lines.back()), "Lumenscope shutdown ok.");
     std::filesystem::remove_all(dir);
@@ -177,10 +198,11 @@ TEST(UpdateThread, WithNoOnlineCheckNothingGoesOverTheNetwork) {
     ValidationServerProcess server;
     ASSERT_TRUE(server.started());
     const std::filesystem::path dir = std::filesystem::path(::testing::TempDir()) / "online_no_check";
+    std::filesystem::remove_all(dir);
     std::filesystem::create_directories(dir);
-    const ProgramRun run =
-        runProgram(LUMENSCOPE_BINARY, dir, {"/online_host=" + server.url(), "/no_online_check"});
-    EXPECT_EQ(run.exitCode, 0);
+    const WindowRun run = runWindowAndEndIt(dir, {"/online_host=" + server.url(), "/no_online_check"});
+    ASSERT_TRUE(run.started && run.ended);
+    EXPECT_EQ(WEXITSTATUS(run.status), 0);
     std::this_thread::sleep_for(200ms);
     EXPECT_TRUE(server.requests().empty());
     std::filesystem::remove_all(dir);

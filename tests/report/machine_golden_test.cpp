@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "machine_reports.h"
@@ -37,6 +40,28 @@ TEST(MachineGolden, ASecondReportOfTheSameMachineIsIdentical) {
         EXPECT_EQ(first.text, second.text) << machine.stem;
         EXPECT_EQ(first.json, second.json) << machine.stem;
     }
+}
+
+// The whole road from a broken NVIDIA driver to the three files, in every way the fake driver can break (and
+// under AddressSanitizer and UBSan in the sanitizer build): the card keeps its record, the JSON parses, the
+// text names the card, and nothing the driver wrote past its buffers or in its texts crashes a report.
+TEST(MachineReports, EveryWayTheNvidiaDriverBreaksStillGivesThreeWholeReports) {
+    const std::vector<ReportedMachine> machines = reportedMachines();
+    const auto nvidia = std::find_if(machines.begin(), machines.end(),
+                                     [](const ReportedMachine& m) { return m.stem == "nvidia_desktop"; });
+    ASSERT_NE(nvidia, machines.end());
+    for (const char* fault : {"errors", "zero_count", "huge_count", "unterminated", "long_strings", "special_chars",
+                              "huge_values"}) {
+        setenv("FAKE_NVML_FAULT", fault, 1);
+        const RenderedReport r = reportOfMachine(nvidia->sources);
+        const nlohmann::json json = nlohmann::json::parse(r.json, nullptr, false);
+        ASSERT_FALSE(json.is_discarded()) << fault;
+        EXPECT_NE(r.text.find("Num GPUs: 1"), std::string::npos) << fault;
+        EXPECT_NE(r.xml.find("</lumen_scope>"), std::string::npos) << fault;
+        EXPECT_EQ(r.text.find("-1MHz"), std::string::npos) << fault;
+        EXPECT_EQ(r.text.find("4294967295MHz"), std::string::npos) << fault;
+    }
+    unsetenv("FAKE_NVML_FAULT");
 }
 
 }  // namespace

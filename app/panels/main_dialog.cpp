@@ -1,0 +1,252 @@
+#include "main_dialog.h"
+
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QPushButton>
+#include <QStyleOptionTabWidgetFrame>
+#include <QTabBar>
+#include <iterator>
+
+#include "app/app_log.h"
+#include "app/app_state.h"
+#include "app/demo_launch.h"
+#include "app/online_check.h"
+#include "app/platform/interrupt.h"
+#include "app/version.h"
+#include "controls.h"
+#include "cuda_panel.h"
+#include "demo_titles.h"
+#include "gpu_panel.h"
+#include "opencl_panel.h"
+#include "opengl_panel.h"
+#include "tools_panel.h"
+#include "validation_panel.h"
+#include "vendor_logo.h"
+
+namespace panels {
+
+namespace {
+
+struct TabItem {
+    const char* label;
+    int data;
+};
+
+constexpr TabItem kTabItems[] = {
+    {"GPU", MainDialog::kTabGpu},     {"OpenGL", MainDialog::kTabOpenGl}, {"CUDA", MainDialog::kTabCuda},
+    {"OpenCL", MainDialog::kTabOpenCl}, {"Tools", MainDialog::kTabTools}, {"Validation", MainDialog::kTabValidation},
+};
+static_assert(std::size(kTabItems) == 6);
+
+constexpr int kWidth = 256, kHeight = 331;
+constexpr int kIdCancel = 2;  // the code the window ends with when closed, whichever way
+
+// The main window while it runs, for requests from other threads; touched on the main thread only.
+QPointer<MainDialog> gRunningMainDialog;
+
+}  // namespace
+
+TabControl::TabControl(QWidget* parent) : QWidget(parent), m_tabBar(new QTabBar(this)) {
+    m_tabBar->setDrawBase(false);
+    m_tabBar->setExpanding(false);
+    m_tabBar->setUsesScrollButtons(false);
+    // The bar's height is fixed before the tabs exist, since the panels are placed before the tabs are added.
+    m_tabBar->ensurePolished();
+    m_tabBar->addTab(QStringLiteral("GPU"));
+    m_barHeight = m_tabBar->sizeHint().height();
+    m_tabBar->removeTab(0);
+}
+
+void TabControl::fitTabBar() { m_tabBar->setGeometry(0, 0, width(), m_barHeight); }
+
+QRect TabControl::pageRect() const { return QRect(2, m_barHeight, width() - 4, height() - m_barHeight - 2); }
+
+void TabControl::resizeEvent(QResizeEvent*) { fitTabBar(); }
+
+void TabControl::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    QStyleOptionTabWidgetFrame frame;
+    frame.initFrom(this);
+    const int top = m_barHeight;
+    frame.rect = QRect(0, top - 1, width(), height() - top + 1);
+    frame.shape = QTabBar::RoundedNorth;
+    frame.tabBarSize = m_tabBar->sizeHint();
+    frame.tabBarRect = m_tabBar->geometry();
+    style()->drawPrimitive(QStyle::PE_FrameTabWidget, &frame, &painter, this);
+}
+
+MainDialog::MainDialog(AppState& state, Kalidornm::Kalidor& library)
+    : QDialog(nullptr), m_state(state), m_library(library) {
+    setObjectName(QStringLiteral("id129"));
+    setFont(dialogFont());
+    const DialogUnits units{dialogFont()};
+    setFixedSize(units.toPixels(kWidth, kHeight));
+    setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
+                   Qt::WindowCloseButtonHint);
+
+    ControlBuilder c(this, units, state.fieldTextColour, state.headerTextColour, state.headerBackColour);
+    m_tabControl = new TabControl(this);
+    m_tabControl->setObjectName(controlName(1000));
+    m_tabControl->setGeometry(units.toPixels({3, 2, 250, 276}));
+    c.groupBox(1110, "OpenGL demos  ", {3, 284, 122, 42});
+    m_glDemos = c.dropDownList(1135, {8, 295, 110, 12}, 100);
+    m_glDemos->setAccessibleName(QStringLiteral("OpenGL demos"));
+    c.button(1111, "Start |>", {30, 310, 60, 12});
+    c.groupBox(1113, "OpenCL demos", {131, 284, 122, 42});
+    m_clDemos = c.dropDownList(1136, {138, 295, 110, 12}, 100);
+    m_clDemos->setAccessibleName(QStringLiteral("OpenCL demos"));
+    c.button(1112, "Start |>", {163, 310, 60, 12});
+
+    connect(m_tabControl->tabBar(), &QTabBar::currentChanged, this, [this](int index) { _showPanelOfTab(index); });
+    connect(m_glDemos, &QComboBox::currentIndexChanged, this, [this](int row) { m_state.selectedGlDemo = row; });
+    connect(m_clDemos, &QComboBox::currentIndexChanged, this, [this](int row) { m_state.selectedClDemo = row; });
+    connect(&m_refreshTimer, &QTimer::timeout, this, [this] { refreshTick(); });
+    connect(&m_interruptWatch, &QTimer::timeout, this, [this] {
+        if (lumenscope::platform::interruptRequested()) close();
+    });
+}
+
+MainDialog::~MainDialog() {
+    m_refreshTimer.stop();
+    for (void** handle : {&m_state.mainWindow, &m_state.tabControl, &m_state.gpuPanel, &m_state.openglPanel,
+                          &m_state.toolsPanel, &m_state.cudaPanel, &m_state.openclPanel, &m_state.validationPanel})
+        *handle = nullptr;
+}
+
+QTabBar* MainDialog::tabBar() const { return m_tabControl->tabBar(); }
+
+void MainDialog::start(QWidget* splash) {
+    m_state.mainWindow = this;
+    m_state.tabControl = m_tabControl;
+    setWindowTitle(QString::asprintf("Orbiscale %s %d.%d.%d.%d", lumenscope::kDisplayName, lumenscope::kVersionMajor,
+                                     lumenscope::kVersionMinor, lumenscope::kVersionPatch, lumenscope::kVersionBuild));
+    setWindowIcon(applicationIcon());
+    _createPanels();
+    _insertTabItems();
+    m_state.refreshTimerId = 1;
+    m_refreshTimer.start(kRefreshPeriodMs);
+    lumenscope::platform::catchFirstInterrupt();
+    m_interruptWatch.start(kInterruptWatchMs);
+    _fillDemoPickers();
+    if (splash) QMetaObject::invokeMethod(splash, &QWidget::close, Qt::QueuedConnection);
+    gRunningMainDialog = this;
+    setMainWindowCloser(&MainDialog::requestClose);
+    startAutomaticDemo(m_state);
+    startUpdateThread(m_state);
+    appLog().write("%s startup ok.", lumenscope::kDisplayName);
+}
+
+void MainDialog::_createPanels() {
+    const QRect page = m_tabControl->pageRect();
+    auto place = [&](QWidget* panel, void*& handle, int tabData) {
+        panel->setGeometry(page);
+        panel->setObjectName(QStringLiteral("panel%1").arg(tabData));
+        panel->setVisible(tabData == kTabGpu);
+        handle = panel;
+        m_panels[tabData] = panel;
+    };
+    m_gpuPanel = new GpuPanel(m_tabControl, m_state, m_library);
+    place(m_gpuPanel, m_state.gpuPanel, kTabGpu);
+    m_gpuPanel->initGpuPanel();
+    auto* opengl = new OpenGLPanel(m_tabControl, m_state, m_library);
+    place(opengl, m_state.openglPanel, kTabOpenGl);
+    m_gpuPanel->setOpenGlPanel(opengl);
+    auto* tools = new ToolsPanel(m_tabControl, m_state, m_library);
+    place(tools, m_state.toolsPanel, kTabTools);
+    tools->initToolsPanel();
+    place(new CudaPanel(m_tabControl, m_state, m_library), m_state.cudaPanel, kTabCuda);
+    place(new OpenCLPanel(m_tabControl, m_state, m_library), m_state.openclPanel, kTabOpenCl);
+    place(new ValidationPanel(m_tabControl, m_state, m_library), m_state.validationPanel, kTabValidation);
+}
+
+void MainDialog::_insertTabItems() {
+    QTabBar* tabs = tabBar();
+    const QSignalBlocker quiet(tabs);
+    for (const TabItem& item : kTabItems) {
+        const int index = tabs->addTab(QString::fromLatin1(item.label));
+        tabs->setTabData(index, item.data);
+    }
+    tabs->setCurrentIndex(0);
+    // A bar that gets tabs may grow itself; it keeps the height the pages were placed under.
+    m_tabControl->fitTabBar();
+}
+
+void MainDialog::_fillDemoPickers() {
+    const QSignalBlocker quietGl(m_glDemos), quietCl(m_clDemos);
+    m_glDemos->clear();
+    for (size_t row = 0; row < glDemoTitleCount(); ++row) m_glDemos->addItem(QString::fromLatin1(glDemoTitle(row)), int(row));
+    m_clDemos->clear();
+    for (size_t row = 0; row < clDemoTitleCount(); ++row) m_clDemos->addItem(QString::fromLatin1(clDemoTitle(row)), int(row));
+    m_glDemos->setCurrentIndex(0);
+    m_clDemos->setCurrentIndex(0);
+    m_state.selectedGlDemo = 0;
+    m_state.selectedClDemo = 0;
+}
+
+QWidget* MainDialog::panelForTabData(int tabData) const {
+    if (tabData < 0 || tabData >= int(std::size(m_panels)) || !m_panels[tabData]) return m_panels[kTabOpenGl];
+    return m_panels[tabData];
+}
+
+void MainDialog::_showPanelOfTab(int index) {
+    QWidget* shown = panelForTabData(tabBar()->tabData(index).toInt());
+    for (QWidget* panel : m_panels)
+        if (panel && panel != shown) panel->hide();
+    if (shown) shown->show();
+}
+
+void MainDialog::refreshTick() {
+    refreshOpenGlMemory(m_panels[kTabOpenGl], m_library);
+    if (m_gpuPanel) m_gpuPanel->refreshOnTick();
+}
+
+void MainDialog::_endMainDialog(int code) {
+    m_refreshTimer.stop();
+    m_interruptWatch.stop();
+    gRunningMainDialog = nullptr;
+    done(code);
+}
+
+void MainDialog::reject() { _endMainDialog(kIdCancel); }
+void MainDialog::accept() { _endMainDialog(QDialog::Accepted); }
+
+void MainDialog::closeEvent(QCloseEvent* event) {
+    _endMainDialog(kIdCancel);
+    event->accept();
+}
+
+void MainDialog::changeEvent(QEvent* event) {
+    // Demos slow down while nobody can see the window.
+    if (event->type() == QEvent::WindowStateChange) m_state.demoThrottleMs = isMinimized() ? 50 : 0;
+    QDialog::changeEvent(event);
+}
+
+void MainDialog::keyPressEvent(QKeyEvent* event) {
+    const bool control = event->modifiers() & Qt::ControlModifier;
+    const int step = (control && (event->key() == Qt::Key_Tab || event->key() == Qt::Key_PageDown))      ? 1
+                     : (control && (event->key() == Qt::Key_Backtab || event->key() == Qt::Key_PageUp)) ? -1
+                                                                                                        : 0;
+    if (step == 0) {
+        QDialog::keyPressEvent(event);
+        return;
+    }
+    QTabBar* tabs = tabBar();
+    tabs->setCurrentIndex((tabs->currentIndex() + step + tabs->count()) % tabs->count());
+    event->accept();
+}
+
+void MainDialog::requestClose() {
+    QCoreApplication* app = QCoreApplication::instance();
+    if (!app) return;
+    QMetaObject::invokeMethod(
+        app, [] {
+            if (gRunningMainDialog) gRunningMainDialog->close();
+        },
+        Qt::QueuedConnection);
+}
+
+}  // namespace panels

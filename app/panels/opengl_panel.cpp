@@ -1,0 +1,8 @@
+#include "opengl_panel.h"
+
+namespace panels {
+
+OpenGLPanel::OpenGLPanel(QWidget* parent, AppState& state, Kalidornm::Kalidor& library)
+    : Panel(parent, state, library) {}
+
+}  // namespace panels

@@ -1,0 +1,46 @@
+# The desktop window: panels and dialogs on the offscreen platform, over fixture machines and fake libraries.
+find_package(Qt6 REQUIRED COMPONENTS Test Widgets)
+
+add_executable(unit_panels
+  panels/qt_test_main.cpp
+  panels/gpu_panel_test.cpp
+  panels/main_dialog_test.cpp
+  panels/tools_panel_test.cpp
+  panels/report_dialog_test.cpp
+  panels/layout_test.cpp
+  panels/panel_rules_test.cpp
+)
+target_link_libraries(unit_panels PRIVATE lumenscope_panels Qt6::Test GTest::gtest GTest::gmock)
+target_include_directories(unit_panels PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+add_dependencies(unit_panels fake_nvml_full fake_opencl fake_cuda)
+target_compile_definitions(unit_panels PRIVATE
+  SYSFS_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/sysfs"
+  FAKE_NVML_DIR="${CMAKE_CURRENT_BINARY_DIR}/fakes"
+  FAKE_COMPUTE_DIR="${CMAKE_BINARY_DIR}/fakes/compute")
+gtest_discover_tests(unit_panels PROPERTIES LABELS unit ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
+                     DISCOVERY_TIMEOUT 60)
+
+# The real program's window under an X server of its own, with screenshots of every tab in the build tree.
+find_package(X11 REQUIRED)
+find_program(XVFB_RUN xvfb-run REQUIRED)
+add_executable(integration_window integration/window_under_xvfb_test.cpp)
+target_link_libraries(integration_window PRIVATE GTest::gtest_main X11::X11 Qt6::Gui)
+target_include_directories(integration_window PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+target_compile_definitions(integration_window PRIVATE LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>"
+                           SCREENSHOT_DIR="${CMAKE_CURRENT_BINARY_DIR}/screenshots")
+add_dependencies(integration_window lumenscope)
+add_test(NAME WindowUnderXvfb.EveryTabIsShownAndEscapeShutsTheProgramDown
+         COMMAND ${XVFB_RUN} -a -s "-screen 0 1024x768x24" $<TARGET_FILE:integration_window>)
+set_tests_properties(WindowUnderXvfb.EveryTabIsShownAndEscapeShutsTheProgramDown PROPERTIES LABELS integration
+                     TIMEOUT 180)
+
+# Benchmarks of the window, run by tools/bench_window.sh; not part of ctest.
+add_executable(bench_window_tick bench/window_tick_bench.cpp)
+target_link_libraries(bench_window_tick PRIVATE lumenscope_panels)
+target_include_directories(bench_window_tick PRIVATE ${PROJECT_SOURCE_DIR})
+target_compile_definitions(bench_window_tick PRIVATE SYSFS_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/sysfs"
+                           FAKE_NVML_LIBRARY="${CMAKE_CURRENT_BINARY_DIR}/fakes/nvml_full/libnvidia-ml.so.1")
+add_dependencies(bench_window_tick fake_nvml_full)
+add_executable(bench_window_startup bench/window_startup_bench.cpp)
+target_link_libraries(bench_window_startup PRIVATE X11::X11)
+target_include_directories(bench_window_startup PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})

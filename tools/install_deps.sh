@@ -6,6 +6,7 @@ set -eu
 PACKAGES="
 g++ make cmake pkg-config
 libgtest-dev libgmock-dev libbenchmark-dev
+libassimp-dev libfreetype-dev libfontconfig-dev fonts-dejavu-core
 libpci-dev pci.ids libdrm-dev
 libegl-dev libgl-dev libglew-dev libegl-mesa0 libgl1-mesa-dri
 libx11-dev libxtst-dev libfreeimage-dev xvfb xauth

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "demos/demo_scenes.h"
+#include "demos/engine_scenes/engine_scenes.h"
 #include "gl_utility/render_window_gl.h"
 #include "opencl/cl_demo_scene.h"
 
@@ -29,14 +30,20 @@ constexpr auto kEntries = std::to_array<DemoEntry>({
     {kDemoGl3Torus, DemoFamily::OwnOpenGl, Kind::kGl32, false, false, kGl32WindowFailed, makeGl3TorusDemo, nullptr},
     {kDemoGl3Triangle, DemoFamily::OwnOpenGl, Kind::kGl32, false, false, kGl32WindowFailed, makeGl3TriangleDemo,
      nullptr},
-    {kDemoFurryCube, DemoFamily::Engine, Kind::kGl20, true, true, kEngineWindowFailed, nullptr, nullptr},
-    {kDemoToonShading, DemoFamily::Engine, Kind::kGl20, false, true, kEngineWindowFailed, nullptr, nullptr},
-    {kDemoVertexDisplacement, DemoFamily::Engine, Kind::kGl20, false, true, kEngineWindowFailed, nullptr, nullptr},
-    {kDemoSimpleMesh, DemoFamily::Engine, Kind::kGl20, false, false, kEngineWindowFailed, nullptr, nullptr},
-    {kDemoSoftShadows, DemoFamily::Engine, Kind::kGl20, false, true, kEngineWindowFailed, nullptr, nullptr},
-    {kDemoPointSprites, DemoFamily::Engine, Kind::kGl20, false, true, kEngineWindowFailed, nullptr, nullptr},
-    {kDemoHdrDof, DemoFamily::Engine, Kind::kGl20, false, true, kEngineWindowFailed, nullptr, nullptr},
-    {kDemoGeometryInstancing, DemoFamily::Engine, Kind::kGl20, true, true, kEngineWindowFailed, nullptr, nullptr},
+    {kDemoFurryCube, DemoFamily::Engine, Kind::kGl20, true, true, kEngineWindowFailed, makeFurryCubeDemo, nullptr},
+    {kDemoToonShading, DemoFamily::Engine, Kind::kGl20, false, true, kEngineWindowFailed,
+     makeCelShadingDemo, nullptr},
+    {kDemoVertexDisplacement, DemoFamily::Engine, Kind::kGl20, false, true, kEngineWindowFailed,
+     makeVertexDisplacementDemo, nullptr},
+    {kDemoSimpleMesh, DemoFamily::Engine, Kind::kGl20, false, false, kEngineWindowFailed,
+     makeSimpleMeshDemo, nullptr},
+    {kDemoSoftShadows, DemoFamily::Engine, Kind::kGl20, false, true, kEngineWindowFailed,
+     makeSoftShadowsDemo, nullptr},
+    {kDemoPointSprites, DemoFamily::Engine, Kind::kGl20, false, true, kEngineWindowFailed,
+     makePointSpriteDemo, nullptr},
+    {kDemoHdrDof, DemoFamily::Engine, Kind::kGl20, false, true, kEngineWindowFailed, makeHdrDofDemo, nullptr},
+    {kDemoGeometryInstancing, DemoFamily::Engine, Kind::kGl20, true, true, kEngineWindowFailed,
+     makeGeometryInstancingDemo, nullptr},
     {kDemoClJulia, DemoFamily::OpenCl, Kind::kGl32, false, false, kGl3WindowFailed, makeClJuliaDemo,
      checkOpenClDemoStart},
 });

@@ -1,0 +1,120 @@
+// "GL 2.1 - Vertex Displacement Mapping": a finely cut plane whose vertices climb to the brightness of a
+// picture read in the vertex stage, with ripples running over its heights.
+#include <cstdio>
+
+#include "demo_context.h"
+#include "engine_demo.h"
+#include "engine_scenes.h"
+#include "harness/demo_host.h"
+
+namespace {
+
+#include "vtf_terrain_jpeg.inc"
+
+using namespace Vantalux_nsp;
+
+constexpr const char* kVertexShader = R"(
+uniform sampler2D displacementMap;
+uniform float time;
+void main()
+{
+    gl_TexCoord[0] = gl_MultiTexCoord0;
+    vec4 dm = texture2D(displacementMap, gl_MultiTexCoord0.st);
+    float df = 0.30 * dm.r + 0.59 * dm.g + 0.11 * dm.b;
+    float dnoise = 0.0;
+    if (df > 0.3)
+    {
+        float px = gl_Vertex.x / 200.0, pz = gl_Vertex.z / 200.0;
+        dnoise = (1.414 - sqrt(px * px + pz * pz)) * df * 10.0 * cos(2.0 * time) * sin(8.0 * time);
+    }
+    vec4 position = gl_Vertex;
+    position.y = df * 120.0 + dnoise + gl_Vertex.y;
+    gl_Position = gl_ModelViewProjectionMatrix * position;
+}
+)";
+
+constexpr const char* kPixelShader = R"(
+uniform sampler2D colorMap;
+void main()
+{
+    gl_FragColor = vec4(texture2D(colorMap, gl_TexCoord[0].st).rgb, 1.0);
+}
+)";
+
+class VertexDisplacementDemo : public EngineDemo {
+public:
+    const char* resultName() const override { return "GL_VertexTextureFetch"; }
+
+protected:
+    bool checkCapabilities(const vxHardwareCaps& caps) override {
+        if (!caps.getGPUCap(VX_CAP_OPENGL_2_0)) {
+            demoShowError("VTF demo requires the support of OpenGL 2.0.");
+            return false;
+        }
+        if (caps.getMaxVertexTextureImageUnits() <= 0) {
+            demoShowError("This demo requires at least one vertex texture unit.\n\rOpenGL Texture Fetch requires a "
+                          "GeForce 6 (and higher) or a S3 Graphics Chrome 400 Series.");
+            return false;
+        }
+        return true;
+    }
+    vxColor backgroundColor() const override { return vxColor::grey(0.0f); }
+    CameraSettings cameraSettings() const override { return {50, 1, 2000, 50, 1, 4000, {0, 250, 350}, {0, 0, 0}}; }
+    vxColor textColor() const override { return {0.4f, 0.8f, 0.2f}; }
+
+    bool buildScene(DemoContext&) override {
+        // One picture, two textures: its brightness lifts the vertices, its colours paint them.
+        vxTextureData displacementOptions;
+        displacementOptions.filter = VX_FILTER_NEAREST;
+        displacementOptions.addressing = VX_ADDRESS_CLAMP;
+        displacementOptions.internalFormat = VX_INTERNAL_FORMAT_FLOAT;
+        vxTextureData colorOptions;
+        colorOptions.filter = VX_FILTER_LINEAR;
+        colorOptions.addressing = VX_ADDRESS_REPEAT;
+        vxTextureMgr* textures = vxTextureMgr::getInstance();
+        vxTexture* displacement = textures->createTexture2D("vtf_displacement_map", kVtfTerrainJpeg, sizeof kVtfTerrainJpeg,
+                                                           displacementOptions);
+        vxTexture* color = textures->createTexture2D("vtf_color_map", kVtfTerrainJpeg, sizeof kVtfTerrainJpeg, colorOptions);
+        if (!displacement || !color) {
+            demoShowError("Could not load the displacement map.");
+            return false;
+        }
+        m_shader = buildShader("VTFShader", kVertexShader, kPixelShader, "Vertex Shader Error: %s",
+                               "Pixel Shader Error: %s", "Pixel Shader Error: %s", false);
+        if (!m_shader) return false;
+        m_shader->setUniform1i("displacementMap", 0);
+        m_shader->setUniform1i("colorMap", 1);
+
+        vxMaterial* material = vxMaterialMgr::getInstance()->createMaterial("vtf_mesh_mat");
+        material->setLighting(false);
+        material->addTexture(displacement, 0);
+        material->addTexture(color, 1);
+        material->setGpuShader(m_shader);
+        vxMesh* mesh = m_engine->createMesh(named("VTF_Mesh_%d").c_str());
+        mesh->makePlane(400, 400, 500, 500);
+        mesh->assignMaterialToFaces(material, 0, mesh->getNumFaces() - 1);
+        mesh->setAutoSpinAngles(0, 10, 0);
+        mesh->buildBuffers();
+        m_scene->addObject(mesh);
+        m_triangleCount = mesh->getNumFaces();
+        return true;
+    }
+
+    void drawScene(DemoContext& context, float) override {
+        m_shader->setUniform1f("time", elapsedSeconds(context));
+        m_scene->draw(*m_renderer);
+    }
+
+    void drawExtraLines(DemoContext&) override {
+        char line[64];
+        std::snprintf(line, sizeof line, "Triangles=%u", m_triangleCount);
+        drawLine(70, line);
+    }
+
+private:
+    vxGpuShader* m_shader = nullptr;
+};
+
+}  // namespace
+
+std::unique_ptr<DemoScene> makeVertexDisplacementDemo() { return std::make_unique<VertexDisplacementDemo>(); }

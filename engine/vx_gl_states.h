@@ -1,0 +1,14 @@
+#pragma once
+
+#include "gl_api.h"
+#include "vx_enums.h"
+
+namespace Vantalux_nsp {
+
+// The OpenGL names of the engine's state numbers.
+GLenum toGlBlendFactor(VX_BLEND_FACTOR factor);
+GLenum toGlDepthFunc(VX_DEPTH_FUNC function);
+GLenum toGlCullFace(VX_CULL_MODE mode);
+GLenum toGlPolygonMode(VX_POLYGON_MODE mode);
+
+}  // namespace Vantalux_nsp

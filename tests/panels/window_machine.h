@@ -44,6 +44,8 @@ protected:
         EXPECT_NE(m_library, nullptr);
         EXPECT_TRUE(m_library->startup(0, 0, 64, 64, 0, 0, true));
         initAppState(state);
+        // No update check: its thread would outlive the test's state and its network library's buffers.
+        state.onlineCheckEnabled = false;
         state.gpuCount = m_library->getGpuCount();
         state.cpuSpeedMhz = 2600;  // start-up measures it for a second; the windows only show it
         state.headerTextColour = 0xFFFFFF;

@@ -25,7 +25,9 @@ struct DemoSettings {
 
     // OpenCL demos
     uint32_t clDeviceType = 4;  // CL_DEVICE_TYPE_GPU (4) or CL_DEVICE_TYPE_CPU (2)
-    uint32_t clPlatformIndex = 0;
+    uint32_t clPlatformIndex = 0;   // the platform chosen on the OpenCL panel
+    int32_t clGpuDeviceIndex = 0;   // the device chosen in the panel's GPU list, counted among GPUs
+    int32_t clCpuDeviceIndex = 0;   // the same among CPUs
     int32_t clDeviceIndex = 0;
     bool clDeviceIndexForced = false;
     bool glRenderInClDemos = true;

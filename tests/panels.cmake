@@ -5,6 +5,7 @@ add_executable(unit_panels
   panels/qt_test_main.cpp
   panels/gpu_panel_test.cpp
   panels/main_dialog_test.cpp
+  panels/demo_options_dialog_test.cpp
   panels/tools_panel_test.cpp
   panels/report_dialog_test.cpp
   panels/layout_test.cpp

@@ -8,10 +8,12 @@
 #include <QTabBar>
 
 #include "app/panels/controls.h"
+#include "app/panels/demo_options_dialog.h"
 #include "app/panels/main_dialog.h"
 #include "app/panels/panel.h"
 #include "app/panels/report_dialog.h"
 #include "app/panels/splash_dialog.h"
+#include "demos/harness/demo_tables.h"
 #include "window_machine.h"
 
 namespace {
@@ -85,6 +87,16 @@ TEST_F(LayoutTest, NoControlOverlapsAnotherOrLeavesItsParentAndEveryTextFits) {
     expectTidy(&report);
     SplashDialog splash;
     expectTidy(&splash);
+}
+
+TEST_F(LayoutTest, DemoOptionsDialogIsTidyForEveryDemo) {
+    Kalidornm::Kalidor& library = start("amdgpu-rx6800");
+    for (DemoTable table : {DemoTable::OpenGl, DemoTable::OpenCl})
+        for (int row = 0; row < demoTableRows(table); ++row) {
+            DemoOptionsDialog options(nullptr, state, library, *demoDescriptor(table, row));
+            EXPECT_EQ(options.minimumSize(), options.maximumSize());
+            expectTidy(&options);
+        }
 }
 
 TEST_F(LayoutTest, CaptionsFieldsAndLinksWearTheProgramsColours) {

@@ -6,6 +6,7 @@ add_executable(unit_panels
   panels/gpu_panel_test.cpp
   panels/main_dialog_test.cpp
   panels/demo_options_dialog_test.cpp
+  panels/start_buttons_test.cpp
   panels/tools_panel_test.cpp
   panels/report_dialog_test.cpp
   panels/layout_test.cpp

@@ -1,9 +1,12 @@
 #include "demo_launch.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 
 #include "app_state.h"
+#include "compute/opencl_discovery.h"
+#include "compute/opencl_entry_points.h"
 #include "demos/harness/demo_host.h"
 #include "demos/harness/demo_launcher.h"
 #include "message_boxes.h"
@@ -38,6 +41,26 @@ constexpr auto kAutomaticStarts = std::to_array<AutomaticStart>({
 static_assert(kAutomaticStarts.size() == 15, "one automatic start per start option");
 
 constexpr uint32_t kClDeviceTypeCpu = 2;
+constexpr uint32_t kClDeviceTypeGpu = 4;
+
+constexpr const char* kGlInteropOffText =
+    "This OpenCL demo has the GL interop option enabled.\n\rYour GPU/CPU doesn't support GL interop.\n\rGL interop "
+    "is disabled.";
+
+// The options dialog, then the start with the size it left; nothing when the demo may not start now.
+bool startAfterOptions(const AppState& state, DemoTable table, int row, DemoSettings settings,
+                       const DemoOptionsPrompt& prompt) {
+    if (!demoMayStart(table, row, settings) || !prompt) return false;
+    int32_t width = settings.winWidth, height = settings.winHeight;
+    if (!prompt(table, row, &width, &height)) return false;
+    settings.msaaSamples = state.demoMsaa;
+    settings.winWidth = width;
+    settings.winHeight = height;
+    if (table == DemoTable::OpenCl &&
+        glInteropWarningDue(row, settings, compute::clPlatforms(), &compute::loadClGlEntryPoints))
+        showWarningBox("%s", kGlInteropOffText);
+    return startDemo(table, row, settings);
+}
 
 }  // namespace
 
@@ -106,4 +129,36 @@ bool startAutomaticDemo(const AppState& state) {
         return startDemo(start.table, start.row + (cpuTwin ? 1 : 0), settings);
     }
     return false;
+}
+
+bool startOpenGlDemoFromButton(const AppState& state, const DemoCapabilities& caps, const DemoOptionsPrompt& prompt) {
+    const int row = openGlStartRow(state.selectedGlDemo);
+    if (const char* failure = openGlDemoRequirementFailure(row, caps)) {
+        showErrorBox("%s", failure);
+        return false;
+    }
+    return startAfterOptions(state, DemoTable::OpenGl, row, demoSettingsFrom(state), prompt);
+}
+
+bool startOpenClDemoFromButton(const AppState& state, const OpenClDemoChoice& choice, const DemoOptionsPrompt& prompt) {
+    DemoSettings settings = demoSettingsFrom(state);
+    settings.clPlatformIndex = choice.platform;
+    settings.clGpuDeviceIndex = choice.gpuDevice;
+    settings.clCpuDeviceIndex = choice.cpuDevice;
+    return startAfterOptions(state, DemoTable::OpenCl, openClStartRow(state.selectedClDemo), settings, prompt);
+}
+
+bool glInteropWarningDue(int row, const DemoSettings& settings, const std::vector<compute::ClPlatformRecord>& platforms,
+                         bool (*glSharingLoads)()) {
+    const bool juliaOrParticles = row >= 0 && row <= 3;
+    if (!juliaOrParticles || !settings.clGlInterop || platforms.empty()) return false;
+    const uint32_t deviceType = row % 2 == 0 ? kClDeviceTypeGpu : kClDeviceTypeCpu;
+    const compute::ClPlatformRecord& platform = platforms.front();
+    if (deviceType == kClDeviceTypeGpu && platform.version.find("ATI-Stream-v2.0.0") != std::string::npos) return false;
+    const auto device = std::find_if(platform.devices.begin(), platform.devices.end(),
+                                     [&](const compute::ClDeviceRecord& d) { return d.type == deviceType; });
+    if (device == platform.devices.end()) return false;
+    const bool sharing = std::find(device->extensions.begin(), device->extensions.end(), "cl_khr_gl_sharing") !=
+                         device->extensions.end();
+    return !(glSharingLoads && glSharingLoads()) || !sharing;
 }

@@ -1,6 +1,7 @@
 lumenscope_unit_test(unit_app
   unit/app_log_test.cpp
   unit/command_line_test.cpp
+  unit/gl_interop_warning_test.cpp
   unit/message_boxes_test.cpp
 )
 target_link_libraries(unit_app PRIVATE lumenscope_app)

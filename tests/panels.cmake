@@ -5,6 +5,8 @@ add_executable(unit_panels
   panels/qt_test_main.cpp
   panels/gpu_panel_test.cpp
   panels/main_dialog_test.cpp
+  panels/demo_options_dialog_test.cpp
+  panels/start_buttons_test.cpp
   panels/tools_panel_test.cpp
   panels/report_dialog_test.cpp
   panels/layout_test.cpp
@@ -57,6 +59,20 @@ add_test(NAME WindowUnderXvfb.EveryTabIsShownAndEscapeShutsTheProgramDown
          COMMAND ${XVFB_RUN} -a -s "-screen 0 1024x768x24" $<TARGET_FILE:integration_window>)
 set_tests_properties(WindowUnderXvfb.EveryTabIsShownAndEscapeShutsTheProgramDown PROPERTIES LABELS integration
                      TIMEOUT 180)
+
+# The OpenGL Start button of the real program, worked through the X server's test extension: options, demo
+# window, result row.
+find_library(XTST_LIBRARY NAMES Xtst REQUIRED)
+add_executable(integration_start_button integration/start_button_under_xvfb_test.cpp)
+target_link_libraries(integration_start_button PRIVATE GTest::gtest_main X11::X11 ${XTST_LIBRARY} Qt6::Gui)
+target_include_directories(integration_start_button PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+target_compile_definitions(integration_start_button PRIVATE LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>"
+                           SCREENSHOT_DIR="${CMAKE_CURRENT_BINARY_DIR}/screenshots")
+add_dependencies(integration_start_button lumenscope)
+add_test(NAME StartButtonUnderXvfb.TriangleStartsWithTheTypedWidthAndASecondStartOpensNothing
+         COMMAND ${XVFB_RUN} -a -s "-screen 0 1024x768x24" $<TARGET_FILE:integration_start_button>)
+set_tests_properties(StartButtonUnderXvfb.TriangleStartsWithTheTypedWidthAndASecondStartOpensNothing PROPERTIES
+                     LABELS integration TIMEOUT 300)
 
 # Benchmarks of the window, run by tools/bench_window.sh; not part of ctest.
 add_executable(bench_window_tick bench/window_tick_bench.cpp)

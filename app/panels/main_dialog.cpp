@@ -10,6 +10,7 @@
 #include <QStyleOptionTabWidgetFrame>
 #include <QTabBar>
 #include <iterator>
+#include <utility>
 
 #include "app/app_log.h"
 #include "app/app_state.h"
@@ -19,8 +20,10 @@
 #include "app/version.h"
 #include "controls.h"
 #include "cuda_panel.h"
-#include "demo_titles.h"
+#include "demo_options_dialog.h"
+#include "demos/harness/demo_tables.h"
 #include "gpu_panel.h"
+#include "opencl_demo_choice.h"
 #include "opencl_panel.h"
 #include "opengl_panel.h"
 #include "tools_panel.h"
@@ -95,15 +98,17 @@ MainDialog::MainDialog(AppState& state, Kalidornm::Kalidor& library)
     c.groupBox(1110, "OpenGL demos  ", {3, 284, 122, 42});
     m_glDemos = c.dropDownList(1135, {8, 295, 110, 12}, 100);
     m_glDemos->setAccessibleName(QStringLiteral("OpenGL demos"));
-    c.button(1111, "Start |>", {30, 310, 60, 12});
+    QPushButton* startGl = c.button(1111, "Start |>", {30, 310, 60, 12});
     c.groupBox(1113, "OpenCL demos", {131, 284, 122, 42});
     m_clDemos = c.dropDownList(1136, {138, 295, 110, 12}, 100);
     m_clDemos->setAccessibleName(QStringLiteral("OpenCL demos"));
-    c.button(1112, "Start |>", {163, 310, 60, 12});
+    QPushButton* startCl = c.button(1112, "Start |>", {163, 310, 60, 12});
 
     connect(m_tabControl->tabBar(), &QTabBar::currentChanged, this, [this](int index) { _showPanelOfTab(index); });
     connect(m_glDemos, &QComboBox::currentIndexChanged, this, [this](int row) { m_state.selectedGlDemo = row; });
     connect(m_clDemos, &QComboBox::currentIndexChanged, this, [this](int row) { m_state.selectedClDemo = row; });
+    connect(startGl, &QPushButton::clicked, this, [this] { startOpenGlDemo(); });
+    connect(startCl, &QPushButton::clicked, this, [this] { startOpenClDemo(); });
     connect(&m_refreshTimer, &QTimer::timeout, this, [this] { refreshTick(); });
     connect(&m_interruptWatch, &QTimer::timeout, this, [this] {
         if (lumenscope::platform::interruptRequested()) close();
@@ -177,14 +182,39 @@ void MainDialog::_insertTabItems() {
 
 void MainDialog::_fillDemoPickers() {
     const QSignalBlocker quietGl(m_glDemos), quietCl(m_clDemos);
-    m_glDemos->clear();
-    for (size_t row = 0; row < glDemoTitleCount(); ++row) m_glDemos->addItem(QString::fromLatin1(glDemoTitle(row)), int(row));
-    m_clDemos->clear();
-    for (size_t row = 0; row < clDemoTitleCount(); ++row) m_clDemos->addItem(QString::fromLatin1(clDemoTitle(row)), int(row));
-    m_glDemos->setCurrentIndex(0);
-    m_clDemos->setCurrentIndex(0);
+    for (auto [picker, table] : {std::pair(m_glDemos, DemoTable::OpenGl), std::pair(m_clDemos, DemoTable::OpenCl)}) {
+        picker->clear();
+        for (int row = 0; row < demoTableRows(table); ++row)
+            if (const DemoDescriptor* demo = demoDescriptor(table, row))
+                picker->addItem(QString::fromLatin1(demo->title), row);
+        picker->setCurrentIndex(0);
+    }
     m_state.selectedGlDemo = 0;
     m_state.selectedClDemo = 0;
+}
+
+bool MainDialog::_runDemoOptions(DemoTable table, int row, int32_t* width, int32_t* height) {
+    const DemoDescriptor* demo = demoDescriptor(table, row);
+    if (!demo) return false;
+    DemoOptionsDialog options(this, m_state, m_library, *demo);
+    if (options.exec() != DemoOptionsDialog::kIdGo) return false;
+    *width = options.chosenWidth();
+    *height = options.chosenHeight();
+    return true;
+}
+
+bool MainDialog::startOpenGlDemo() {
+    return startOpenGlDemoFromButton(m_state, readDemoCapabilities(m_library),
+                                     [this](DemoTable table, int row, int32_t* width, int32_t* height) {
+                                         return _runDemoOptions(table, row, width, height);
+                                     });
+}
+
+bool MainDialog::startOpenClDemo() {
+    return startOpenClDemoFromButton(m_state, readOpenClDemoChoice(m_panels[kTabOpenCl]),
+                                     [this](DemoTable table, int row, int32_t* width, int32_t* height) {
+                                         return _runDemoOptions(table, row, width, height);
+                                     });
 }
 
 QWidget* MainDialog::panelForTabData(int tabData) const {

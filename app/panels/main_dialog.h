@@ -2,8 +2,10 @@
 
 #include <QDialog>
 #include <QTimer>
+#include <cstdint>
 
 struct AppState;
+enum class DemoTable;
 class QComboBox;
 class QTabBar;
 
@@ -59,6 +61,11 @@ public:
     QTabBar* tabBar() const;
     const QTimer& refreshTimer() const { return m_refreshTimer; }
 
+    // The two Start buttons: the selected demo's tests, its options dialog, then its start. False when
+    // nothing started.
+    bool startOpenGlDemo();
+    bool startOpenClDemo();
+
     // Ends the window as its close box does; from any thread, queued to the window's own.
     static void requestClose();
 
@@ -73,6 +80,7 @@ private:
     void _createPanels();
     void _insertTabItems();
     void _fillDemoPickers();
+    bool _runDemoOptions(DemoTable table, int row, int32_t* width, int32_t* height);
     void _showPanelOfTab(int index);
     void _endMainDialog(int code);
 

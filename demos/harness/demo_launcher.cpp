@@ -42,21 +42,41 @@ void resetRecord(DemoContext& context, DemoTable table, int row, const DemoSetti
     context.timer.reset();
 }
 
-}  // namespace
-
-bool startDemo(DemoTable table, int row, const DemoSettings& settings) {
+// The record of a row that may start now, or null.
+DemoContext* freeRecordFor(DemoTable table, int row, const DemoSettings& settings, const DemoEntry** entryOut,
+                           uint32_t* deviceTypeOut) {
     DemoSlot slot = kDemoGl4Tessellation;
     uint32_t deviceType = 0;
-    if (!demoSlotForRow(table, row, &slot, &deviceType)) return false;
+    if (!demoSlotForRow(table, row, &slot, &deviceType)) return nullptr;
     const DemoEntry& entry = demoEntry(slot);
     if (!entry.makeScene) {
         const DemoDescriptor* descriptor = demoDescriptor(table, row);
         appLog().write("The demo \"%s\" is not part of this build.", descriptor ? descriptor->title : "");
-        return false;
+        return nullptr;
     }
-    if (entry.checkBeforeStart && !entry.checkBeforeStart(settings, deviceType)) return false;
+    if (entry.checkBeforeStart && !entry.checkBeforeStart(settings, deviceType)) return nullptr;
     DemoContext& context = demoContext(slot);
-    if (!recordIsFree(context)) return false;
+    if (!recordIsFree(context)) return nullptr;
+    *entryOut = &entry;
+    *deviceTypeOut = deviceType;
+    return &context;
+}
+
+}  // namespace
+
+bool demoMayStart(DemoTable table, int row, const DemoSettings& settings) {
+    const DemoEntry* entry = nullptr;
+    uint32_t deviceType = 0;
+    return freeRecordFor(table, row, settings, &entry, &deviceType) != nullptr;
+}
+
+bool startDemo(DemoTable table, int row, const DemoSettings& settings) {
+    const DemoEntry* found = nullptr;
+    uint32_t deviceType = 0;
+    DemoContext* record = freeRecordFor(table, row, settings, &found, &deviceType);
+    if (!record) return false;
+    const DemoEntry& entry = *found;
+    DemoContext& context = *record;
 
     gCurrentDemoIndex = row;
     gCurrentDemoTable = table;

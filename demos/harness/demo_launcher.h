@@ -11,6 +11,11 @@
 // after its message when a check before the start fails.
 bool startDemo(DemoTable table, int row, const DemoSettings& settings);
 
+// The tests startDemo makes before it starts anything, without starting: false when the row is not a demo of
+// this build or the demo already runs (nothing shown), or after its message when the demo's own check fails.
+// A Start button asks this before its options dialog, so that a running demo opens no dialog.
+bool demoMayStart(DemoTable table, int row, const DemoSettings& settings);
+
 // The row and table of the demo started last; demo windows take their titles from them.
 int currentDemoIndex();
 DemoTable currentDemoTable();

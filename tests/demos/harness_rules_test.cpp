@@ -2,6 +2,7 @@
 
 #include <set>
 #include <string>
+#include <utility>
 
 #include "demos/harness/demo_affinity.h"
 #include "demos/harness/demo_catalogue.h"
@@ -88,13 +89,19 @@ TEST(DemoCatalogue, EveryRowStartsOneRecordAndEveryRecordLeadsBackToItsRows) {
 
 TEST(DemoLauncher, RowsOutsideTheTablesAndDemosNotInThisBuildStartNothing) {
     DemoSettings settings;
-    EXPECT_FALSE(startDemo(DemoTable::OpenGl, -1, settings));
-    EXPECT_FALSE(startDemo(DemoTable::OpenGl, kOpenGlDemoRows, settings));
-    EXPECT_FALSE(startDemo(DemoTable::OpenCl, kOpenClDemoRows, settings));
+    for (auto [table, row] : {std::pair(DemoTable::OpenGl, -1), std::pair(DemoTable::OpenGl, kOpenGlDemoRows),
+                              std::pair(DemoTable::OpenCl, kOpenClDemoRows)}) {
+        EXPECT_FALSE(demoMayStart(table, row, settings)) << row;
+        EXPECT_FALSE(startDemo(table, row, settings)) << row;
+    }
     for (int row = 0; row < kOpenGlDemoRows; ++row) {
         DemoSlot slot;
         uint32_t deviceType;
         ASSERT_TRUE(demoSlotForRow(DemoTable::OpenGl, row, &slot, &deviceType));
+        // A demo of this build that nothing runs and that tests nothing itself may start; asking starts nothing.
+        if (!demoEntry(slot).checkBeforeStart) {
+            EXPECT_EQ(demoMayStart(DemoTable::OpenGl, row, settings), demoEntry(slot).makeScene != nullptr) << row;
+        }
         if (demoEntry(slot).makeScene) continue;
         EXPECT_FALSE(startDemo(DemoTable::OpenGl, row, settings)) << row;
     }

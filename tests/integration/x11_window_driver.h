@@ -11,6 +11,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -36,26 +37,53 @@ public:
 
     bool connected() const { return m_display != nullptr; }
 
+    Display* display() const { return m_display; }
+
     // A mapped top-level window whose title is `title`, or 0.
     Window findWindow(const std::string& title) {
+        return findWindowWhere([&](const std::string& name) { return name == title; });
+    }
+
+    // A mapped top-level window whose title passes `wanted`, or 0.
+    Window findWindowWhere(const std::function<bool(const std::string&)>& wanted) {
         Window root = 0, parent = 0, *children = nullptr;
         unsigned count = 0;
         if (!XQueryTree(m_display, DefaultRootWindow(m_display), &root, &parent, &children, &count)) return 0;
         Window found = 0;
         for (unsigned i = 0; i < count && !found; ++i)
-            if (titleOf(children[i]) == title && viewable(children[i])) found = children[i];
+            if (viewable(children[i]) && wanted(titleOf(children[i]))) found = children[i];
         if (children) XFree(children);
         return found;
     }
 
     Window waitForWindow(const std::string& title, std::chrono::milliseconds timeout,
                          std::chrono::milliseconds poll = std::chrono::milliseconds(5)) {
+        return waitForWindowWhere([&](const std::string& name) { return name == title; }, timeout, poll);
+    }
+
+    Window waitForWindowWhere(const std::function<bool(const std::string&)>& wanted, std::chrono::milliseconds timeout,
+                              std::chrono::milliseconds poll = std::chrono::milliseconds(5)) {
         const auto end = std::chrono::steady_clock::now() + timeout;
         while (std::chrono::steady_clock::now() < end) {
-            if (Window window = findWindow(title)) return window;
+            if (Window window = findWindowWhere(wanted)) return window;
             std::this_thread::sleep_for(poll);
         }
         return 0;
+    }
+
+    // The title of a window, "" when it has none or is gone.
+    std::string title(Window window) { return titleOf(window); }
+
+    // What a window manager sends when the user presses the window's close box.
+    void pressCloseBox(Window window) {
+        XEvent event{};
+        event.xclient.type = ClientMessage;
+        event.xclient.window = window;
+        event.xclient.message_type = XInternAtom(m_display, "WM_PROTOCOLS", False);
+        event.xclient.format = 32;
+        event.xclient.data.l[0] = long(XInternAtom(m_display, "WM_DELETE_WINDOW", False));
+        XSendEvent(m_display, window, False, NoEventMask, &event);
+        XFlush(m_display);
     }
 
     // A key press and release sent to the window, with `modifiers` (ControlMask, ShiftMask) held.

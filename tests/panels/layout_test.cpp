@@ -8,6 +8,7 @@
 #include <QTabBar>
 
 #include "app/panels/controls.h"
+#include "app/panels/demo_options_dialog.h"
 #include "app/panels/extension_dialog.h"
 #include "app/panels/gl_caps_dialog.h"
 #include "app/panels/opencl_info_dialog.h"
@@ -16,6 +17,7 @@
 #include "app/panels/panel.h"
 #include "app/panels/report_dialog.h"
 #include "app/panels/splash_dialog.h"
+#include "demos/harness/demo_tables.h"
 #include "window_machine.h"
 
 namespace {
@@ -101,6 +103,16 @@ TEST_F(LayoutTest, NoControlOverlapsAnotherOrLeavesItsParentAndEveryTextFits) {
     expectTidy(&update);
     SplashDialog splash;
     expectTidy(&splash);
+}
+
+TEST_F(LayoutTest, DemoOptionsDialogIsTidyForEveryDemo) {
+    Kalidornm::Kalidor& library = start("amdgpu-rx6800");
+    for (DemoTable table : {DemoTable::OpenGl, DemoTable::OpenCl})
+        for (int row = 0; row < demoTableRows(table); ++row) {
+            DemoOptionsDialog options(nullptr, state, library, *demoDescriptor(table, row));
+            EXPECT_EQ(options.minimumSize(), options.maximumSize());
+            expectTidy(&options);
+        }
 }
 
 TEST_F(LayoutTest, CaptionsFieldsAndLinksWearTheProgramsColours) {

@@ -87,3 +87,19 @@ target_include_directories(bench_window_opengl PRIVATE ${PROJECT_SOURCE_DIR})
 add_executable(bench_window_startup bench/window_startup_bench.cpp)
 target_link_libraries(bench_window_startup PRIVATE X11::X11 X11::Xtst)
 target_include_directories(bench_window_startup PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+
+# The newer-version dialog of the real program against the loopback validation server, found and worked with
+# xdotool under an X server of its own.
+find_program(XDOTOOL xdotool REQUIRED)
+add_executable(integration_update_dialog integration/update_dialog_under_xvfb_test.cpp)
+target_link_libraries(integration_update_dialog PRIVATE GTest::gtest_main X11::X11 ${XTST_LIBRARY} Qt6::Gui report)
+target_include_directories(integration_update_dialog PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+target_compile_definitions(integration_update_dialog PRIVATE LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>"
+                           SCREENSHOT_DIR="${CMAKE_CURRENT_BINARY_DIR}/screenshots"
+                           PYTHON3_EXECUTABLE="${Python3_EXECUTABLE}"
+                           VALIDATION_SERVER_SCRIPT="${PROJECT_SOURCE_DIR}/tools/validation_server.py")
+add_dependencies(integration_update_dialog lumenscope)
+add_test(NAME UpdateDialogUnderXvfb.ClosesOnItsButtonAndOnEscapeAndTheMainWindowGoesOn
+         COMMAND ${XVFB_RUN} -a -s "-screen 0 1024x768x24" $<TARGET_FILE:integration_update_dialog>)
+set_tests_properties(UpdateDialogUnderXvfb.ClosesOnItsButtonAndOnEscapeAndTheMainWindowGoesOn PROPERTIES
+                     LABELS integration TIMEOUT 300)

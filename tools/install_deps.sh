@@ -9,7 +9,7 @@ libgtest-dev libgmock-dev libbenchmark-dev
 libassimp-dev libfreetype-dev libfontconfig-dev fonts-dejavu-core
 libpci-dev pci.ids libdrm-dev
 libegl-dev libgl-dev libglew-dev libegl-mesa0 libgl1-mesa-dri
-libx11-dev libxtst-dev libfreeimage-dev xvfb xauth
+libx11-dev libxtst-dev libfreeimage-dev xvfb xauth xdotool
 ocl-icd-libopencl1 ocl-icd-opencl-dev opencl-headers pocl-opencl-icd
 nlohmann-json3-dev
 libxml2-utils

@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPointer>
@@ -143,6 +144,14 @@ void MainDialog::start(QWidget* splash) {
     startAutomaticDemo(m_state);
     startUpdateThread(m_state);
     appLog().write("%s startup ok.", lumenscope::kDisplayName);
+}
+
+int MainDialog::runUntilClosed() {
+    QEventLoop loop;
+    connect(this, &QDialog::finished, &loop, &QEventLoop::quit);
+    show();
+    if (isVisible()) loop.exec(QEventLoop::DialogExec);
+    return result();
 }
 
 void MainDialog::_createPanels() {

@@ -51,6 +51,11 @@ public:
     // (queued, so it goes when the window's event loop runs) and logs that start-up is done.
     void start(QWidget* splash);
 
+    // Shows the window and runs the event loop until the window ends; returns the code it ended with. Unlike
+    // QDialog::exec the window is not application-modal: Qt would then refuse input to every window without
+    // an owner, such as the newer-version dialog the update check opens.
+    int runUntilClosed();
+
     // One tick of the refresh timer: the OpenGL memory line, then the selected GPU's temperature and live
     // values.
     void refreshTick();

@@ -79,7 +79,7 @@ void QtDesktopShell::runMainDialog(AppState& state, Kalidornm::Kalidor& library)
     {
         MainDialog dialog(state, library);
         dialog.start(m_splash.get());
-        dialog.exec();
+        dialog.runUntilClosed();
     }
     closeSplash();
 }

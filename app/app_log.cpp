@@ -23,7 +23,21 @@ std::string formatLogPrefix(int year, int month, int day, int hour, int minute, 
 }
 
 void AppLog::write(const char* format, ...) {
-    if (!m_enabled || !m_stream) return;
+    va_list args;
+    va_start(args, format);
+    writeLine(false, format, args);
+    va_end(args);
+}
+
+void AppLog::writeLast(const char* format, ...) {
+    va_list args;
+    va_start(args, format);
+    writeLine(true, format, args);
+    va_end(args);
+}
+
+void AppLog::writeLine(bool closeAfter, const char* format, va_list args) {
+    if (!m_enabled) return;
 
     std::time_t now = std::time(nullptr);
     std::tm local{};
@@ -32,15 +46,16 @@ void AppLog::write(const char* format, ...) {
                                                local.tm_min, local.tm_sec);
 
     char message[kMessageBufferSize] = {};
-    va_list args;
-    va_start(args, format);
     std::vsnprintf(message, sizeof message, format, args);
-    va_end(args);
 
     std::lock_guard<std::mutex> guard(m_lineLock);
     if (!m_stream) return;
     std::fprintf(m_stream, "%s%s\n", prefix.c_str(), message);
     std::fflush(m_stream);
+    if (closeAfter) {
+        std::fclose(m_stream);
+        m_stream = nullptr;
+    }
 }
 
 AppLog& appLog() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdarg>
 #include <cstdio>
 #include <mutex>
 #include <string>
@@ -23,9 +24,14 @@ public:
     // Closes any file this log had and opens `path` afresh; false when it cannot be opened.
     bool open(const char* path);
     void write(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    // Writes a line and closes the file in one step: it stays the file's last line, whatever another thread
+    // writes meanwhile or afterwards.
+    void writeLast(const char* format, ...) __attribute__((format(printf, 2, 3)));
     bool isOpen() const { return m_stream != nullptr; }
 
 private:
+    void writeLine(bool closeAfter, const char* format, va_list args);
+
     bool m_enabled = true;
     FILE* m_stream = nullptr;
     std::mutex m_lineLock;  // keeps two threads from garbling one line

@@ -56,6 +56,10 @@ struct AppState {
     std::unique_ptr<online::UpdateThread> updateThread;
     // The update thread was still inside the network library when shutdown let go of it.
     bool updateThreadOutlivedShutdown = false;
+    // A demo thread did not stop within shutdown's wait: it may still use OpenCL, the engine, the library and
+    // the window toolkit, so none of them was released.
+    bool demoThreadOutlivedShutdown = false;
+    bool threadOutlivedShutdown() const { return updateThreadOutlivedShutdown || demoThreadOutlivedShutdown; }
 
     // Online exchange
     char onlineHost[kOnlineHostSize] = {};  // the server of /online_host=; empty: ours

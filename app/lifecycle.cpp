@@ -65,20 +65,45 @@ void runHeadlessDemo(const AppState& state) {
     waitForDemosToEnd(&lumenscope::platform::interruptRequested());
 }
 
+// The update thread is never waited for: it may hang on the network and must not hold the exit.
+void letGoOfUpdateThread(AppState& state) {
+    if (!state.updateThread) return;
+    state.updateThreadOutlivedShutdown = state.updateThread->running();
+    state.updateThread->detach();
+    state.updateThread.reset();
+}
+
+// Asks every demo to stop, each waited for at most 100 ms; true when one is still running.
+bool demoLeftRunning() {
+    bool leftRunning = false;
+    for (int slot = 0; slot < kDemoSlotCount; ++slot) {
+        DemoContext& context = demoContext(DemoSlot(slot));
+        if (stopDemo(context) != DemoStop::LeftRunning) continue;
+        const DemoDescriptor* demo = demoDescriptor(context.table, context.tableRow);
+        appLog().write("The demo %s did not stop within 100 ms; nothing it uses is released.", demo ? demo->title : "");
+        leftRunning = true;
+    }
+    return leftRunning;
+}
+
 void shutdownApplication(AppState& state, Kalidor* library) {
-    for (int slot = 0; slot < kDemoSlotCount; ++slot) stopDemo(demoContext(DemoSlot(slot)));
+    if (demoLeftRunning()) {
+        // The demo may be inside OpenCL, the engine, the GPU library or a box of the window toolkit: nothing
+        // is released under it. The log is closed on its last line, and main ends the process without
+        // running exit handlers or destructors.
+        state.demoThreadOutlivedShutdown = true;
+        logVersionLine("shutdown...");
+        letGoOfUpdateThread(state);
+        appLog().writeLast("%s shutdown ok.", lumenscope::kDisplayName);
+        return;
+    }
     state.furArray.reset();
     state.glCapsDialog = nullptr;
     compute::releaseOpenCl();
     logVersionLine("shutdown...");
     if (library) library->shutdown();
-    // The update thread is never waited for: it may hang on the network and must not hold the exit.
-    if (state.updateThread) {
-        state.updateThreadOutlivedShutdown = state.updateThread->running();
-        state.updateThread->detach();
-        state.updateThread.reset();
-    }
-    appLog().write("%s shutdown ok.", lumenscope::kDisplayName);
+    letGoOfUpdateThread(state);
+    appLog().writeLast("%s shutdown ok.", lumenscope::kDisplayName);
     Vantalux_nsp::Vantalux::getInstance()->shutdown(nullptr);
     state.demoLock.reset();
     compute::freeOpenClPlatforms();
@@ -150,6 +175,6 @@ int runLumenscope(int argc, const char* const* argv, DesktopShell* desktop) {
     }
 
     shutdownApplication(state, library);
-    if (windowed) desktop->disconnect();
+    if (windowed && !state.threadOutlivedShutdown()) desktop->disconnect();
     return 0;
 }

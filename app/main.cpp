@@ -15,15 +15,12 @@ int main(int argc, char** argv) {
         std::fputs(information.c_str(), stdout);
         return 0;
     }
-    int status = 0;
-    {
-        panels::QtDesktopShell desktop(argc, argv);
-        status = runLumenscope(argc, argv, &desktop);
-    }
-    // A detached update check may still be inside libcurl and OpenSSL, whose exit handlers would free what it
-    // uses under its feet. Everything of ours is released and the log is flushed line by line, so the process
-    // ends without running those handlers.
-    if (gApp.updateThreadOutlivedShutdown) {
+    panels::QtDesktopShell desktop(argc, argv);
+    const int status = runLumenscope(argc, argv, &desktop);
+    // A demo thread that did not stop in time may still be inside OpenCL, the engine or the toolkit, and a
+    // detached update check inside libcurl and OpenSSL; exit handlers and destructors (the toolkit's among
+    // them) would free what they use under their feet. The log is complete, so the process ends here.
+    if (gApp.threadOutlivedShutdown()) {
         std::fflush(nullptr);
         std::_Exit(status);
     }

@@ -17,17 +17,18 @@ DemoContext& demoContext(DemoSlot slot) {
     return contexts[slot >= 0 && slot < kDemoSlotCount ? slot : 0];
 }
 
-bool stopDemo(DemoContext& context) {
-    if (!context.thread.joinable()) return false;
+DemoStop stopDemo(DemoContext& context) {
+    if (!context.thread.joinable()) return DemoStop::NotRunning;
     context.stopRequested = true;
     std::unique_lock<std::mutex> lock(context.aliveLock);
     const bool ended = context.aliveChanged.wait_for(lock, kStopWait, [&] { return !context.threadAlive; });
     lock.unlock();
-    if (ended)
+    if (ended) {
         context.thread.join();
-    else
-        context.thread.detach();
-    return true;
+        return DemoStop::Ended;
+    }
+    context.thread.detach();
+    return DemoStop::LeftRunning;
 }
 
 int32_t demoMouseX() { return gMouseX; }

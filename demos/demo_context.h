@@ -68,9 +68,13 @@ struct DemoContext {
 // record destroyed.
 DemoContext& demoContext(DemoSlot slot);
 
+// What stopDemo found: no thread, a thread that ended within the wait, or one that was still running and
+// was left to finish its frame and end by itself.
+enum class DemoStop { NotRunning, Ended, LeftRunning };
+
 // Asks a running demo to stop and waits for its thread at most 100 ms. A thread that does not end in that
-// time is left to finish its frame and end by itself. False when the context has no thread.
-bool stopDemo(DemoContext& context);
+// time is detached: whatever it uses must stay alive until the process ends.
+DemoStop stopDemo(DemoContext& context);
 
 // Pointer position over the most recent demo window, in client coordinates.
 int32_t demoMouseX();

@@ -30,14 +30,10 @@ target_link_libraries(integration_demo_window PRIVATE GTest::gtest_main demos)
 target_include_directories(integration_demo_window PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
 target_compile_definitions(integration_demo_window PRIVATE LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>")
 add_dependencies(integration_demo_window lumenscope)
-find_program(XVFB_RUN xvfb-run)
-if(XVFB_RUN)
-  add_test(NAME DemoWindow.EscAndTheCloseBoxEndTheDemo
-           COMMAND ${XVFB_RUN} -a -s "-screen 0 1024x768x24" $<TARGET_FILE:integration_demo_window>)
-  set_tests_properties(DemoWindow.EscAndTheCloseBoxEndTheDemo PROPERTIES LABELS integration TIMEOUT 300)
-else()
-  message(WARNING "xvfb-run not found (Debian package xvfb): the demo window test is left out")
-endif()
+find_program(XVFB_RUN xvfb-run REQUIRED)
+add_test(NAME DemoWindow.EscAndTheCloseBoxEndTheDemo
+         COMMAND ${XVFB_RUN} -a -s "-screen 0 1024x768x24" $<TARGET_FILE:integration_demo_window>)
+set_tests_properties(DemoWindow.EscAndTheCloseBoxEndTheDemo PROPERTIES LABELS integration TIMEOUT 300)
 
 # The bare EGL loop that tools/bench_demos.sh measures the harness against; a benchmark, not a test.
 add_executable(bench_bare_triangle_loop bench/bare_triangle_loop.cpp)
@@ -58,3 +54,19 @@ add_dependencies(integration_cl_demo_runs lumenscope)
 add_executable(bench_cl_compute bench/cl_compute_bench.cpp)
 target_link_libraries(bench_cl_compute PRIVATE demos)
 target_include_directories(bench_cl_compute PRIVATE ${PROJECT_SOURCE_DIR})
+
+# The program built with the sanitizers, ended by SIGTERM and by Escape on its main window at seeded random
+# moments while a demo of each family runs: three runs of each (tools/stop_demos_at_random.sh runs more).
+if(LUMENSCOPE_SANITIZE)
+  find_program(XDOTOOL xdotool REQUIRED)
+  add_library(keep_libraries_mapped SHARED sanitizers/keep_libraries_mapped.c)
+  # Loaded into the program before the sanitizer's runtime, so without the sanitizers itself.
+  target_compile_options(keep_libraries_mapped PRIVATE -fno-sanitize=all)
+  target_link_options(keep_libraries_mapped PRIVATE -fno-sanitize=all)
+  foreach(family gl3 opencl engine)
+    add_test(NAME DemoShutdown.${family}
+             COMMAND ${PROJECT_SOURCE_DIR}/tools/stop_demos_at_random.sh --binary $<TARGET_FILE:lumenscope>
+                     --preload $<TARGET_FILE:keep_libraries_mapped> --runs 3 --seed 24 --family ${family})
+    set_tests_properties(DemoShutdown.${family} PROPERTIES LABELS demo_shutdown TIMEOUT 1200)
+  endforeach()
+endif()

@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <regex>
@@ -95,6 +97,25 @@ TEST_F(AppLogTest, ConcurrentWritersNeverShareALine) {
         ASSERT_EQ(body.size(), 200u);
         EXPECT_EQ(body.find_first_not_of(body[0]), std::string::npos);
     }
+}
+
+// Shutdown's last line must stay the last even while a demo thread it gave up on goes on writing.
+TEST_F(AppLogTest, TheLastLineStaysLastWhileAnotherThreadKeepsWriting) {
+    const auto path = dir / "log.txt";
+    AppLog log(path.c_str());
+    std::atomic<bool> done{false};
+    std::thread writer([&] {
+        while (!done) log.write("demo frame");
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    log.writeLast("shutdown ok.");
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    done = true;
+    writer.join();
+    EXPECT_FALSE(log.isOpen());
+    const auto lines = readLines(path);
+    ASSERT_GE(lines.size(), 2u);
+    EXPECT_NE(lines.back().find(">> shutdown ok."), std::string::npos) << lines.back();
 }
 
 // The program's log used to be opened before main, so a run that ends before start-up (printing its help text)

@@ -27,7 +27,7 @@ void expectDrawable(const vxMeshData& mesh) {
     ASSERT_EQ(mesh.texCoords.size(), mesh.positions.size());
     EXPECT_TRUE(std::all_of(mesh.indices.begin(), mesh.indices.end(), [&](uint32_t i) { return i < mesh.vertexCount(); }));
     for (const vxVec3& n : mesh.normals) EXPECT_NEAR(n.length(), 1.0f, 1e-4f);
-    if (mesh.primitive != vxMeshData::kTriangles) return;
+    ASSERT_EQ(mesh.primitive, vxMeshData::kTriangles);  // only triangles have faces to turn
     // Each non-degenerate face turns its front the way its vertices' normals point.
     size_t facing = 0, counted = 0;
     for (size_t i = 0; i + 2 < mesh.indices.size(); i += 3) {
@@ -39,6 +39,7 @@ void expectDrawable(const vxMeshData& mesh) {
         const vxVec3 n = mesh.normals[mesh.indices[i]] + mesh.normals[mesh.indices[i + 1]] + mesh.normals[mesh.indices[i + 2]];
         if (faceNormal.dot(n) > 0) ++facing;
     }
+    EXPECT_GT(counted, 0u);
     EXPECT_EQ(facing, counted);
 }
 

@@ -23,6 +23,12 @@ TEST(HardwareLog, ListsThisMachinesDisplayDevicesAndGpuBlock) {
     ASSERT_EQ(run.exitCode, 0);
 
     const std::vector<Kalidornm::DisplaySlot> slots = Kalidornm::listDisplayDevices(Kalidornm::KalidorSources{});
+    // As many devices as the reader sees, up to ten, and none more: a machine without any lists none.
+    const auto listed = std::count_if(run.logLines.begin(), run.logLines.end(), [](const std::string& l) {
+        const std::string message = logMessage(l);
+        return message.rfind("- DEV ", 0) == 0 && message.find(" - DeviceID: ") != std::string::npos;
+    });
+    EXPECT_EQ(size_t(listed), std::min<size_t>(slots.size(), 10));
     for (size_t i = 0; i < slots.size() && i < 10; ++i) {
         const std::string prefix = "- DEV " + std::to_string(i) + " - ";
         EXPECT_TRUE(hasMessage(run.logLines, prefix + "DeviceID: " + slots[i].deviceId));

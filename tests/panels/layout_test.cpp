@@ -39,6 +39,7 @@ void expectTidy(const QWidget* container) {
     QList<const QWidget*> controls;
     for (const QObject* child : container->children())
         if (const auto* w = qobject_cast<const QWidget*>(child); w && !w->isWindow()) controls << w;
+    ASSERT_FALSE(controls.isEmpty()) << describe(container) << " has no controls to check";
 
     for (const QWidget* control : controls) {
         EXPECT_TRUE(inside.contains(control->geometry())) << describe(control) << " leaves " << describe(container);

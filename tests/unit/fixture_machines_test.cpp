@@ -101,6 +101,7 @@ TEST(FixtureMachine, SoftwareRasterizerStandsInWhenNoPciDisplayDeviceExists) {
 
 TEST(FixtureMachine, MachineWithNothingStartsWithoutADisplayDevice) {
     FixtureLibrary started({"nothing", ""});
+    ASSERT_TRUE(started.started());  // every check below would also hold for a library that never started
     Kalidor& library = started.library();
     EXPECT_FALSE(library.hasDisplayDevice());
     EXPECT_FALSE(gGlobals.started);

@@ -135,7 +135,7 @@ TEST(GlCatalogue, ParametersAgreeWithTheSystemGlHeaders) {
     const std::regex define(R"(#define (GL_\w+) +(0x[0-9A-Fa-f]+|[0-9]+|GL_\w+)\s*)");
     for (const char* header : {GL_GLEW_HEADER, GL_GLEXT_HEADER}) {
         std::ifstream in(header);
-        if (!in) GTEST_SKIP() << "no " << header;
+        ASSERT_TRUE(in) << "no " << header << ": the README's set-up installs the GL headers";
         std::smatch m;
         for (std::string line; std::getline(in, line);) {
             if (!std::regex_match(line, m, define)) continue;

@@ -1,6 +1,7 @@
 #include "cpu_x86.h"
 
 #include <sched.h>
+#include <stdint.h>
 #include <time.h>
 
 #if defined(__x86_64__) || defined(__i386__)
@@ -24,7 +25,41 @@ bool readCpuid(uint32_t leaf, uint32_t subleaf, CpuidRegs* regs) {
 #endif
 }
 
-uint32_t measureTscMhz() {
+#ifdef KALIDOR_HAS_CPUID
+namespace {
+
+struct CounterAtTime {
+    uint64_t ticks = 0;
+    int64_t ns = 0;
+};
+
+int64_t rawMonotonicNs() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC_RAW, &now);
+    return int64_t(now.tv_sec) * 1000000000LL + now.tv_nsec;
+}
+
+// The counter read between two clock reads, from the tightest of a few tries: a pair taken across an
+// interruption would be off by the length of the interruption.
+CounterAtTime readCounterAtTime() {
+    CounterAtTime best;
+    int64_t narrowest = INT64_MAX;
+    for (int attempt = 0; attempt < 5; ++attempt) {
+        const int64_t before = rawMonotonicNs();
+        const uint64_t ticks = __rdtsc();
+        const int64_t after = rawMonotonicNs();
+        if (after - before < narrowest) {
+            narrowest = after - before;
+            best = {ticks, before + (after - before) / 2};
+        }
+    }
+    return best;
+}
+
+}  // namespace
+#endif
+
+uint32_t measureTscMhz(uint32_t windowMs) {
 #ifdef KALIDOR_HAS_CPUID
     cpu_set_t previous;
     const bool pinned = sched_getaffinity(0, sizeof previous, &previous) == 0;
@@ -34,18 +69,16 @@ uint32_t measureTscMhz() {
         CPU_SET(0, &first);
         sched_setaffinity(0, sizeof first, &first);
     }
-    timespec start{};
-    clock_gettime(CLOCK_MONOTONIC, &start);
-    const uint64_t tscStart = __rdtsc();
-    // Spin rather than sleep: the wait must not give the processor away.
-    timespec now{};
-    do {
-        clock_gettime(CLOCK_MONOTONIC, &now);
-    } while ((now.tv_sec - start.tv_sec) * 1000000000LL + (now.tv_nsec - start.tv_nsec) < 1000000000LL);
-    const uint64_t tscEnd = __rdtsc();
+    const CounterAtTime start = readCounterAtTime();
+    const timespec window{time_t(windowMs / 1000), long(windowMs % 1000) * 1000000L};
+    nanosleep(&window, nullptr);
+    const CounterAtTime end = readCounterAtTime();
     if (pinned) sched_setaffinity(0, sizeof previous, &previous);
-    return uint32_t((tscEnd - tscStart) / 1000000u);
+    if (end.ns <= start.ns || end.ticks <= start.ticks) return 0;
+    // Ticks per nanosecond are GHz; truncated to whole MHz as the one-second count was.
+    return uint32_t(double(end.ticks - start.ticks) * 1000.0 / double(end.ns - start.ns));
 #else
+    (void)windowMs;
     return 0;
 #endif
 }

@@ -66,7 +66,7 @@ if(LUMENSCOPE_SANITIZE)
   foreach(family gl3 opencl engine)
     add_test(NAME DemoShutdown.${family}
              COMMAND ${PROJECT_SOURCE_DIR}/tools/stop_demos_at_random.sh --binary $<TARGET_FILE:lumenscope>
-                     --preload $<TARGET_FILE:keep_libraries_mapped> --runs 3 --seed 24 --family ${family})
+                     --preload $<TARGET_FILE:keep_libraries_mapped> --runs 3 --rng-seed 24 --family ${family})
     set_tests_properties(DemoShutdown.${family} PROPERTIES LABELS demo_shutdown TIMEOUT 1200)
   endforeach()
 endif()

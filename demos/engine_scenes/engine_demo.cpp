@@ -1,18 +1,14 @@
 #include "engine_demo.h"
 
-#include <unistd.h>
-
 #include <cmath>
 #include <cstdio>
-#include <filesystem>
-#include <system_error>
 
 #include "demo_context.h"
 #include "gl_utility/render_window_gl.h"
 #include "harness/demo_host.h"
+#include "harness/demo_media.h"
 #include "harness/machine_texts.h"
 #include "kalidor/kalidor.h"
-#include "media_directory.h"
 
 namespace {
 
@@ -22,26 +18,13 @@ using namespace Vantalux_nsp;
 
 constexpr int kLogoSize = 128;
 
-// The running binary's folder, ending with '/': where the media are looked for first.
-std::string binaryFolder() {
-    std::error_code error;
-    const std::filesystem::path binary = std::filesystem::read_symlink("/proc/self/exe", error);
-    if (error) return {};
-    std::string folder = binary.parent_path().string();
-    if (folder.empty() || folder.back() != '/') folder += '/';
-    return folder;
-}
-
 }  // namespace
 
 bool HarnessSurface::makeCurrent() { return m_window.makeCurrent(); }
 uint32_t HarnessSurface::framebuffer() const { return m_window.framebuffer(); }
 int HarnessSurface::samples() const { return m_window.samples(); }
 
-std::string EngineDemo::mediaPath(const char* relativeName) {
-    static const std::string folder = findMediaDirectory(binaryFolder());
-    return folder + relativeName;
-}
+std::string EngineDemo::mediaPath(const char* relativeName) { return demoMediaPath(relativeName); }
 
 std::string EngineDemo::named(const char* format) const {
     char text[128];

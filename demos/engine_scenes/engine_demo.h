@@ -80,7 +80,8 @@ protected:
     // The logo is drawn after the text instead of before it.
     virtual bool logoAfterText() const { return false; }
 
-    // The path of a media file ("textures/fur_color.jpg") in the media folder, found by absolute path.
+    // The path of a media file ("textures/fur_color.jpg") in the demos' media folder, looked for as every demo
+    // looks for it: beside the binary first; empty when there is no media folder.
     static std::string mediaPath(const char* relativeName);
     // A program from two stages; shows the first error it meets with the texts given (each with one %s for
     // the driver's text, and a leading %s for the name when `namePrefix`) and answers null.

@@ -234,13 +234,8 @@ TEST(EngineDemoRuns, DemosRefuseWhatTheDriverLacksWithTheirMessageAndTheCelShadi
     }
 }
 
-// The program installed under a prefix whose media folder lacks the demos' files.
-TEST(EngineDemoRuns, MissingMediaEndTheDemosThatNeedThemAndTheProgramGoesOn) {
-    const ScratchDirectory prefix("engine_prefix_without_media");
-    fs::create_directories(prefix / "bin");
-    fs::create_directories(prefix / "share/lumenscope/media/textures");
-    fs::create_directories(prefix / "share/lumenscope/media/models");
-    const fs::path binary = prefix / "bin/lumenscope";
+// The copied program, started with each engine demo that needs media its media folder lacks.
+void expectMissingMediaEndsTheDemos(const fs::path& binary) {
     fs::copy_file(LUMENSCOPE_BINARY, binary);
     struct Case {
         const char* option;
@@ -268,6 +263,18 @@ TEST(EngineDemoRuns, MissingMediaEndTheDemosThatNeedThemAndTheProgramGoesOn) {
         EXPECT_NE(run.standardError.find(c.message), std::string::npos) << c.option << ": " << run.standardError;
         EXPECT_TRUE(run.csvLines.empty()) << c.option;
         EXPECT_NE(run.log.find("Lumenscope shutdown ok."), std::string::npos) << c.option;
+    }
+}
+
+// An installed program whose data folder lacks the files, and a copied one whose media folder beside it does
+// (that folder wins over the source tree's, as it does for every demo).
+TEST(EngineDemoRuns, MissingMediaEndTheDemosThatNeedThemAndTheProgramGoesOn) {
+    for (const char* media : {"share/lumenscope/media", "bin/media"}) {
+        const ScratchDirectory prefix("engine_prefix_without_media");
+        fs::create_directories(prefix / "bin");
+        fs::create_directories(prefix / media / "textures");
+        fs::create_directories(prefix / media / "models");
+        expectMissingMediaEndsTheDemos(prefix / "bin/lumenscope");
     }
 }
 

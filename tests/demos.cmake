@@ -67,6 +67,7 @@ if(LUMENSCOPE_SANITIZE)
     add_test(NAME DemoShutdown.${family}
              COMMAND ${PROJECT_SOURCE_DIR}/tools/stop_demos_at_random.sh --binary $<TARGET_FILE:lumenscope>
                      --preload $<TARGET_FILE:keep_libraries_mapped> --runs 3 --rng-seed 24 --family ${family})
-    set_tests_properties(DemoShutdown.${family} PROPERTIES LABELS demo_shutdown TIMEOUT 1200)
+    # One at a time: two xvfb-run -a started at the same moment can pick the same display.
+    set_tests_properties(DemoShutdown.${family} PROPERTIES LABELS demo_shutdown TIMEOUT 1200 RESOURCE_LOCK xvfb)
   endforeach()
 endif()

@@ -59,21 +59,29 @@ CounterAtTime readCounterAtTime() {
 }  // namespace
 #endif
 
+PinnedToFirstProcessor::PinnedToFirstProcessor()
+    : m_pinned(sched_getaffinity(0, sizeof m_previous, &m_previous) == 0) {
+    if (!m_pinned) return;
+    cpu_set_t first;
+    CPU_ZERO(&first);
+    CPU_SET(0, &first);
+    sched_setaffinity(0, sizeof first, &first);
+}
+
+PinnedToFirstProcessor::~PinnedToFirstProcessor() {
+    if (m_pinned) sched_setaffinity(0, sizeof m_previous, &m_previous);
+}
+
 uint32_t measureTscMhz(uint32_t windowMs) {
 #ifdef KALIDOR_HAS_CPUID
-    cpu_set_t previous;
-    const bool pinned = sched_getaffinity(0, sizeof previous, &previous) == 0;
-    if (pinned) {
-        cpu_set_t first;
-        CPU_ZERO(&first);
-        CPU_SET(0, &first);
-        sched_setaffinity(0, sizeof first, &first);
+    CounterAtTime start, end;
+    {
+        const PinnedToFirstProcessor pinned;
+        start = readCounterAtTime();
+        const timespec window{time_t(windowMs / 1000), long(windowMs % 1000) * 1000000L};
+        nanosleep(&window, nullptr);
+        end = readCounterAtTime();
     }
-    const CounterAtTime start = readCounterAtTime();
-    const timespec window{time_t(windowMs / 1000), long(windowMs % 1000) * 1000000L};
-    nanosleep(&window, nullptr);
-    const CounterAtTime end = readCounterAtTime();
-    if (pinned) sched_setaffinity(0, sizeof previous, &previous);
     if (end.ns <= start.ns || end.ticks <= start.ticks) return 0;
     // Ticks per nanosecond are GHz; truncated to whole MHz as the one-second count was.
     return uint32_t(double(end.ticks - start.ticks) * 1000.0 / double(end.ns - start.ns));

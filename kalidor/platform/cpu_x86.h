@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sched.h>
+
 #include <cstdint>
 
 #include "cpu_os_info.h"
@@ -8,6 +10,19 @@ namespace Kalidornm {
 
 // 50 ms give the same MHz as a one-second measurement to well under 0.1 % (bench_cpu_clock).
 constexpr uint32_t kTscWindowMs = 50;
+
+// Pins the calling thread to processor 0 while it lives and gives back the affinity the thread had.
+class PinnedToFirstProcessor {
+public:
+    PinnedToFirstProcessor();
+    ~PinnedToFirstProcessor();
+    PinnedToFirstProcessor(const PinnedToFirstProcessor&) = delete;
+    PinnedToFirstProcessor& operator=(const PinnedToFirstProcessor&) = delete;
+
+private:
+    cpu_set_t m_previous;
+    bool m_pinned = false;
+};
 
 // The CPUID instruction; false on processors without it (every non-x86 machine).
 bool readCpuid(uint32_t leaf, uint32_t subleaf, CpuidRegs* regs);

@@ -1,7 +1,6 @@
 // The time stamp counter's rate as the library measures it (a 50 ms sleep against the raw monotonic clock)
 // beside the one-second busy count it replaced, on the machine at hand: both figures in MHz, how far apart
 // they are, and what each costs. Not a test: run build-test/tests/bench_cpu_clock [rounds].
-#include <sched.h>
 #include <time.h>
 #include <x86intrin.h>
 
@@ -17,14 +16,7 @@ namespace {
 
 // The former measurement: pinned to processor 0, the counter over one second of spinning on the clock.
 uint32_t oneSecondSpinMhz() {
-    cpu_set_t previous;
-    const bool pinned = sched_getaffinity(0, sizeof previous, &previous) == 0;
-    if (pinned) {
-        cpu_set_t first;
-        CPU_ZERO(&first);
-        CPU_SET(0, &first);
-        sched_setaffinity(0, sizeof first, &first);
-    }
+    const Kalidornm::PinnedToFirstProcessor pinned;
     timespec start{}, now{};
     clock_gettime(CLOCK_MONOTONIC, &start);
     const uint64_t tscStart = __rdtsc();
@@ -32,7 +24,6 @@ uint32_t oneSecondSpinMhz() {
         clock_gettime(CLOCK_MONOTONIC, &now);
     } while ((now.tv_sec - start.tv_sec) * 1000000000LL + (now.tv_nsec - start.tv_nsec) < 1000000000LL);
     const uint64_t tscEnd = __rdtsc();
-    if (pinned) sched_setaffinity(0, sizeof previous, &previous);
     return uint32_t((tscEnd - tscStart) / 1000000u);
 }
 

@@ -73,14 +73,15 @@ void letGoOfUpdateThread(AppState& state) {
     state.updateThread.reset();
 }
 
-// Asks every demo to stop, each waited for at most 100 ms; true when one is still running.
+// Asks every demo to stop, each waited for at most kDemoStopWaitMs; true when one is still running.
 bool demoLeftRunning() {
     bool leftRunning = false;
     for (int slot = 0; slot < kDemoSlotCount; ++slot) {
         DemoContext& context = demoContext(DemoSlot(slot));
         if (stopDemo(context) != DemoStop::LeftRunning) continue;
         const DemoDescriptor* demo = demoDescriptor(context.table, context.tableRow);
-        appLog().write("The demo %s did not stop within 100 ms; nothing it uses is released.", demo ? demo->title : "");
+        appLog().write("The demo %s did not stop within %d ms; nothing it uses is released.", demo ? demo->title : "",
+                       kDemoStopWaitMs);
         leftRunning = true;
     }
     return leftRunning;

@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr auto kStopWait = std::chrono::milliseconds(100);
-
 std::atomic<int32_t> gMouseX{0};
 std::atomic<int32_t> gMouseY{0};
 
@@ -21,7 +19,7 @@ DemoStop stopDemo(DemoContext& context) {
     if (!context.thread.joinable()) return DemoStop::NotRunning;
     context.stopRequested = true;
     std::unique_lock<std::mutex> lock(context.aliveLock);
-    const bool ended = context.aliveChanged.wait_for(lock, kStopWait, [&] { return !context.threadAlive; });
+    const bool ended = context.aliveChanged.wait_for(lock, std::chrono::milliseconds(kDemoStopWaitMs), [&] { return !context.threadAlive; });
     lock.unlock();
     if (ended) {
         context.thread.join();

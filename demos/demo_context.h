@@ -72,7 +72,9 @@ DemoContext& demoContext(DemoSlot slot);
 // was left to finish its frame and end by itself.
 enum class DemoStop { NotRunning, Ended, LeftRunning };
 
-// Asks a running demo to stop and waits for its thread at most 100 ms. A thread that does not end in that
+constexpr int kDemoStopWaitMs = 100;
+
+// Asks a running demo to stop and waits for its thread at most kDemoStopWaitMs. A thread that does not end in that
 // time is detached: whatever it uses must stay alive until the process ends.
 DemoStop stopDemo(DemoContext& context);
 

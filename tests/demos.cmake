@@ -55,7 +55,7 @@ add_executable(bench_cl_compute bench/cl_compute_bench.cpp)
 target_link_libraries(bench_cl_compute PRIVATE demos)
 target_include_directories(bench_cl_compute PRIVATE ${PROJECT_SOURCE_DIR})
 
-# The program built with the sanitizers, ended by SIGTERM and by Escape on its main window at seeded random
+# The program built with the sanitizers, ended by SIGTERM and by Escape on its main window at random
 # moments while a demo of each family runs: three runs of each (tools/stop_demos_at_random.sh runs more).
 if(LUMENSCOPE_SANITIZE)
   find_program(XDOTOOL xdotool REQUIRED)
@@ -66,7 +66,7 @@ if(LUMENSCOPE_SANITIZE)
   foreach(family gl3 opencl engine)
     add_test(NAME DemoShutdown.${family}
              COMMAND ${PROJECT_SOURCE_DIR}/tools/stop_demos_at_random.sh --binary $<TARGET_FILE:lumenscope>
-                     --preload $<TARGET_FILE:keep_libraries_mapped> --runs 3 --rng-seed 24 --family ${family})
+                     --preload $<TARGET_FILE:keep_libraries_mapped> --runs 3 --random-start 24 --family ${family})
     # One at a time: two xvfb-run -a started at the same moment can pick the same display.
     set_tests_properties(DemoShutdown.${family} PROPERTIES LABELS demo_shutdown TIMEOUT 1200 RESOURCE_LOCK xvfb)
   endforeach()

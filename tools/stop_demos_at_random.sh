@@ -1,9 +1,9 @@
 #!/bin/bash
 # Ends the program while one of its demos runs, at a random moment, and checks that the end is clean: exit
 # status 0, "Lumenscope shutdown ok." as the log's last line, and no report of the sanitizers the binary was
-# built with. The moments are random from a given rng seed, so a failing run can be repeated.
+# built with. The moments are random but drawn from a given start number, so a failing run can be repeated.
 #
-#   tools/stop_demos_at_random.sh --binary build-asan/lumenscope [--runs 20] [--rng-seed 1]
+#   tools/stop_demos_at_random.sh --binary build-asan/lumenscope [--runs 20] [--random-start 1]
 #       [--preload build-asan/tests/libkeep_libraries_mapped.so]
 #       [--family gl3|opencl|engine]... [--way sigterm|escape]...
 #
@@ -16,7 +16,7 @@ set -u
 binary=""
 preload=""
 runs=20
-rng_seed=1
+random_start=1
 families=()
 ways=()
 while [ $# -gt 0 ]; do
@@ -24,7 +24,7 @@ while [ $# -gt 0 ]; do
         --binary) binary="$2"; shift 2 ;;
         --preload) preload="$2"; shift 2 ;;
         --runs) runs="$2"; shift 2 ;;
-        --rng-seed) rng_seed="$2"; shift 2 ;;
+        --random-start) random_start="$2"; shift 2 ;;
         --family) families+=("$2"); shift 2 ;;
         --way) ways+=("$2"); shift 2 ;;
         *) echo "stop_demos_at_random.sh: unknown argument $1" >&2; exit 2 ;;
@@ -44,7 +44,7 @@ if [ -z "${DISPLAY:-}" ]; then
     # Without -noreset the server starts afresh whenever its last client leaves, and refuses connections while
     # it does: between two runs of the program there may be no client at all.
     exec xvfb-run -a -s "-screen 0 1024x768x24 -noreset" "$0" --binary "$binary" --preload "$preload" \
-        --runs "$runs" --rng-seed "$rng_seed" \
+        --runs "$runs" --random-start "$random_start" \
         $(printf -- '--family %s ' "${families[@]}") $(printf -- '--way %s ' "${ways[@]}")
 fi
 
@@ -90,7 +90,7 @@ focus_main_window() {
     return 1
 }
 
-# Random milliseconds between 500 and 5000 from bash's rng, set by --rng-seed, into $delay. Not in a
+# Random milliseconds between 500 and 5000 from bash's generator, started at --random-start, into $delay. Not in a
 # subshell: bash gives a subshell's random generator a new start.
 next_delay() { delay=$((500 + (RANDOM * 32768 + RANDOM) % 4501)); }
 
@@ -162,7 +162,7 @@ run_once() {
     return 0
 }
 
-RANDOM=$rng_seed
+RANDOM=$random_start
 failed=0
 summary=()
 for family in "${families[@]}"; do
@@ -196,7 +196,7 @@ for family in "${families[@]}"; do
 done
 
 echo
-echo "rng seed $rng_seed"
+echo "random start $random_start"
 echo "| family  | way      | runs | clean  | left running | delays         |"
 echo "|---------|----------|------|--------|--------------|----------------|"
 printf '%s\n' "${summary[@]}"

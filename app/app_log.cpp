@@ -25,18 +25,18 @@ std::string formatLogPrefix(int year, int month, int day, int hour, int minute, 
 void AppLog::write(const char* format, ...) {
     va_list args;
     va_start(args, format);
-    writeLine(false, format, args);
+    writeFormatted(false, format, args);
     va_end(args);
 }
 
 void AppLog::writeLast(const char* format, ...) {
     va_list args;
     va_start(args, format);
-    writeLine(true, format, args);
+    writeFormatted(true, format, args);
     va_end(args);
 }
 
-void AppLog::writeLine(bool closeAfter, const char* format, va_list args) {
+void AppLog::writeFormatted(bool closeAfter, const char* format, va_list args) {
     if (!m_enabled) return;
 
     std::time_t now = std::time(nullptr);
@@ -60,5 +60,7 @@ void AppLog::writeLine(bool closeAfter, const char* format, va_list args) {
 
 AppLog& appLog() {
     static AppLog log;
+    static const bool installed = (base::installProgramLog(&log), true);
+    (void)installed;
     return log;
 }

@@ -7,7 +7,7 @@
 #include "report/json_report.h"
 #include "report/report_generator.h"
 #include "report/report_snapshot_from_facade.h"
-#include "version.h"
+#include "base/version.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "command_line.h"
-#include "version.h"
+#include "base/version.h"
 
 namespace {
 
@@ -38,10 +38,7 @@ std::string helpText() {
 }
 
 std::string versionText() {
-    char line[64];
-    std::snprintf(line, sizeof line, "%s %d.%d.%d.%d\n", lumenscope::kDisplayName, lumenscope::kVersionMajor,
-                  lumenscope::kVersionMinor, lumenscope::kVersionPatch, lumenscope::kVersionBuild);
-    return line;
+    return std::string(lumenscope::kDisplayName) + " " + lumenscope::kVersionText + "\n";
 }
 
 std::string requestedInformation(const char* line) {

@@ -21,7 +21,7 @@
 #include "online_check.h"
 #include "platform/interrupt.h"
 #include "no_display_notice.h"
-#include "version.h"
+#include "base/version.h"
 
 using Kalidornm::Kalidor;
 
@@ -31,8 +31,7 @@ constexpr int kMaxListedDisplayDevices = 10;
 constexpr int kMaxLoggedGpuStrings = 10;
 
 void logVersionLine(const char* what) {
-    appLog().write("%s %d.%d.%d.%d %s", lumenscope::kDisplayName, lumenscope::kVersionMajor,
-                   lumenscope::kVersionMinor, lumenscope::kVersionPatch, lumenscope::kVersionBuild, what);
+    appLog().write("%s %s %s", lumenscope::kDisplayName, lumenscope::kVersionText, what);
 }
 
 void logDisplayDevices() {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "app_log.h"
-#include "version.h"
+#include "base/version.h"
 
 void reportNoDisplay(const char* why) {
     const char* reason = (why && *why) ? why : "no display was found";

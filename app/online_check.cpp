@@ -6,7 +6,7 @@
 
 #include "app_log.h"
 #include "app_state.h"
-#include "report/online/submission_facts_from_facade.h"
+#include "report/online/submission_facts_from_snapshot.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "cuda_device_fields.h"
 #include "cuda_driver_api.h"
 #include "driver_limits.h"
-#include "platform/dynamic_library.h"
+#include "base/dynamic_library.h"
 
 namespace compute {
 namespace {
@@ -44,7 +44,7 @@ void readName(CuDeviceGetNameFn* getName, CUdevice device, std::string& name) {
 // Every call is optional and answers only on success: a call the library lacks or that fails leaves its
 // fields at zero, whatever it wrote. The attribute rows come last, so where the driver answers them they
 // replace the property block's words (the clock among them).
-void readDevice(const DynamicLibrary& library, CUdevice device, CudaDeviceRecord& record) {
+void readDevice(const base::DynamicLibrary& library, CUdevice device, CudaDeviceRecord& record) {
     if (auto getName = library.function<CuDeviceGetNameFn>("cuDeviceGetName")) readName(getName, device, record.name);
     // The 64-bit form first: the original call writes 32 bits and cannot hold 4 GB.
     if (auto totalMem64 = library.function<CuDeviceTotalMemV2Fn>("cuDeviceTotalMem_v2")) {
@@ -76,10 +76,10 @@ void readDevice(const DynamicLibrary& library, CUdevice device, CudaDeviceRecord
 
 }  // namespace
 
-bool discoverCuda(AppLog& log, const char* libraryName) {
-    DynamicLibrary library(libraryName);
+bool discoverCuda(base::LogSink& log, const char* libraryName) {
+    base::DynamicLibrary library(libraryName);
     if (!library) {
-        log.write("Could not find %s.", libraryName);
+        base::logTo(log, "Could not find %s.", libraryName);
         return false;
     }
     auto init = library.function<CuInitFn>("cuInit");
@@ -92,9 +92,9 @@ bool discoverCuda(AppLog& log, const char* libraryName) {
         // A failed or negative count is no count, whatever the driver wrote.
         if (getCount(&reported) == kCudaSuccess && reported >= 0) {
             state.deviceCount = std::min(reported, kMaxCudaDevices);
-            log.write("Found %d CUDA-capable devices.", state.deviceCount);
+            base::logTo(log, "Found %d CUDA-capable devices.", state.deviceCount);
             if (state.deviceCount < reported)
-                log.write("The CUDA driver reported %d devices; only the first %d are read.", reported,
+                base::logTo(log, "The CUDA driver reported %d devices; only the first %d are read.", reported,
                           state.deviceCount);
         }
     }

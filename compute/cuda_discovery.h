@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "app/app_log.h"
+#include "base/log_sink.h"
 #include "compute/cuda_records.h"
 
 // CUDA devices, read once at start-up through the driver library, which is unloaded again afterwards.
@@ -12,7 +12,7 @@ namespace compute {
 inline constexpr const char* kCudaLibraryName = "libcuda.so.1";
 
 // True when the library answered cuInit and the count was asked.
-bool discoverCuda(AppLog& log = appLog(), const char* libraryName = kCudaLibraryName);
+bool discoverCuda(base::LogSink& log = base::programLog(), const char* libraryName = kCudaLibraryName);
 
 // 0 until discovery counted devices.
 int32_t getCudaDeviceCount();

@@ -134,7 +134,7 @@ std::vector<Handle> fetchHandles(cl_uint limit, auto fetch) {
     return handles;
 }
 
-void readDevices(AppLog& log, ClPlatformRecord& platform, cl_platform_id id) {
+void readDevices(base::LogSink& log, ClPlatformRecord& platform, cl_platform_id id) {
     cl_uint reported = 0;
     // A failed count is no count, whatever the driver wrote into it.
     if (compute::clGetDeviceIDs(id, kAllDeviceTypes, 0, nullptr, &reported) != CL_SUCCESS) return;
@@ -145,9 +145,9 @@ void readDevices(AppLog& log, ClPlatformRecord& platform, cl_platform_id id) {
         });
     if (ids.empty()) return;
 
-    log.write("Found %d OpenCL-capable devices for platform %s.", int(ids.size()), platform.name.c_str());
+    base::logTo(log, "Found %d OpenCL-capable devices for platform %s.", int(ids.size()), platform.name.c_str());
     if (reported > kMaxClDevicesPerPlatform)
-        log.write("The OpenCL driver reported %u devices for platform %s; only the first %u are read.", reported,
+        base::logTo(log, "The OpenCL driver reported %u devices for platform %s; only the first %u are read.", reported,
                   platform.name.c_str(), kMaxClDevicesPerPlatform);
     platform.devices.assign(ids.size(), ClDeviceRecord{});
     platform.deviceCount = uint32_t(ids.size());
@@ -160,18 +160,18 @@ void readDevices(AppLog& log, ClPlatformRecord& platform, cl_platform_id id) {
 
 }  // namespace
 
-void discoverOpenCl(AppLog& log, const char* libraryName) {
+void discoverOpenCl(base::LogSink& log, const char* libraryName) {
     // The first load only tells whether the library is there; the handle that stays comes from a second load.
     {
-        DynamicLibrary probe(libraryName);
+        base::DynamicLibrary probe(libraryName);
         if (!probe) {
-            log.write("Could not find %s.", libraryName);
+            base::logTo(log, "Could not find %s.", libraryName);
             return;
         }
     }
-    DynamicLibrary module(libraryName);
+    base::DynamicLibrary module(libraryName);
     if (!module) {
-        log.write("Could not find %s.", libraryName);
+        base::logTo(log, "Could not find %s.", libraryName);
         return;
     }
     clearClEntryPoints();
@@ -189,9 +189,9 @@ void discoverOpenCl(AppLog& log, const char* libraryName) {
     const std::vector<cl_platform_id> ids = fetchHandles<cl_platform_id>(
         std::min<cl_uint>(reported, kMaxClPlatforms),
         [](cl_uint count, cl_platform_id* platforms) { return compute::clGetPlatformIDs(count, platforms, nullptr); });
-    log.write("Found %d OpenCL-capable platform.", int(ids.size()));
+    base::logTo(log, "Found %d OpenCL-capable platform.", int(ids.size()));
     if (reported > kMaxClPlatforms)
-        log.write("The OpenCL driver reported %u platforms; only the first %u are read.", reported, kMaxClPlatforms);
+        base::logTo(log, "The OpenCL driver reported %u platforms; only the first %u are read.", reported, kMaxClPlatforms);
     if (ids.empty()) {
         unloadModule();
         return;

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "app/app_log.h"
+#include "base/log_sink.h"
 #include "compute/opencl_records.h"
 
 // OpenCL platforms and devices, found once at start-up, read-only afterwards. The OpenCL library stays
@@ -14,7 +14,7 @@ namespace compute {
 inline constexpr const char* kOpenClLibraryName = "libOpenCL.so.1";
 
 // Loads the OpenCL library by name and records every platform and device; logs what it found.
-void discoverOpenCl(AppLog& log = appLog(), const char* libraryName = kOpenClLibraryName);
+void discoverOpenCl(base::LogSink& log = base::programLog(), const char* libraryName = kOpenClLibraryName);
 
 // Frees the records and the library when there are platforms, then empties the entry-point table.
 void releaseOpenCl();

@@ -33,8 +33,8 @@ void* lookUp(ClEntry which) { return clModule().symbol(kClEntryNames[size_t(whic
 
 }  // namespace
 
-DynamicLibrary& clModule() {
-    static DynamicLibrary module;
+base::DynamicLibrary& clModule() {
+    static base::DynamicLibrary module;
     return module;
 }
 

@@ -5,7 +5,7 @@
 #include <iterator>
 
 #include "compute/opencl_api.h"
-#include "compute/platform/dynamic_library.h"
+#include "base/dynamic_library.h"
 
 // The OpenCL entry points that discovery and the OpenCL demos call. Each slot is filled from the loaded
 // OpenCL library on first use; the wrappers below carry the API's names and arguments, and answer -1 (status
@@ -59,7 +59,7 @@ static_assert(std::size(kClEntryNames) == size_t(ClEntry::Count), "one name per 
 static_assert(std::size(kClEntryNames) == 29, "21 status functions and 8 object functions");
 
 // The OpenCL library; loaded by discovery and kept until releaseOpenCl, because the demos call through it.
-DynamicLibrary& clModule();
+base::DynamicLibrary& clModule();
 
 // The slot's function, filled from clModule() when still empty; null while the library lacks it.
 void* clEntryPoint(ClEntry entry);

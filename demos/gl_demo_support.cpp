@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "app/version.h"
+#include "base/version.h"
 #include "demo_context.h"
 #include "gl_utility/render_window_gl.h"
 #include "harness/demo_host.h"

@@ -5,6 +5,7 @@
 
 #include "library_globals.h"
 #include "library_log.h"
+#include "machine_snapshot_reader.h"
 
 namespace Kalidornm {
 
@@ -31,6 +32,7 @@ Kalidor* Kalidor::getInstance() {
 }
 
 void Kalidor::destroyInstance() {
+    gGlobals.snapshot.reset();
     delete gInstance;
     gInstance = nullptr;
 }
@@ -45,6 +47,7 @@ bool Kalidor::startup(int, int, int width, int height, int glMajor, int glMinor,
     LibraryLog& trace = generalTrace();
     trace.write("Kalidor::startup()");
     if (gGlobals.started) return true;
+    gGlobals.snapshot.reset();
     if (!gGlobals.mainWindow) return false;
 
     // No window is needed: the OpenGL probe runs in a headless EGL context.
@@ -71,6 +74,22 @@ bool Kalidor::startup(int, int, int width, int height, int glMajor, int glMinor,
     return scanned;
 }
 
+const MachineSnapshot& Kalidor::snapshot() {
+    if (!gGlobals.snapshot) gGlobals.snapshot = readMachineSnapshot(*this);
+    return *gGlobals.snapshot;
+}
+
+void Kalidor::refreshLiveSample() {
+    snapshot();
+    DisplayModeFacts& mode = gGlobals.snapshot->displayMode;
+    mode.width = int32_t(getDisplayWidth());
+    mode.height = int32_t(getDisplayHeight());
+    mode.refreshHz = int32_t(getDisplayFrequency());
+    mode.bitsPerPixel = int32_t(getDisplayBitsPerPixel());
+    std::vector<GpuSnapshot>& gpus = gGlobals.snapshot->gpus;
+    for (size_t gpu = 0; gpu < gpus.size(); ++gpu) gpus[gpu].live = readLiveSample(*this, int(gpu));
+}
+
 bool Kalidor::shutdown() {
     if (!gGlobals.started) return false;
     for (auto& window : gGlobals.windows) {
@@ -78,6 +97,7 @@ bool Kalidor::shutdown() {
         if (HardwareCaps* machine = window->caps()) machine->cleanup();
     }
     gGlobals.gpus.clear();
+    gGlobals.snapshot.reset();
     gGlobals.windows.clear();
     gGlobals.mainWindow = nullptr;
     gGlobals.started = false;

@@ -4,6 +4,7 @@
 
 #include "gpu_record.h"
 #include "hardware_caps.h"
+#include "machine_snapshot.h"
 #include "platform/sources.h"
 
 namespace Kalidornm {
@@ -29,6 +30,13 @@ public:
     uint32_t getVersionMajor() const { return kVersionMajor; }
     uint32_t getVersionMinor() const { return kVersionMinor; }
     uint32_t getVersionPatch() const { return kVersionPatch; }
+
+    // The machine as plain values: read on the first call after start-up, the same object afterwards.
+    // Its live samples are those of the last refreshLiveSample(), absent before the first.
+    const MachineSnapshot& snapshot();
+    // Reads the live sample of every GPU now, in one pass (a GPU that sleeps is marked and not asked), and
+    // the display mode.
+    void refreshLiveSample();
 
     // System
     uint32_t getCpuSpeedMhz();

@@ -2,10 +2,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "gpu_record.h"
+#include "machine_snapshot.h"
 #include "render_window.h"
 
 namespace Kalidornm {
@@ -53,6 +55,7 @@ struct LibraryGlobals {
     uint32_t physxVersion = 0;
     bool physxOnGpu = false;
     GpuSummary summary;
+    std::optional<MachineSnapshot> snapshot;  // read on first use, dropped at shutdown
 };
 
 extern LibraryGlobals gGlobals;

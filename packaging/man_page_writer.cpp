@@ -6,7 +6,7 @@
 #include <string>
 
 #include "app/command_line.h"
-#include "app/version.h"
+#include "base/version.h"
 
 namespace {
 
@@ -40,9 +40,7 @@ std::string optionsSection() {
 }
 
 std::string manPage() {
-    char version[32];
-    std::snprintf(version, sizeof version, "%d.%d.%d.%d", lumenscope::kVersionMajor, lumenscope::kVersionMinor,
-                  lumenscope::kVersionPatch, lumenscope::kVersionBuild);
+    const char* version = lumenscope::kVersionText;
     const std::string name = lumenscope::kDisplayName;
 
     std::string page = ".\\\" Written by man_page_writer from the program's option table; edit the table, not this.\n";

@@ -241,12 +241,6 @@ Json cuda(const std::vector<ReportCudaDevice>& devices) {
     return list;
 }
 
-std::string formatVersion(const ReportSnapshot& s) {
-    char text[64];
-    std::snprintf(text, sizeof text, "%d.%d.%d.%d", s.versionMajor, s.versionMinor, s.versionPatch, s.versionBuild);
-    return text;
-}
-
 Json document(const ReportSnapshot& s) {
     Json gpus = Json::array();
     for (const ReportGpu& g : s.gpus) gpus.push_back(gpu(g));
@@ -255,7 +249,7 @@ Json document(const ReportSnapshot& s) {
     return Json{
         {"schema_version", kJsonReportSchemaVersion},
         {"program", Json{{"name", s.programName},
-                         {"version", formatVersion(s)},
+                         {"version", s.programVersion},
                          {"home_page", s.homePage}}},
         {"system", system(s)},
         {"has_display_device", s.hasDisplayDevice},

@@ -1,21 +1,10 @@
 #include "report_generator.h"
 
-#include <cstdarg>
-
 #include "report_file.h"
 #include "report_sections.h"
 #include "xml_text.h"
 
 namespace report {
-
-std::string formatText(const char* format, ...) {
-    std::string text;
-    va_list args;
-    va_start(args, format);
-    appendFormatted(text, format, args);
-    va_end(args);
-    return text;
-}
 
 void addBlankLine(ReportBuffers& b) { addReportLine(b, "%s", ""); }
 
@@ -47,8 +36,7 @@ void generateReport(ReportBuffers& b, const ReportSnapshot& s) {
 std::string xmlReportText(const ReportBuffers& b, const ReportSnapshot& s) {
     std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
     xml += "<!--**********************************************************\n";
-    xml += formatText("* %s v%d.%d.%d.%d\n", s.programName.c_str(), s.versionMajor, s.versionMinor,
-                      s.versionPatch, s.versionBuild);
+    xml += formatText("* %s v%s\n", s.programName.c_str(), s.programVersion.c_str());
     xml += formatText("* Made by the %s developers\n", s.programName.c_str());
     xml += formatText("* %s\n", s.homePage.c_str());
     xml += "***********************************************************-->\n";

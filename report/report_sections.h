@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "base/text_format.h"
 #include "report_buffers.h"
 #include "report_snapshot.h"
 #include "xml_text.h"
@@ -12,8 +13,7 @@ namespace report {
 
 inline constexpr const char* kSectionRule = "===================================";
 
-// printf into a std::string.
-std::string formatText(const char* format, ...) __attribute__((format(printf, 1, 2)));
+using base::formatText;
 
 void addBlankLine(ReportBuffers& b);
 // A section heading: the rule and the bracketed title.

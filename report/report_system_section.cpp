@@ -13,8 +13,7 @@ const char* textOr(const std::optional<std::string>& text) { return text ? text-
 // Text only: the XML file carries the same facts in its head comment.
 void addBannerSection(ReportBuffers& b, const ReportSnapshot& s) {
     addReportLine(b, "%s", kBannerRule);
-    addReportLine(b, "%s v%d.%d.%d.%d", s.programName.c_str(), s.versionMajor, s.versionMinor, s.versionPatch,
-                  s.versionBuild);
+    addReportLine(b, "%s v%s", s.programName.c_str(), s.programVersion.c_str());
     addReportLine(b, "%s", s.homePage.c_str());
     addReportLine(b, "%s", kBannerRule);
     addBlankLine(b);

@@ -6,7 +6,7 @@
 
 #include "app/app_state.h"
 #include "app/message_boxes.h"
-#include "app/version.h"
+#include "base/version.h"
 #include "controls.h"
 #include "kalidor/kalidor.h"
 #include "kalidor/opengl/extension_link_table.h"

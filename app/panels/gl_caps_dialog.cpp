@@ -6,7 +6,7 @@
 #include <QTreeWidget>
 
 #include "app/app_state.h"
-#include "app/version.h"
+#include "base/version.h"
 #include "caps_tree.h"
 #include "controls.h"
 #include "kalidor/kalidor.h"

@@ -18,7 +18,7 @@
 #include "app/demo_launch.h"
 #include "app/online_check.h"
 #include "app/platform/interrupt.h"
-#include "app/version.h"
+#include "base/version.h"
 #include "controls.h"
 #include "cuda_panel.h"
 #include "demo_options_dialog.h"
@@ -128,8 +128,7 @@ QTabBar* MainDialog::tabBar() const { return m_tabControl->tabBar(); }
 void MainDialog::start(QWidget* splash) {
     m_state.mainWindow = this;
     m_state.tabControl = m_tabControl;
-    setWindowTitle(QString::asprintf("Orbiscale %s %d.%d.%d.%d", lumenscope::kDisplayName, lumenscope::kVersionMajor,
-                                     lumenscope::kVersionMinor, lumenscope::kVersionPatch, lumenscope::kVersionBuild));
+    setWindowTitle(QString::asprintf("Orbiscale %s %s", lumenscope::kDisplayName, lumenscope::kVersionText));
     setWindowIcon(applicationIcon());
     _createPanels();
     _insertTabItems();

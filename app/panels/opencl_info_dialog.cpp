@@ -4,7 +4,7 @@
 #include <QPushButton>
 
 #include "app/app_state.h"
-#include "app/version.h"
+#include "base/version.h"
 #include "compute/opencl_discovery.h"
 #include "controls.h"
 

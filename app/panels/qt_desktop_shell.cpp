@@ -6,7 +6,7 @@
 
 #include "app/app_state.h"
 #include "app/no_display_notice.h"
-#include "app/version.h"
+#include "base/version.h"
 #include "display_probe.h"
 #include "main_dialog.h"
 #include "qt_message_boxes.h"
@@ -54,9 +54,7 @@ bool QtDesktopShell::connect(std::string* why) {
     for (const QString& message : std::exchange(gStartMessages, {})) qWarning("%s", qUtf8Printable(message));
 
     QApplication::setApplicationName(QString::fromLatin1(lumenscope::kDisplayName));
-    QApplication::setApplicationVersion(QString::asprintf("%d.%d.%d.%d", lumenscope::kVersionMajor,
-                                                          lumenscope::kVersionMinor, lumenscope::kVersionPatch,
-                                                          lumenscope::kVersionBuild));
+    QApplication::setApplicationVersion(QString::fromLatin1(lumenscope::kVersionText));
     QApplication::setWindowIcon(applicationIcon());
     QApplication::setQuitOnLastWindowClosed(false);
     installQtMessageBoxes();

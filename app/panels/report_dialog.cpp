@@ -7,7 +7,7 @@
 
 #include "app/app_state.h"
 #include "app/message_boxes.h"
-#include "app/version.h"
+#include "base/version.h"
 #include "controls.h"
 #include "kalidor/kalidor.h"
 #include "report/report_generator.h"

@@ -7,7 +7,7 @@
 #include <QThread>
 #include <QWindow>
 
-#include "app/version.h"
+#include "base/version.h"
 #include "controls.h"
 #include "vendor_logo.h"
 
@@ -34,8 +34,7 @@ SplashDialog::SplashDialog() : QFrame(nullptr, Qt::SplashScreen | Qt::FramelessW
         label->setGeometry(units.toPixels(place));
     };
     const QString nameAndVersion =
-        QString::asprintf("%s %d.%d.%d.%d", lumenscope::kDisplayName, lumenscope::kVersionMajor,
-                          lumenscope::kVersionMinor, lumenscope::kVersionPatch, lumenscope::kVersionBuild);
+        QString::asprintf("%s %s", lumenscope::kDisplayName, lumenscope::kVersionText);
     // Never shown on the frameless splash, but window lists and screen readers name it by it.
     setWindowTitle(nameAndVersion);
     centred(1144, nameAndVersion, {4, 8, kWidth - 8, 10});

@@ -7,7 +7,7 @@
 #include "app/app_state.h"
 #include "app/message_boxes.h"
 #include "app/online_check.h"
-#include "app/version.h"
+#include "base/version.h"
 #include "build_stamp.h"
 #include "hyperlink.h"
 #include "report/online/online_hosts.h"

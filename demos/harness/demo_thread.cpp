@@ -9,7 +9,7 @@
 #include <thread>
 
 #include "app/app_log.h"
-#include "app/version.h"
+#include "base/version.h"
 #include "bench_result.h"
 #include "compute/opencl_discovery.h"
 #include "demo_affinity.h"

@@ -2,10 +2,10 @@
 
 #include <cstdio>
 
-#include "app/version.h"
+#include "base/version.h"
 #include "cl_device_choice.h"
 #include "compute/opencl_discovery.h"
-#include "compute/platform/dynamic_library.h"
+#include "base/dynamic_library.h"
 #include "demo_context.h"
 #include "gl_demo_support.h"
 #include "gl_utility/render_window_gl.h"
@@ -19,7 +19,7 @@ bool ClDemoScene::checkBeforeContext(DemoContext&) {
             demoShowError("Oooooops! No OpenCL plafform found on this system.\n\rBye...");
             return false;
         }
-    } else if (!compute::DynamicLibrary(compute::kOpenClLibraryName).isLoaded()) {
+    } else if (!base::DynamicLibrary(compute::kOpenClLibraryName).isLoaded()) {
         demoShowError("Oooooops! OpenCL is not installed on this system.\n\rBye...");
         return false;
     }

@@ -11,7 +11,7 @@ extern "C" {
 #include <amdgpu_drm.h>
 }
 
-#include "dynamic_library.h"
+#include "base/dynamic_library.h"
 
 namespace Kalidornm {
 
@@ -48,7 +48,7 @@ const char* amdgpuVramTypeName(uint32_t vramType) {
 
 std::optional<AmdgpuMemoryInfo> queryAmdgpuMemoryInfo(const std::string& library, const std::string& nodePath) {
     if (library.empty() || nodePath.empty()) return std::nullopt;
-    DynamicLibrary drm(library.c_str());
+    base::DynamicLibrary drm(library.c_str());
     auto initialize = drm.function<decltype(amdgpu_device_initialize)>("amdgpu_device_initialize");
     auto deinitialize = drm.function<decltype(amdgpu_device_deinitialize)>("amdgpu_device_deinitialize");
     auto queryInfo = drm.function<decltype(amdgpu_query_info)>("amdgpu_query_info");

@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-#include "dynamic_library.h"
+#include "base/dynamic_library.h"
 
 namespace Kalidornm {
 
@@ -29,7 +29,7 @@ constexpr int kMaxEglDevices = 32;
 
 bool eglOffersSoftwareDevice(const std::string& eglLibrary) {
     if (eglLibrary.empty()) return false;
-    DynamicLibrary egl(eglLibrary.c_str());
+    base::DynamicLibrary egl(eglLibrary.c_str());
     auto getProcAddress = egl.function<decltype(eglGetProcAddress)>("eglGetProcAddress");
     auto queryString = egl.function<decltype(eglQueryString)>("eglQueryString");
     if (!getProcAddress || !queryString) return false;

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "dynamic_library.h"
+#include "base/dynamic_library.h"
 
 namespace Kalidornm {
 
@@ -28,7 +28,7 @@ DisplayMode readCurrentDisplayMode() {
     DisplayMode mode;
     const char* displayName = std::getenv("DISPLAY");
     if (!displayName || !*displayName) return mode;
-    DynamicLibrary x11("libX11.so.6");
+    base::DynamicLibrary x11("libX11.so.6");
     auto openDisplay = x11.function<XOpenDisplayFn>("XOpenDisplay");
     auto closeDisplay = x11.function<XCloseDisplayFn>("XCloseDisplay");
     auto defaultScreen = x11.function<XDefaultScreenFn>("XDefaultScreen");
@@ -47,7 +47,7 @@ DisplayMode readCurrentDisplayMode() {
     mode.bitsPerPixel = uint32_t(defaultDepth(display, screen));
 
     // The refresh rate is optional: without XRandR it stays 0.
-    DynamicLibrary xrandr("libXrandr.so.2");
+    base::DynamicLibrary xrandr("libXrandr.so.2");
     auto getScreenInfo = xrandr.function<XRRGetScreenInfoFn>("XRRGetScreenInfo");
     auto currentRate = xrandr.function<XRRConfigCurrentRateFn>("XRRConfigCurrentRate");
     auto freeScreenInfo = xrandr.function<XRRFreeScreenConfigInfoFn>("XRRFreeScreenConfigInfo");

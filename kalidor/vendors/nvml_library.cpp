@@ -8,7 +8,7 @@ namespace {
 
 // The first of the names that the library exports, so that versioned entry points win over plain ones.
 template <typename Fn>
-void bind(const DynamicLibrary& library, Fn*& slot, std::initializer_list<const char*> names) {
+void bind(const base::DynamicLibrary& library, Fn*& slot, std::initializer_list<const char*> names) {
     slot = nullptr;
     for (const char* name : names)
         if ((slot = library.function<Fn>(name))) return;
@@ -21,9 +21,9 @@ NvmlLibrary::~NvmlLibrary() {
 }
 
 bool NvmlLibrary::load(const std::string& path) {
-    m_library = DynamicLibrary(path.c_str());
+    m_library = base::DynamicLibrary(path.c_str());
     if (!m_library) return false;
-    const DynamicLibrary& l = m_library;
+    const base::DynamicLibrary& l = m_library;
 
     bind(l, init, {"nvmlInit_v2", "nvmlInit"});
     bind(l, shutdown, {"nvmlShutdown"});

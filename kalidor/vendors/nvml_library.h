@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/dynamic_library.h"
+#include "base/dynamic_library.h"
 #include "vendors/nvml_api.h"
 
 namespace Kalidornm {
@@ -72,7 +72,7 @@ public:
     decltype(&nvmlDeviceGetGraphicsRunningProcesses) deviceGetGraphicsRunningProcessesV1 = nullptr;
 
 private:
-    DynamicLibrary m_library;
+    base::DynamicLibrary m_library;
     bool m_started = false;
 };
 

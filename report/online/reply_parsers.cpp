@@ -2,7 +2,8 @@
 
 #include <climits>
 
-#include "app/version.h"
+#include "base/text_format.h"
+#include "base/version.h"
 
 namespace online {
 
@@ -76,6 +77,8 @@ bool parseVersionReply(std::string_view bytes, VersionNumber& latest) {
     }
     return true;
 }
+
+std::string versionText(const VersionNumber& v) { return base::versionText(v[0], v[1], v[2], v[3]); }
 
 uint32_t packVersion(const VersionNumber& v) {
     uint32_t packed = 0;

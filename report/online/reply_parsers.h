@@ -33,6 +33,8 @@ bool parseVersionReply(std::string_view bytes, VersionNumber& latest);
 
 // One byte a field, major highest; a field above 255 spills into the next one, as the servers expect.
 uint32_t packVersion(const VersionNumber& version);
+// "a.b.c.d".
+std::string versionText(const VersionNumber& version);
 
 // 1 when `latest` packs above this program's version, else 0 (an older version too).
 int compareWithThisVersion(const VersionNumber& latest);

@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <string_view>
 
-#include "app/version.h"
+#include "base/version.h"
 #include "text_filters.h"
 
 namespace online {
@@ -307,8 +307,7 @@ bool buildSubmitBody(const SubmissionFacts& f, const char* screenName, const cha
     FormBody body(text);
     body.addText("app_name", lumenscope::kDisplayName);
     body.addText("benchmark_name", lumenscope::kDisplayName);
-    body.add("app_signature", formatted("%d.%d.%d.%d", lumenscope::kVersionMajor, lumenscope::kVersionMinor,
-                                        lumenscope::kVersionPatch, lumenscope::kVersionBuild));
+    body.add("app_signature", lumenscope::kVersionText);
     body.addText("cpu_name", f.cpuName);
     body.addNumber("cpu_speed_mhz", f.cpuSpeedMhz);
     if (const uint32_t memoryMb = f.totalMemoryKb >> 10; memoryMb != 0) body.addNumber("cpu_mem_size_mb", memoryMb);

@@ -3,17 +3,14 @@
 #include <cstdio>
 #include <thread>
 
-#include "app/version.h"
+#include "base/version.h"
 
 namespace online {
 
 namespace {
 
 std::string programSignature() {
-    char text[64];
-    std::snprintf(text, sizeof text, "Lumenscope_v%d.%d.%d.%d", lumenscope::kVersionMajor, lumenscope::kVersionMinor,
-                  lumenscope::kVersionPatch, lumenscope::kVersionBuild);
-    return text;
+    return std::string("Lumenscope_v") + lumenscope::kVersionText;
 }
 
 }  // namespace
@@ -33,9 +30,7 @@ int checkForUpdate(const OnlineHosts& hosts, VersionNumber& latest, const Exchan
 }
 
 NewerVersionDialog newerVersionDialog(const OnlineHosts& hosts, const VersionNumber& latest) {
-    char text[128];
-    std::snprintf(text, sizeof text, "A newer version is available: %d.%d.%d.%d", latest[0], latest[1], latest[2],
-                  latest[3]);
+    const std::string text = "A newer version is available: " + versionText(latest);
     NewerVersionDialog dialog;
     dialog.title = std::string(lumenscope::kDisplayName) + " - Check for update";
     dialog.text = text;

@@ -5,7 +5,7 @@
 #include <mutex>
 #include <system_error>
 
-#include "app/version.h"
+#include "base/version.h"
 
 namespace online {
 
@@ -39,8 +39,7 @@ void updateThreadMain(const std::shared_ptr<UpdateSession>& session) {
         if (result == kUpdateCurrent) {
             std::snprintf(line, sizeof line, "Your version of %s is up to date", lumenscope::kDisplayName);
         } else if (result == kUpdateNewer) {
-            std::snprintf(line, sizeof line, "A new version is available online: %d.%d.%d.%d", latest[0], latest[1],
-                          latest[2], latest[3]);
+            std::snprintf(line, sizeof line, "A new version is available online: %s", versionText(latest).c_str());
         } else {
             std::snprintf(line, sizeof line, "Unable to connect to %s. Check for update failed.",
                           s.hosts.webName.c_str());

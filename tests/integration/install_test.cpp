@@ -98,6 +98,19 @@ TEST_F(InstalledProgram, RunsFromThePrefixForItsVersionAndABatchReport) {
     EXPECT_NE(readWholeFile(work / "report.txt").find("Lumenscope v1.26.0.0"), std::string::npos);
 }
 
+// The version is written once, in the build; the program, its AppStream release and its manual page agree.
+TEST_F(InstalledProgram, AppStreamReleaseAndManPageCarryTheProgramsVersion) {
+    const CapturedRun version = runCaptured(binary().string(), base, {"--version"}, base / "capture");
+    ASSERT_EQ(version.exitCode, 0);
+    const std::string number = version.out.substr(version.out.find(' ') + 1, version.out.size() - 1 -
+                                                                              (version.out.find(' ') + 1));
+    const std::string metainfo = readWholeFile(data() / "metainfo" / "org.example.lumenscope.metainfo.xml");
+    EXPECT_NE(metainfo.find("<release version=\"" + number + "\""), std::string::npos) << metainfo;
+    EXPECT_EQ(metainfo.find('@'), std::string::npos) << "an unreplaced placeholder";
+    const std::string page = readWholeFile(prefix / INSTALL_MANDIR / "man1" / "lumenscope.1");
+    EXPECT_NE(page.find(number), std::string::npos);
+}
+
 TEST_F(InstalledProgram, ManPageRendersWithoutWarningsAndNamesEveryOption) {
     const fs::path page = prefix / INSTALL_MANDIR / "man1" / "lumenscope.1";
     const CapturedRun check = runCaptured("groff", base, {"-man", "-ww", "-z", page.string()}, base / "capture");

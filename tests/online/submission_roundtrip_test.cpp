@@ -14,7 +14,7 @@
 #include "kalidor/library_globals.h"
 #include "online/form_fields.h"
 #include "online/validation_server_process.h"
-#include "report/online/submission_facts_from_facade.h"
+#include "report/online/submission_facts_from_snapshot.h"
 #include "report/online/submit_body.h"
 #include "report/online/text_filters.h"
 #include "report/online/validation_submission.h"

@@ -9,8 +9,7 @@ namespace {
 ReportSnapshot baseMachine() {
     ReportSnapshot s;
     s.programName = "Lumenscope";
-    s.versionMajor = 1;
-    s.versionMinor = 26;
+    s.programVersion = "1.26.0.0";
     s.homePage = "https://lumenscope.example.org/";
     s.system.cpuName = "Fixture CPU 3000 @ 3.60GHz";
     s.system.cpuSpeedMhz = 3600;

@@ -1,7 +1,7 @@
 #pragma once
 
 // One loaded shared library, closed when the object goes. A library that is not there leaves the object empty.
-namespace Kalidornm {
+namespace base {
 
 class DynamicLibrary {
 public:
@@ -31,4 +31,4 @@ private:
     void* m_handle = nullptr;
 };
 
-}  // namespace Kalidornm
+}  // namespace base

@@ -1,10 +1,10 @@
-#include "dynamic_library.h"
+#include "base/dynamic_library.h"
 
 #include <dlfcn.h>
 
 #include <utility>
 
-namespace Kalidornm {
+namespace base {
 
 DynamicLibrary::DynamicLibrary(const char* name) {
     if (name) m_handle = dlopen(name, RTLD_NOW | RTLD_LOCAL);
@@ -32,4 +32,4 @@ void DynamicLibrary::close() {
     m_handle = nullptr;
 }
 
-}  // namespace Kalidornm
+}  // namespace base

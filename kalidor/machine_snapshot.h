@@ -1,0 +1,161 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+// What the library knows of the machine, as plain values: built once after start-up, the live part of every
+// GPU refreshed on request. The report, the validation body and the windows read this; nothing here calls
+// a driver.
+//
+// Unknown is std::optional: a reading the driver did not give is absent, never 0 or -1. Texts a driver may
+// not give are optional too; an empty text is a text that exists. Counts the library always knows are plain
+// numbers, 0 where the machine has none.
+namespace Kalidornm {
+
+struct SystemFacts {
+    std::optional<std::string> cpuName;
+    int32_t cpuSpeedMhz = 0;
+    int32_t logicalCores = 0;
+    int32_t cpuFamily = 0, cpuModel = 0, cpuStepping = 0;
+    uint32_t installedMemoryMb = 0;  // 0 where the system cannot tell
+    uint32_t totalMemoryKb = 0;
+    // The summary's copy, which the graphics scan fills: empty on a machine without a display device.
+    std::optional<std::string> osDescription;
+    // The same text as the system gave it at start, known with or without a GPU.
+    std::optional<std::string> systemOsDescription;
+    int32_t physxVersion = 0;
+    bool osIsVista = false;
+};
+
+struct DisplayModeFacts {
+    int32_t width = 0, height = 0, refreshHz = 0, bitsPerPixel = 0;
+};
+
+struct PerfLevelFacts {
+    uint32_t id = 0;  // NVIDIA P-state number
+    float gpuClockMhz = 0.0f;
+    float memClockMhz = 0.0f;
+    float shaderClockMhz = 0.0f;
+    float vddcVolts = 0.0f;
+};
+
+struct ClockOffsets {
+    float coreMhz = 0.0f, memoryMhz = 0.0f, volts = 0.0f;
+};
+
+struct ClockSet {
+    float gpuMhz = 0.0f, memoryMhz = 0.0f, volts = 0.0f;
+};
+
+// Boost-era NVIDIA values, read through the driver once; each is absent where the driver did not answer.
+struct NvidiaClockFacts {
+    std::optional<float> baseClockMhz, memoryClockMhz;  // the base clocks
+    std::optional<float> boostClockMhz, boostMemoryClockMhz;
+    std::optional<float> powerTargetPercent;
+    std::optional<float> minPowerTargetPercent, maxPowerTargetPercent, defaultPowerTargetPercent;
+    std::optional<ClockOffsets> clockOffsets;
+    std::optional<ClockSet> p0Clocks;
+};
+
+// One GPU's readings of one moment. A GPU that sleeps is not asked (asking wakes it): every value is absent.
+struct LiveSample {
+    bool suspended = false;
+    // Whether the driver answered each read at all; a read can answer and still leave some values unknown.
+    bool temperaturesRead = false, fanRead = false, loadRead = false;
+    std::optional<float> coreTemperatureC, boardTemperatureC, memoryTemperatureC, vrmTemperatureC;
+    std::optional<float> fanPercent, fanRpm;
+    std::optional<float> gpuLoadPercent, frameBufferLoadPercent;
+    std::optional<uint32_t> currentPstate;
+    std::optional<float> currentGpuClockMhz, currentMemClockMhz, currentShaderClockMhz, currentVolts;
+    std::optional<float> powerUsagePercent;  // of the board's power target
+};
+
+struct GpuSnapshot {
+    // Identity
+    std::optional<std::string> name;
+    std::optional<std::string> codename;
+    bool hasPciIds = false;  // false for a device off the PCI bus, whose ids read 0
+    uint32_t vendorId = 0, deviceId = 0, subvendorId = 0, subdeviceId = 0;
+    int32_t busId = -1;
+    // Driver
+    std::optional<std::string> driverVersion;    // this GPU's own driver text
+    std::optional<std::string> catalystVersion;  // AMD
+    bool isCrimson = false;                      // AMD
+    // Static figures, from the database and the driver
+    int32_t shaderCores = 0, textureUnits = 0, ropUnits = 0, tdpWatts = 0;
+    std::optional<std::string> biosVersion;
+    uint32_t memorySizeMb = 0;
+    std::optional<std::string> memoryType;
+    std::optional<uint32_t> memoryBusWidthBits;
+    std::optional<std::string> memoryLocation;  // "GPU dedicated", "Sys shared", "Sys dedicated"
+    NvidiaClockFacts nvidia;
+    std::vector<PerfLevelFacts> perfLevels;  // the levels that could be read, in level order
+    LiveSample live;
+};
+
+// The primary display device as the summary describes it; what a machine without GPU records still has.
+struct PrimaryDeviceFacts {
+    int32_t vendorKind = 0;  // 1 NVIDIA
+    std::optional<std::string> driverVersion, driverDate, driverText;
+    uint32_t vendorId = 0, deviceId = 0, subvendorId = 0, subdeviceId = 0;
+    std::optional<std::string> gpuName, codename;
+    int32_t shaderCores = 0;
+    uint32_t videoMemoryMb = 0;
+    std::optional<std::string> biosVersion;
+    int32_t textureUnits = 0, ropUnits = 0, tdpWatts = 0;
+    std::string displayDeviceString;  // display device 0; empty without one
+};
+
+struct DriverFacts {
+    uint32_t nvDriverVersionNumber = 0;  // NVIDIA driver version x 100; 0 without the driver
+    std::optional<std::string> nvDriverBranch;
+};
+
+struct GlCapFacts {
+    std::string name;
+    std::string group;      // version or extension the entry belongs to; empty for the separator
+    int32_t valueType = 0;  // 1 integer, 2 float, 4 64-bit integer, 5 three integers, else none
+    int32_t intValue = 0;
+    float floatValue = 0.0f;
+    int64_t int64Value = 0;
+    int32_t tripleValue[3] = {};
+};
+
+struct GlExtensionFacts {
+    std::string name;
+    std::string note;  // from the extension notes table; empty where there is none
+};
+
+struct OpenGlFacts {
+    std::string vendor, renderer, version, glslVersion;  // empty without a context
+    int32_t arbTextureUnits = 0;
+    int32_t vertexTextureUnits = 0, pixelTextureUnits = 0, geometryTextureUnits = 0;
+    int32_t maxTextureSize = 0;
+    float maxAnisotropy = 0.0f;
+    float maxPointSpriteSize = 0.0f;
+    int32_t maxDynamicLights = 0;
+    int32_t maxViewportSize = 0;
+    int32_t maxVertexUniformComponents = 0, maxFragmentUniformComponents = 0, maxGeometryUniformComponents = 0;
+    int32_t maxVaryingFloats = 0;
+    int32_t maxVertexBindableUniforms = 0, maxFragmentBindableUniforms = 0, maxGeometryBindableUniforms = 0;
+    int32_t maxDrawBuffers = 0;
+    bool fbo = false, pbo = false, s3tc = false, ati3dc = false, textureRectangle = false, floatTextures = false;
+    std::vector<int32_t> msaaSampleCounts;
+    std::vector<GlExtensionFacts> extensions;
+    uint32_t glExtensionCount = 0, wglExtensionCount = 0;
+    std::vector<GlCapFacts> catalogue;  // core entries, the separator, then the entries of extensions
+};
+
+struct MachineSnapshot {
+    SystemFacts system;
+    bool hasDisplayDevice = false;
+    DisplayModeFacts displayMode;
+    PrimaryDeviceFacts primary;
+    DriverFacts driver;
+    std::vector<GpuSnapshot> gpus;  // in the library's GPU order
+    OpenGlFacts gl;
+};
+
+}  // namespace Kalidornm

@@ -1,0 +1,241 @@
+#include "machine_snapshot_reader.h"
+
+#include <cmath>
+#include <limits>
+
+#include "kalidor.h"
+#include "opengl/extension_link_table.h"
+
+namespace Kalidornm {
+
+namespace {
+
+std::optional<std::string> optionalText(const char* text) {
+    return text ? std::optional<std::string>(text) : std::nullopt;
+}
+
+// Record and summary texts are fixed arrays, so an empty one is a value the library never found.
+std::optional<std::string> presentText(const char* text) {
+    return text && *text ? std::optional<std::string>(text) : std::nullopt;
+}
+
+std::string textOf(const char* text) { return text ? text : ""; }
+
+// A read leaves an output it could not fill as the caller gave it, so outputs start as NaN and an output
+// still NaN afterwards is one the driver did not give.
+constexpr float kNotRead = std::numeric_limits<float>::quiet_NaN();
+
+std::optional<float> reading(bool ok, float value) {
+    return ok && !std::isnan(value) ? std::optional<float>(value) : std::nullopt;
+}
+
+SystemFacts readSystem(Kalidor& k) {
+    SystemFacts sys;
+    sys.cpuSpeedMhz = int32_t(k.getCpuSpeedMhz());
+    sys.physxVersion = int32_t(k.getPhysxVersion());
+    sys.osIsVista = k.isVista();
+    sys.cpuName = optionalText(k.getCpuName());
+    sys.logicalCores = k.getCpuLogicalCores();
+    sys.cpuFamily = k.getCpuFamily();
+    sys.cpuModel = k.getCpuModel();
+    sys.cpuStepping = k.getCpuStepping();
+    sys.installedMemoryMb = k.getInstalledMemoryMb();
+    sys.totalMemoryKb = k.getTotalMemoryKb();
+    sys.osDescription = optionalText(k.getOsDescription());
+    sys.systemOsDescription = optionalText(k.getSystemOsDescription());
+    return sys;
+}
+
+// Capability tests shown as yes/no.
+constexpr int kCapFbo = 20, kCapPbo = 26, kCapS3tc = 11, kCapAti3dc = 39, kCapTextureRectangle = 21,
+              kCapFloatTextures = 22;
+
+OpenGlFacts readOpenGl(Kalidor& k) {
+    OpenGlFacts gl;
+    gl.vendor = textOf(k.getGlVendor());
+    gl.renderer = textOf(k.getGlRenderer());
+    gl.version = textOf(k.getGlVersion());
+    gl.glslVersion = textOf(k.getGlslVersion());
+    gl.arbTextureUnits = k.getMaxTextureUnitsARB();
+    gl.vertexTextureUnits = k.getMaxVertexTextureUnits();
+    gl.pixelTextureUnits = k.getMaxPixelTextureUnits();
+    gl.geometryTextureUnits = k.getMaxGeometryTextureUnits();
+    gl.maxTextureSize = k.getMaxTextureSize();
+    gl.maxAnisotropy = k.getMaxAnisotropy();
+    gl.maxPointSpriteSize = k.getMaxPointSpriteSize();
+    gl.maxDynamicLights = k.getMaxDynamicLights();
+    gl.maxViewportSize = k.getMaxViewportSize();
+    gl.maxVertexUniformComponents = k.getMaxVertexUniformComponents();
+    gl.maxFragmentUniformComponents = k.getMaxFragmentUniformComponents();
+    gl.maxGeometryUniformComponents = k.getMaxGeometryUniformComponents();
+    gl.maxVaryingFloats = k.getMaxVaryingFloats();
+    gl.maxVertexBindableUniforms = k.getMaxVertexBindableUniforms();
+    gl.maxFragmentBindableUniforms = k.getMaxFragmentBindableUniforms();
+    gl.maxGeometryBindableUniforms = k.getMaxGeometryBindableUniforms();
+    gl.maxDrawBuffers = k.getMaxDrawBuffers();
+    gl.fbo = k.hasCapability(kCapFbo);
+    gl.pbo = k.hasCapability(kCapPbo);
+    gl.s3tc = k.hasCapability(kCapS3tc);
+    gl.ati3dc = k.hasCapability(kCapAti3dc);
+    gl.textureRectangle = k.hasCapability(kCapTextureRectangle);
+    gl.floatTextures = k.hasCapability(kCapFloatTextures);
+    for (int i = 0; i < k.getMsaaModeCount(); ++i) gl.msaaSampleCounts.push_back(k.getMsaaMode(i));
+    const uint32_t extensionCount = k.getExtensionCount();
+    for (uint32_t i = 0; i < extensionCount; ++i) {
+        const char* name = k.getExtensionName(int(i));
+        if (!name) break;
+        gl.extensions.push_back({name, textOf(extensionNote(name))});
+    }
+    gl.glExtensionCount = k.getGlExtensionCount();
+    gl.wglExtensionCount = k.getWglExtensionCount();
+    for (int i = 0; i < k.capCount(); ++i) {
+        GlCapFacts c;
+        char name[128] = {}, group[128] = {};
+        if (!k.getCap(i, name, &c.valueType, &c.intValue, c.tripleValue, &c.int64Value, &c.floatValue, group))
+            continue;
+        c.name = name;
+        c.group = group;
+        gl.catalogue.push_back(std::move(c));
+    }
+    return gl;
+}
+
+// Every read fails for a GPU the NVIDIA driver does not serve and leaves its values absent.
+NvidiaClockFacts readNvidiaClocks(Kalidor& k, int gpu) {
+    NvidiaClockFacts c;
+    float gpuMhz = 0, memMhz = 0;
+    if (k.readGpuClockFrequencies(gpu, 1, &gpuMhz, &memMhz)) {
+        c.baseClockMhz = gpuMhz;
+        c.memoryClockMhz = memMhz;
+    }
+    gpuMhz = 0, memMhz = 0;
+    if (k.readGpuClockFrequencies(gpu, 2, &gpuMhz, &memMhz)) {
+        c.boostClockMhz = gpuMhz;
+        c.boostMemoryClockMhz = memMhz;
+    }
+    float percent = 0;
+    if (k.readGpuPowerTarget(gpu, &percent, nullptr)) c.powerTargetPercent = percent;
+    float minPercent = 0, maxPercent = 0, defaultPercent = 0;
+    if (k.readGpuPowerPolicy(gpu, &minPercent, nullptr, &maxPercent, nullptr, &defaultPercent, nullptr)) {
+        c.minPowerTargetPercent = minPercent;
+        c.maxPowerTargetPercent = maxPercent;
+        c.defaultPowerTargetPercent = defaultPercent;
+    }
+    ClockOffsets offsets;
+    if (k.readGpuClockOffsets(gpu, &offsets.coreMhz, &offsets.memoryMhz, &offsets.volts)) c.clockOffsets = offsets;
+    ClockSet p0;
+    if (k.readGpuP0Clocks(gpu, &p0.gpuMhz, &p0.memoryMhz, nullptr, &p0.volts)) c.p0Clocks = p0;
+    return c;
+}
+
+GpuSnapshot readGpu(Kalidor& k, int gpu) {
+    GpuSnapshot g;
+    g.name = presentText(k.getGpuName(gpu));
+    g.codename = presentText(k.getGpuCodename(gpu));
+    // A device off the PCI bus (the software rasterizer) has a record with zero ids: it has none to show.
+    g.hasPciIds = k.getGpuPciIds(gpu, &g.vendorId, &g.deviceId, &g.subvendorId, &g.subdeviceId) && g.vendorId != 0;
+    g.driverVersion = presentText(k.getGpuDriverVersion(gpu));
+    g.busId = k.getGpuBusId(gpu);
+    g.catalystVersion = presentText(k.getGpuCatalystVersion(gpu));
+    g.isCrimson = k.isGpuCrimsonDriver(gpu);
+    g.shaderCores = k.getGpuShaderCores(gpu);
+    g.textureUnits = k.getGpuTextureUnits(gpu);
+    g.ropUnits = k.getGpuRopUnits(gpu);
+    g.tdpWatts = k.getGpuTdp(gpu);
+    g.biosVersion = presentText(k.getGpuBiosVersion(gpu));
+    g.memorySizeMb = k.getGpuMemorySizeMb(gpu);
+    g.memoryType = presentText(k.getGpuMemoryType(gpu));
+    uint32_t busWidth = 0;
+    const char* location = nullptr;
+    // The read answers for every record; a width of 0 is one nobody knows.
+    if (k.getGpuMemoryBusWidth(gpu, &busWidth, &location)) {
+        if (busWidth != 0) g.memoryBusWidthBits = busWidth;
+        if (location && *location) g.memoryLocation = location;
+    }
+    g.nvidia = readNvidiaClocks(k, gpu);
+    const uint32_t levels = k.getGpuPerfLevelCount(gpu);
+    for (uint32_t level = 0; level < levels; ++level) {
+        PerfLevelFacts p;
+        if (k.readGpuPerfLevel(gpu, level, &p.id, &p.gpuClockMhz, &p.memClockMhz, &p.shaderClockMhz, &p.vddcVolts))
+            g.perfLevels.push_back(p);
+    }
+    return g;
+}
+
+PrimaryDeviceFacts readPrimary(Kalidor& k) {
+    PrimaryDeviceFacts p;
+    p.vendorKind = k.getPrimaryVendorKind();
+    p.driverVersion = presentText(k.getPrimaryDriverVersion());
+    p.driverDate = presentText(k.getPrimaryDriverDate());
+    p.driverText = presentText(k.getPrimaryDriverText());
+    p.vendorId = k.getPrimaryVendorId();
+    p.deviceId = k.getPrimaryDeviceId();
+    p.subvendorId = k.getPrimarySubvendorId();
+    p.subdeviceId = k.getPrimarySubdeviceId();
+    p.gpuName = presentText(k.getPrimaryGpuName());
+    p.codename = presentText(k.getPrimaryCodename());
+    p.shaderCores = k.getPrimaryShaderCores();
+    p.videoMemoryMb = k.getPrimaryVideoMemoryMb();
+    p.biosVersion = presentText(k.getPrimaryBiosVersion());
+    p.textureUnits = k.getPrimaryTmus();
+    p.ropUnits = k.getPrimaryRops();
+    p.tdpWatts = k.getPrimaryTdp();
+    p.displayDeviceString = textOf(k.getGpuDisplayDeviceString(0));
+    return p;
+}
+
+}  // namespace
+
+MachineSnapshot readMachineSnapshot(Kalidor& k) {
+    MachineSnapshot m;
+    m.system = readSystem(k);
+    m.hasDisplayDevice = k.hasDisplayDevice();
+    m.displayMode.width = int32_t(k.getDisplayWidth());
+    m.displayMode.height = int32_t(k.getDisplayHeight());
+    m.displayMode.refreshHz = int32_t(k.getDisplayFrequency());
+    m.displayMode.bitsPerPixel = int32_t(k.getDisplayBitsPerPixel());
+    m.primary = readPrimary(k);
+    m.driver.nvDriverVersionNumber = k.getDriverVersionNumber();
+    m.driver.nvDriverBranch = presentText(k.getDriverBranch());
+    const uint32_t count = k.getGpuCount();
+    m.gpus.reserve(count);
+    for (uint32_t gpu = 0; gpu < count; ++gpu) m.gpus.push_back(readGpu(k, int(gpu)));
+    m.gl = readOpenGl(k);
+    return m;
+}
+
+LiveSample readLiveSample(Kalidor& k, int gpu) {
+    LiveSample live;
+    if (k.isGpuSuspended(gpu)) {
+        live.suspended = true;
+        return live;
+    }
+    float core = kNotRead, board = kNotRead, memory = kNotRead, vrm = kNotRead;
+    live.temperaturesRead = k.readGpuTemperatures(gpu, &core, &board, &memory, &vrm);
+    live.coreTemperatureC = reading(live.temperaturesRead, core);
+    live.boardTemperatureC = reading(live.temperaturesRead, board);
+    live.memoryTemperatureC = reading(live.temperaturesRead, memory);
+    live.vrmTemperatureC = reading(live.temperaturesRead, vrm);
+    float percent = kNotRead, rpm = kNotRead;
+    live.fanRead = k.readGpuFanSpeed(gpu, &percent, &rpm);
+    live.fanPercent = reading(live.fanRead, percent);
+    live.fanRpm = reading(live.fanRead, rpm);
+    float load = kNotRead, frameBuffer = kNotRead;
+    live.loadRead = k.readGpuLoad(gpu, &load, &frameBuffer);
+    live.gpuLoadPercent = reading(live.loadRead, load);
+    live.frameBufferLoadPercent = reading(live.loadRead, frameBuffer);
+    uint32_t pstate = 0;
+    float gpuMhz = kNotRead, memMhz = kNotRead, shaderMhz = kNotRead, volts = kNotRead;
+    if (k.readGpuCurrentClocks(gpu, &pstate, &gpuMhz, &memMhz, &shaderMhz, &volts)) {
+        live.currentPstate = pstate;
+        live.currentGpuClockMhz = reading(true, gpuMhz);
+        live.currentMemClockMhz = reading(true, memMhz);
+        live.currentShaderClockMhz = reading(true, shaderMhz);
+        live.currentVolts = reading(true, volts);
+    }
+    float powerPercent = 0;
+    if (k.readGpuPowerUsage(gpu, &powerPercent, nullptr)) live.powerUsagePercent = powerPercent;
+    return live;
+}
+
+}  // namespace Kalidornm

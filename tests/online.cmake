@@ -3,6 +3,7 @@
 lumenscope_unit_test(unit_online
   online/online_rules_test.cpp
   online/submit_body_test.cpp
+  online/submission_facts_from_snapshot_test.cpp
 )
 target_link_libraries(unit_online PRIVATE online)
 

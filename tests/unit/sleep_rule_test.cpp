@@ -121,6 +121,40 @@ TEST(SleepRule, AGpuThatFallsAsleepLaterIsNotWokenByTheTick) {
     EXPECT_GT(readEverything(library, 0), 5);
 }
 
+// The snapshot's one refresh for all GPUs follows the same rule: the sleeping GPU is marked, not asked, and
+// wakes into a full sample again.
+TEST(SleepRule, TheSnapshotRefreshMarksTheSleepingGpuAndAsksItNothing) {
+    TwoNvidiaGpus machine;
+    FakeNvmlMachine nvml(kTwoGeForces);
+    CallLog calls;
+    FixtureLibrary started({machine.tree.root(), nvml.path()});
+    Kalidor& library = started.library();
+
+    library.refreshLiveSample();
+    const MachineSnapshot& snapshot = library.snapshot();
+    ASSERT_EQ(snapshot.gpus.size(), 2u);
+    const LiveSample& awake = snapshot.gpus[0].live;
+    EXPECT_FALSE(awake.suspended);
+    EXPECT_EQ(awake.coreTemperatureC, 40.0f);
+    EXPECT_EQ(awake.fanPercent, 30.0f);
+    EXPECT_EQ(awake.gpuLoadPercent, 5.0f);
+    EXPECT_TRUE(awake.currentGpuClockMhz.has_value());
+    const LiveSample& asleep = snapshot.gpus[1].live;
+    EXPECT_TRUE(asleep.suspended);
+    EXPECT_FALSE(asleep.temperaturesRead || asleep.fanRead || asleep.loadRead);
+    EXPECT_FALSE(asleep.coreTemperatureC || asleep.fanPercent || asleep.currentGpuClockMhz);
+    EXPECT_EQ(calls.callsFor("00000000:02:00.0"), 0u);
+    // Its identity stays in the snapshot.
+    EXPECT_EQ(snapshot.gpus[1].name, "NVIDIA GeForce GTX 1050 Ti");
+
+    machine.tree.write(machine.awakeDir + "/power/runtime_status", "suspended\n");
+    const size_t before = calls.callsFor("00000000:01:00.0");
+    library.refreshLiveSample();
+    EXPECT_TRUE(library.snapshot().gpus[0].live.suspended);
+    EXPECT_FALSE(library.snapshot().gpus[0].live.coreTemperatureC);
+    EXPECT_EQ(calls.callsFor("00000000:01:00.0"), before);
+}
+
 // With every NVIDIA GPU asleep the library is not even loaded. Regression: the driver version then read 0 and
 // the report printed "(R0.00)", though the kernel module tells it without waking anything.
 TEST(SleepRule, WithEveryGpuAsleepTheLibraryIsNotStartedAndTheModuleTellsTheVersion) {

@@ -70,6 +70,8 @@ struct LiveSample {
     std::optional<uint32_t> currentPstate;
     std::optional<float> currentGpuClockMhz, currentMemClockMhz, currentShaderClockMhz, currentVolts;
     std::optional<float> powerUsagePercent;  // of the board's power target
+    // AMD: the power limit as percent of the board's default, and that default.
+    std::optional<int32_t> powerLimitPercent, defaultPowerLimitPercent;
 };
 
 struct GpuSnapshot {

@@ -235,6 +235,11 @@ LiveSample readLiveSample(Kalidor& k, int gpu) {
     }
     float powerPercent = 0;
     if (k.readGpuPowerUsage(gpu, &powerPercent, nullptr)) live.powerUsagePercent = powerPercent;
+    int32_t limit = 0, standard = 0;
+    if (k.readGpuPowerControl(gpu, &limit, &standard, nullptr, nullptr)) {
+        live.powerLimitPercent = limit;
+        live.defaultPowerLimitPercent = standard;
+    }
     return live;
 }
 

@@ -199,10 +199,11 @@ void GpuPanel::selectGpu(int gpu) {
         refreshMachineSummary();
         refreshGpuStatic(gpu);
         refreshOpenGlMemory(m_openglPanel, m_library);
+        m_library.refreshLiveSample();
         refreshGpuLive(gpu);
-        float core = 0.0f;
         // A read that succeeds with no value counts as none, as at the ticks that follow.
-        const bool read = m_library.readGpuTemperatures(gpu, &core, nullptr, nullptr, nullptr) && core > 0.0f;
+        const float core = m_library.snapshot().gpus[size_t(gpu)].live.coreTemperatureC.value_or(0.0f);
+        const bool read = core > 0.0f;
         setFieldText(this, 1015, read ? temperatureText(core) : QString());
         setControlEnabled(this, 1015, read);
     } else {

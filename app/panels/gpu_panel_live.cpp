@@ -24,17 +24,13 @@ struct PerfLevelSpan {
     float topCore = 0.0f, topMem = 0.0f;
 };
 
-PerfLevelSpan readPerfLevelSpan(Kalidornm::Kalidor& library, int gpu) {
+PerfLevelSpan perfLevelSpanOf(const Kalidornm::GpuSnapshot& g) {
     PerfLevelSpan span;
-    const uint32_t levels = library.getGpuPerfLevelCount(gpu);
-    for (uint32_t level = 0; level < levels; ++level) {
-        uint32_t id = 0;
-        float core = 0.0f, mem = 0.0f;
-        if (!library.readGpuPerfLevel(gpu, level, &id, &core, &mem, nullptr, nullptr)) continue;
+    for (const Kalidornm::PerfLevelFacts& level : g.perfLevels) {
         span.read = true;
-        if (id < span.lowestId) span.lowestId = id;
-        if (core > span.topCore) span.topCore = core;
-        if (mem > span.topMem) span.topMem = mem;
+        if (level.id < span.lowestId) span.lowestId = level.id;
+        if (level.gpuClockMhz > span.topCore) span.topCore = level.gpuClockMhz;
+        if (level.memClockMhz > span.topMem) span.topMem = level.memClockMhz;
     }
     return span;
 }
@@ -48,27 +44,21 @@ QString temperatureText(float celsius) {
            QString::asprintf("%.1f", fahrenheit) + QChar(0xB0) + QStringLiteral("F");
 }
 
+// Reads the library's snapshot; its live part is that of the last refresh.
 void GpuPanel::refreshGpuLive(int gpu) {
-    if (gpu < 0 || uint32_t(gpu) >= m_state.gpuCount) return;
-    uint32_t vendor = 0;
-    m_library.getGpuPciIds(gpu, &vendor, nullptr, nullptr, nullptr);
-    if (vendor != 0x10DE && vendor != 0x1002) {
+    const Kalidornm::MachineSnapshot& machine = m_library.snapshot();
+    if (gpu < 0 || uint32_t(gpu) >= m_state.gpuCount || size_t(gpu) >= machine.gpus.size()) return;
+    const Kalidornm::GpuSnapshot& g = machine.gpus[size_t(gpu)];
+    const Kalidornm::LiveSample& live = g.live;
+    if (g.vendorId != 0x10DE && g.vendorId != 0x1002) {
         for (int id : {1012, 1015, 1013, 1137, 1140, 1129}) blankField(this, id);
         return;
     }
-    const bool nvidia = vendor == 0x10DE;
+    const bool nvidia = g.vendorId == 0x10DE;
 
-    float base = 0.0f, baseMem = 0.0f, boost = 0.0f, usage = 0.0f, target = 0.0f;
-    if (nvidia) {
-        m_library.readGpuClockFrequencies(gpu, 1, &base, &baseMem);
-        m_library.readGpuClockFrequencies(gpu, 2, &boost, nullptr);
-        m_library.readGpuPowerUsage(gpu, &usage, nullptr);
-        m_library.readGpuPowerTarget(gpu, &target, nullptr);
-    }
-
-    float percent = 0.0f, rpm = 0.0f;
     QString fan;
-    if (m_library.readGpuFanSpeed(gpu, &percent, &rpm)) {
+    if (live.fanRead) {
+        const float percent = live.fanPercent.value_or(0.0f), rpm = live.fanRpm.value_or(0.0f);
         if (percent > 0.0f && rpm > 0.0f)
             fan = QString::asprintf("%d%% / %d RPM", int(percent), int(rpm));
         else if (percent > 0.0f)
@@ -78,39 +68,39 @@ void GpuPanel::refreshGpuLive(int gpu) {
     }
     showLiveOrBlank(this, 1012, fan);
 
-    float load = 0.0f;
     showLiveOrBlank(this, 1013,
-                    m_library.readGpuLoad(gpu, &load, nullptr) ? QString::asprintf("%.1f%%", double(load)) : QString());
+                    live.loadRead ? QString::asprintf("%.1f%%", double(live.gpuLoadPercent.value_or(0.0f))) : QString());
 
     // A clock field that nothing could be read for stays empty rather than showing zeros.
-    uint32_t pstate = uint32_t(-1);
-    float core = 0.0f, mem = 0.0f, volts = 0.0f;
-    const bool clocksRead = m_library.readGpuCurrentClocks(gpu, &pstate, &core, &mem, nullptr, &volts);
-    const PerfLevelSpan span = readPerfLevelSpan(m_library, gpu);
+    const bool clocksRead = live.currentPstate.has_value();
+    const float core = live.currentGpuClockMhz.value_or(0.0f), mem = live.currentMemClockMhz.value_or(0.0f);
+    float volts = live.currentVolts.value_or(0.0f);
+    const PerfLevelSpan span = perfLevelSpanOf(g);
     QString current, highest, power;
     if (nvidia) {
-        float currentCore = 0.0f, currentMem = 0.0f;
-        m_library.readGpuClockFrequencies(gpu, 0, &currentCore, &currentMem);
-        if (currentCore > 0.0f)
-            current = QString::asprintf("core: %d MHz, mem: %d MHz", int(currentCore), int(currentMem));
+        const float base = g.nvidia.baseClockMhz.value_or(0.0f), baseMem = g.nvidia.memoryClockMhz.value_or(0.0f);
+        const float boost = g.nvidia.boostClockMhz.value_or(0.0f);
+        const float usage = live.powerUsagePercent.value_or(0.0f), target = g.nvidia.powerTargetPercent.value_or(0.0f);
+        if (core > 0.0f)
+            current = QString::asprintf("core: %d MHz, mem: %d MHz", int(core), int(mem));
         else if (clocksRead)
-            current = QString::asprintf("Pstate %d - GPU core: %d MHz, mem: %d MHz", int(pstate), int(core), int(mem));
+            current = QString::asprintf("Pstate %d - GPU core: %d MHz, mem: %d MHz", int(*live.currentPstate),
+                                        int(core), int(mem));
         if (base > 0.0f && boost > 0.0f)
             highest = QString::asprintf("base: %d MHz, boost: %d MHz, mem: %d MHz", int(base), int(boost), int(baseMem));
         else if (span.read)
             highest = QString::asprintf("P%d - core: %d MHz, mem: %d MHz", int(span.lowestId), int(span.topCore),
                                         int(span.topMem));
-        volts = 0.0f;
-        m_library.readGpuVoltage(gpu, &volts);
+        volts = 0.0f;  // the NVIDIA driver reports no voltage
         if (usage > 0.0f && target > 0.0f)
             power = QString::asprintf("current: %.1f %% TDP, target: %.1f %% TDP", double(usage), double(target));
     } else {
         if (clocksRead) current = QString::asprintf("core: %d MHz, mem: %d MHz", int(core), int(mem));
         if (span.read)
             highest = QString::asprintf("core: %d MHz, mem: %d MHz", int(span.topCore), int(span.topMem));
-        int32_t limit = 0, standard = 0;
-        if (m_library.readGpuPowerControl(gpu, &limit, &standard, nullptr, nullptr))
-            power = QString::asprintf("PowerTune - cur: %d%%, default: %d%%", limit, standard);
+        if (live.powerLimitPercent)
+            power = QString::asprintf("PowerTune - cur: %d%%, default: %d%%", *live.powerLimitPercent,
+                                      live.defaultPowerLimitPercent.value_or(0));
     }
     showLiveOrBlank(this, 1137, current);
     showLiveOrBlank(this, 1140, highest);
@@ -119,21 +109,24 @@ void GpuPanel::refreshGpuLive(int gpu) {
 }
 
 void GpuPanel::refreshTemperature() {
-    const int gpu = m_state.selectedGpu;
-    float core = 0.0f;
-    if (!m_library.readGpuTemperatures(gpu, &core, nullptr, nullptr, nullptr)) core = 0.0f;
+    const Kalidornm::MachineSnapshot& machine = m_library.snapshot();
+    const size_t gpu = size_t(m_state.selectedGpu);
+    const float core = gpu < machine.gpus.size() ? machine.gpus[gpu].live.coreTemperatureC.value_or(0.0f) : 0.0f;
     setFieldText(this, 1015, temperatureText(core));
     setControlEnabled(this, 1015, core > 0.0f);
 }
 
+// One refresh of the library's live samples per tick, then the fields of the selected GPU from it.
 void GpuPanel::refreshOnTick() {
-    const int gpu = m_state.selectedGpu;
-    if (m_library.isGpuSuspended(gpu)) {
+    m_library.refreshLiveSample();
+    const Kalidornm::MachineSnapshot& machine = m_library.snapshot();
+    const size_t gpu = size_t(m_state.selectedGpu);
+    if (gpu < machine.gpus.size() && machine.gpus[gpu].live.suspended) {
         for (int id : kGpuLiveFields) blankField(this, id);
         return;
     }
     if (m_state.temperatureRefreshEnabled) refreshTemperature();
-    refreshGpuLive(gpu);
+    refreshGpuLive(m_state.selectedGpu);
 }
 
 void GpuPanel::_showVendorLogo() {

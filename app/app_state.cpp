@@ -17,25 +17,6 @@ void resetAppState(AppState& s) {
     s.fieldTextColour = 0x825046;
     s.headerBrushColour = 0xC8C8C8;
     s.panelBrushColour = 16;  // the system's button-face colour index plus one
-
-    s.gl3TorusRadeonFix = true;
-    s.glRenderInClDemos = true;
-    s.demoMsaa = 0;
-    s.demoWinWidth = 600;
-    s.demoWinHeight = 600;
-    s.clDeviceType = 4;
-    s.gl4TessLevelOuter = 16.0f;
-    s.gl4TessLevelInner = 8.0f;
-    s.gl4TessLevelAnim = true;
-    s.clSurfaceSegsX = 511;
-    s.clSurfaceSegsZ = 511;
-    s.clNativeSin = true;
-    s.clGlInterop = false;
-    s.clExplicitWorkgroupSize = true;
-    s.clParticlesGpu = 1000000;
-    s.clParticlesCpu = 1000000;
-    s.clJuliaAnimated = true;
-    s.clJuliaRttSize = 512;
 }
 
 void initAppState(AppState& s) {
@@ -45,5 +26,5 @@ void initAppState(AppState& s) {
     s.demoLock = std::make_unique<std::mutex>();
     s.furArray = std::make_unique<uint32_t[]>(AppState::kFurArrayWords);
     s.report = report::ReportBuffers{};
-    s.processorCount = lumenscope::platform::processorCount();
+    s.demo.processorCount = lumenscope::platform::processorCount();
 }

@@ -3,13 +3,16 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 
+#include "demos/harness/demo_settings.h"
 #include "report/online/reply_parsers.h"
 #include "report/online/update_thread.h"
 #include "report/report_buffers.h"
 
 struct DriverLinkRow;
 struct ReviewLinkRow;
+enum class DemoId : uint8_t;  // demos/harness/demo_table.h
 
 // Every run-time option, selection and handle of the application, in one global block. It is reset to its
 // start values at entry (resetAppState); nothing here persists between runs. No lock: fields read by demo
@@ -22,7 +25,6 @@ struct AppState {
     // General fields
     void* instanceHandle = nullptr;
     char exeDirectory[kExeDirectorySize] = {};  // ends with '/'
-    uint32_t processorCount = 0;
     int32_t glMajorVersion = 0;
     int32_t glMinorVersion = 0;
     bool onlineCheckEnabled = false;
@@ -30,23 +32,7 @@ struct AppState {
     bool exportXmlReport = false;
     bool exportTxtReport = false;
     bool exportJsonReport = false;
-    bool closeAppEndOfDemo = false;
-
-    bool startDemoClDeformer = false;
-    bool startDemoClPostfx = false;
-    bool startDemoClParticles = false;
-    bool startDemoClJulia = false;
-    bool startDemoGl3Torus = false;
-    bool startDemoGl3Triangle = false;
-    bool startDemoGl2FurryCube = false;
-    bool startDemoGl2HdrDof = false;
-    bool startDemoGl2Gi = false;
-    bool startDemoGl2SoftShadows = false;
-    bool startDemoGl2PointSprite = false;
-    bool startDemoGl2Vtf = false;
-    bool startDemoGl2Toon = false;
-    bool startDemoGl2SimpleTorus = false;
-    bool startDemoGl4Tessellation = false;
+    std::optional<DemoId> automaticDemo;  // the demo a /start_demo_... option starts at start-up
 
     uint32_t gpuCount = 0;
     int32_t selectedGpu = 0;
@@ -101,38 +87,13 @@ struct AppState {
     report::ReportBuffers report;  // the report of this run, generated once
     std::unique_ptr<uint32_t[]> furArray;
 
-    // Demo and compute settings the command line can change.
-    bool gl3TorusRadeonFix = false;
-    bool glRenderInClDemos = false;
-    int32_t demoMsaa = 0;
-    int32_t demoWinWidth = 0;
-    int32_t demoWinHeight = 0;
-    bool demoCaptureLastFrame = false;  // a demo writes its last frame as "demo_<result name>.png"
-    bool benchLogResults = false;
-    int32_t benchDuration = 0;  // milliseconds; 0 runs until closed
-    uint32_t clDeviceType = 0;  // CL_DEVICE_TYPE_GPU (4) or CL_DEVICE_TYPE_CPU (2)
-    int32_t clDeviceIndex = 0;
-    bool clDeviceIndexForced = false;  // cleared when the user picks a device for the demos in the OpenCL panel
-    uint32_t clPlatformIndex = 0;      // the OpenCL panel's platform, which the OpenCL demos use
-    uint32_t clShownPlatform = 0;      // the platform and device the OpenCL panel shows, for its detail list
+    // The demos' settings: the command line's, the options dialog's MSAA, and the processor count. A start
+    // copies them and adds the GPU shown on the GPU panel; clDeviceIndexForced is cleared when the user picks a
+    // device for the demos in the OpenCL panel.
+    DemoSettings demo;
+    uint32_t clPlatformIndex = 0;  // the OpenCL panel's platform, which the OpenCL demos use
+    uint32_t clShownPlatform = 0;  // the platform and device the OpenCL panel shows, for its detail list
     uint32_t clShownDevice = 0;
-    float gl4TessLevelOuter = 0.0f;
-    float gl4TessLevelInner = 0.0f;
-    bool gl4TessLevelAnim = false;
-    int32_t clSurfaceSegsX = 0;
-    int32_t clSurfaceSegsZ = 0;
-    int32_t clKernelWorkload = 0;
-    bool clKernelWorkloadDoCheck = false;
-    bool clNativeSin = false;
-    bool clGlInterop = false;
-    bool clExplicitWorkgroupSize = false;
-    int32_t clKernelWorkloadMad = 0;
-    bool clUseLocalMem = false;
-    int32_t clParticlesGpu = 0;
-    int32_t clParticlesCpu = 0;
-    bool clParticlesSin = false;
-    bool clJuliaAnimated = false;
-    int32_t clJuliaRttSize = 0;
 };
 
 extern AppState gApp;

@@ -1,180 +1,179 @@
 #include "command_line.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstring>
 #include <string>
 
 #include "app_state.h"
+#include "demos/harness/demo_table.h"
 
 namespace {
 
 // One option: its text, what --help and the manual page say about it, and what finding it does. `at` points at
-// the option's text inside the line.
+// the option's text inside the line. A /start_demo_... option has no `apply`: it asks for `demo`'s automatic
+// start.
 struct CommandLineOption {
     const char* text;
     const char* value;  // placeholder of the number behind '=', null for a flag
     const char* description;
     void (*apply)(AppState& state, const char* at);
+    DemoId demo = {};
 };
 
-// Value options read their number with the option's full text as the scanf format, so the number must follow
-// the equals sign directly; when it cannot be read the field keeps its value.
-template <int AppState::*Field>
+// Value options, every one a demo setting, read their number with the option's full text as the scanf format,
+// so the number must follow the equals sign directly; when it cannot be read the field keeps its value.
+template <int DemoSettings::*Field>
 void readInt(AppState& s, const char* at, const char* format) {
     int value = 0;
-    if (std::sscanf(at, format, &value) == 1) s.*Field = value;
+    if (std::sscanf(at, format, &value) == 1) s.demo.*Field = value;
 }
 
-template <float AppState::*Field>
+template <float DemoSettings::*Field>
 void readFloat(AppState& s, const char* at, const char* format) {
     float value = 0.0f;
-    if (std::sscanf(at, format, &value) == 1) s.*Field = value;
+    if (std::sscanf(at, format, &value) == 1) s.demo.*Field = value;
 }
 
 // Segment counts are the one value with a rule: 0 would leave the surface without a grid, so it becomes 1.
-template <int AppState::*Field>
+template <int DemoSettings::*Field>
 void readSegments(AppState& s, const char* at, const char* format) {
     int value = 0;
-    if (std::sscanf(at, format, &value) == 1) s.*Field = value == 0 ? 1 : value;
+    if (std::sscanf(at, format, &value) == 1) s.demo.*Field = value == 0 ? 1 : value;
 }
 
-constexpr auto kOptions =
-    std::to_array<CommandLineOption>({
-        {"/no_online_check", nullptr, "do not ask the web site whether a newer version exists",
-         [](AppState& s, const char*) { s.onlineCheckEnabled = false; }},
-        {"/gl30", nullptr, "ask for an OpenGL 3.0 context instead of 4.5",
-         [](AppState& s, const char*) { s.glMajorVersion = 3, s.glMinorVersion = 0; }},
-        {"/gl31", nullptr, "ask for an OpenGL 3.1 context; beats /gl30",
-         [](AppState& s, const char*) { s.glMajorVersion = 3, s.glMinorVersion = 1; }},
-        {"/gl32", nullptr, "ask for an OpenGL 3.2 context; beats /gl30 and /gl31",
-         [](AppState& s, const char*) { s.glMajorVersion = 3, s.glMinorVersion = 2; }},
-        {"/disable_gl3_torus_radeon_fix", nullptr, "torus demo: bound its light loop by a uniform, not a constant",
-         [](AppState& s, const char*) { s.gl3TorusRadeonFix = false; }},
-        {"/disable_gl_render_in_cl_demos", nullptr, "mesh deformer demo: compute the surface but do not draw it",
-         [](AppState& s, const char*) { s.glRenderInClDemos = false; }},
-        {"/demo_msaa=", "N", "MSAA samples of a demo started without its options dialog",
-         [](AppState& s, const char* at) { readInt<&AppState::demoMsaa>(s, at, "/demo_msaa=%d"); }},
-        {"/demo_win_width=", "N", "demo window width in pixels",
-         [](AppState& s, const char* at) { readInt<&AppState::demoWinWidth>(s, at, "/demo_win_width=%d"); }},
-        {"/demo_win_height=", "N", "demo window height in pixels",
-         [](AppState& s, const char* at) { readInt<&AppState::demoWinHeight>(s, at, "/demo_win_height=%d"); }},
-        {"/cl_log_results", nullptr, "append each demo's result to ./bench_result.csv when it ends",
-         [](AppState& s, const char*) { s.benchLogResults = true; }},
-        {"/bench_log_results", nullptr, "the same as /cl_log_results",
-         [](AppState& s, const char*) { s.benchLogResults = true; }},
-        // Has no field of its own: it turns result logging on through "/cl_log_results", whose text it contains.
-        {"/cl_log_results_surface_deformer", nullptr, "the same as /cl_log_results", [](AppState&, const char*) {}},
-        {"/cl_duration=", "MS", "end a demo after MS milliseconds; 0 runs it until closed",
-         [](AppState& s, const char* at) { readInt<&AppState::benchDuration>(s, at, "/cl_duration=%d"); }},
-        {"/bench_duration=", "MS", "the same as /cl_duration=, which it beats",
-         [](AppState& s, const char* at) { readInt<&AppState::benchDuration>(s, at, "/bench_duration=%d"); }},
-        {"/close_app_end_of_demo", nullptr, "close the main window when a demo ends",
-         [](AppState& s, const char*) { s.closeAppEndOfDemo = true; }},
-        {"/start_demo_cl_deformer", nullptr, "start the OpenCL mesh deformer demo",
-         [](AppState& s, const char*) { s.startDemoClDeformer = true; }},
-        {"/start_demo_cl_postfx", nullptr, "start the OpenCL post FX demo",
-         [](AppState& s, const char*) { s.startDemoClPostfx = true; }},
-        {"/start_demo_cl_particles", nullptr, "start the OpenCL 1M particles demo",
-         [](AppState& s, const char*) { s.startDemoClParticles = true; }},
-        {"/start_demo_cl_julia", nullptr, "start the OpenCL 4D quaternion Julia set demo",
-         [](AppState& s, const char*) { s.startDemoClJulia = true; }},
-        {"/start_demo_gl3_torus", nullptr, "start the OpenGL 3 illuminated torus demo",
-         [](AppState& s, const char*) { s.startDemoGl3Torus = true; }},
-        {"/start_demo_gl3_triangle", nullptr, "start the OpenGL 3 triangle of death demo",
-         [](AppState& s, const char*) { s.startDemoGl3Triangle = true; }},
-        {"/start_demo_gl2_furry_cube", nullptr, "start the OpenGL 2 furry cube demo",
-         [](AppState& s, const char*) { s.startDemoGl2FurryCube = true; }},
-        {"/start_demo_gl2_hdr_dof", nullptr, "start the OpenGL 2 HDR, depth of field and radial blur demo",
-         [](AppState& s, const char*) { s.startDemoGl2HdrDof = true; }},
-        {"/start_demo_gl2_gi", nullptr, "start the OpenGL 2 geometry instancing demo",
-         [](AppState& s, const char*) { s.startDemoGl2Gi = true; }},
-        {"/start_demo_gl2_soft_shadows", nullptr, "start the OpenGL 2 soft shadows demo",
-         [](AppState& s, const char*) { s.startDemoGl2SoftShadows = true; }},
-        {"/start_demo_gl2_point_sprite", nullptr, "start the OpenGL 2 point sprite particles demo",
-         [](AppState& s, const char*) { s.startDemoGl2PointSprite = true; }},
-        {"/start_demo_gl2_vtf", nullptr, "start the OpenGL 2 vertex displacement mapping demo",
-         [](AppState& s, const char*) { s.startDemoGl2Vtf = true; }},
-        {"/start_demo_gl2_toon", nullptr, "start the OpenGL 2 cel-shading demo",
-         [](AppState& s, const char*) { s.startDemoGl2Toon = true; }},
-        {"/start_demo_gl2_simple_torus", nullptr, "start the simple mesh demo",
-         [](AppState& s, const char*) { s.startDemoGl2SimpleTorus = true; }},
-        {"/cl_gpu", nullptr, "OpenCL demos run on a GPU device (the default)",
-         [](AppState& s, const char*) { s.clDeviceType = 4; }},
-        {"/cl_cpu", nullptr, "OpenCL demos run on a CPU device; beats /cl_gpu",
-         [](AppState& s, const char*) { s.clDeviceType = 2; }},
-        {"/cl_device_index=", "N", "OpenCL demos use device N of the selected platform",
-         [](AppState& s, const char* at) {
-             int value = 0;
-             if (std::sscanf(at, "/cl_device_index=%d", &value) == 1) {
-                 s.clDeviceIndex = value;
-                 s.clDeviceIndexForced = true;
-             }
-         }},
-        {"/gl4_tess_level_outer=", "X", "tessellation demo's outer level",
-         [](AppState& s, const char* at) {
-             readFloat<&AppState::gl4TessLevelOuter>(s, at, "/gl4_tess_level_outer=%f");
-         }},
-        {"/gl4_tess_level_inner=", "X", "tessellation demo's inner level",
-         [](AppState& s, const char* at) {
-             readFloat<&AppState::gl4TessLevelInner>(s, at, "/gl4_tess_level_inner=%f");
-         }},
-        {"/gl4_no_tess_level_anim", nullptr, "tessellation demo's levels stay fixed",
-         [](AppState& s, const char*) { s.gl4TessLevelAnim = false; }},
-        {"/cl_surface_segs_x=", "N", "mesh deformer grid segments along X; 0 counts as 1",
-         [](AppState& s, const char* at) { readSegments<&AppState::clSurfaceSegsX>(s, at, "/cl_surface_segs_x=%d"); }},
-        {"/cl_surface_segs_z=", "N", "mesh deformer grid segments along Z; 0 counts as 1",
-         [](AppState& s, const char* at) { readSegments<&AppState::clSurfaceSegsZ>(s, at, "/cl_surface_segs_z=%d"); }},
-        {"/cl_kernel_workload=", "N", "mesh deformer: N extra sine iterations per work item",
-         [](AppState& s, const char* at) { readInt<&AppState::clKernelWorkload>(s, at, "/cl_kernel_workload=%d"); }},
-        {"/cl_kernel_workload_sin=", "N", "the same as /cl_kernel_workload=, which it beats",
-         [](AppState& s, const char* at) {
-             readInt<&AppState::clKernelWorkload>(s, at, "/cl_kernel_workload_sin=%d");
-         }},
-        {"/cl_kernel_workload_sin_do_check", nullptr, "mesh deformer: write its workload's sum to opencl_sincossum.txt",
-         [](AppState& s, const char*) { s.clKernelWorkloadDoCheck = true; }},
-        {"/cl_demo_native_sin_disabled", nullptr, "OpenCL kernels use sin instead of native_sin",
-         [](AppState& s, const char*) { s.clNativeSin = false; }},
-        {"/cl_demo_gl_interop_disabled", nullptr, "no OpenCL-OpenGL sharing in OpenCL demos (they never share)",
-         [](AppState& s, const char*) { s.clGlInterop = false; }},
-        {"/cl_demo_explicit_workgroup_size_disabled", nullptr, "enqueue OpenCL kernels without a local work size",
-         [](AppState& s, const char*) { s.clExplicitWorkgroupSize = false; }},
-        {"/cl_kernel_workload_mad=", "N", "mesh deformer: N extra multiply-add iterations per work item",
-         [](AppState& s, const char* at) {
-             readInt<&AppState::clKernelWorkloadMad>(s, at, "/cl_kernel_workload_mad=%d");
-         }},
-        {"/cl_demo_use_local_mem", nullptr, "post FX demo: run the kernel that uses local memory",
-         [](AppState& s, const char*) { s.clUseLocalMem = true; }},
-        {"/cl_particles_gpu=", "N", "particle count of the particles demo on a GPU device",
-         [](AppState& s, const char* at) { readInt<&AppState::clParticlesGpu>(s, at, "/cl_particles_gpu=%d"); }},
-        {"/cl_particles_cpu=", "N", "particle count of the particles demo on a CPU device",
-         [](AppState& s, const char* at) { readInt<&AppState::clParticlesCpu>(s, at, "/cl_particles_cpu=%d"); }},
-        {"/cl_particles_sin", nullptr, "particles demo: run the kernel variant with a sine",
-         [](AppState& s, const char*) { s.clParticlesSin = true; }},
-        {"/cl_julia_not_animated", nullptr, "Julia set demo: the set stands still",
-         [](AppState& s, const char*) { s.clJuliaAnimated = false; }},
-        {"/cl_julia_rtt_size=", "N", "Julia set demo: size in pixels of its square texture",
-         [](AppState& s, const char* at) { readInt<&AppState::clJuliaRttSize>(s, at, "/cl_julia_rtt_size=%d"); }},
-        {"/disable_cl_support", nullptr, "do not look for OpenCL platforms and devices",
-         [](AppState& s, const char*) { s.openclSupportEnabled = false; }},
-        {"/exp_xml_report", nullptr, "write report.xml to the working directory and exit",
-         [](AppState& s, const char*) { s.exportXmlReport = true; }},
-        {"/exp_txt_report", nullptr, "write report.txt to the working directory and exit",
-         [](AppState& s, const char*) { s.exportTxtReport = true; }},
-        {"/exp_json_report", nullptr, "write report.json to the working directory and exit",
-         [](AppState& s, const char*) { s.exportJsonReport = true; }},
-        // The text up to the next blank; the online exchange decides whether it is a usable server.
-        {"/online_host=", "URL", "send the update check and submissions to this server (scheme://host[:port])",
-         [](AppState& s, const char* at) {
-             static_assert(AppState::kOnlineHostSize == 256, "the format below reads 255 characters");
-             char host[AppState::kOnlineHostSize] = {};
-             if (std::sscanf(at, "/online_host=%255s", host) == 1) std::memcpy(s.onlineHost, host, sizeof host);
-         }},
-        {"/demo_capture_last_frame", nullptr, "save a demo's last frame as demo_<result name>.png",
-         [](AppState& s, const char*) { s.demoCaptureLastFrame = true; }},
-        {"/start_demo_gl4_tessellation", nullptr, "start the GL 4 tessellation demo at start-up",
-         [](AppState& s, const char*) { s.startDemoGl4Tessellation = true; }},
-    });
+// The options before the start options, and those between them and the one start option listed last.
+constexpr auto kOptionsBeforeDemos = std::to_array<CommandLineOption>({
+    {"/no_online_check", nullptr, "do not ask the web site whether a newer version exists",
+     [](AppState& s, const char*) { s.onlineCheckEnabled = false; }},
+    {"/gl30", nullptr, "ask for an OpenGL 3.0 context instead of 4.5",
+     [](AppState& s, const char*) { s.glMajorVersion = 3, s.glMinorVersion = 0; }},
+    {"/gl31", nullptr, "ask for an OpenGL 3.1 context; beats /gl30",
+     [](AppState& s, const char*) { s.glMajorVersion = 3, s.glMinorVersion = 1; }},
+    {"/gl32", nullptr, "ask for an OpenGL 3.2 context; beats /gl30 and /gl31",
+     [](AppState& s, const char*) { s.glMajorVersion = 3, s.glMinorVersion = 2; }},
+    {"/disable_gl3_torus_radeon_fix", nullptr, "torus demo: bound its light loop by a uniform, not a constant",
+     [](AppState& s, const char*) { s.demo.gl3TorusRadeonFix = false; }},
+    {"/disable_gl_render_in_cl_demos", nullptr, "mesh deformer demo: compute the surface but do not draw it",
+     [](AppState& s, const char*) { s.demo.glRenderInClDemos = false; }},
+    {"/demo_msaa=", "N", "MSAA samples of a demo started without its options dialog",
+     [](AppState& s, const char* at) { readInt<&DemoSettings::msaaSamples>(s, at, "/demo_msaa=%d"); }},
+    {"/demo_win_width=", "N", "demo window width in pixels",
+     [](AppState& s, const char* at) { readInt<&DemoSettings::winWidth>(s, at, "/demo_win_width=%d"); }},
+    {"/demo_win_height=", "N", "demo window height in pixels",
+     [](AppState& s, const char* at) { readInt<&DemoSettings::winHeight>(s, at, "/demo_win_height=%d"); }},
+    {"/cl_log_results", nullptr, "append each demo's result to ./bench_result.csv when it ends",
+     [](AppState& s, const char*) { s.demo.benchLogResults = true; }},
+    {"/bench_log_results", nullptr, "the same as /cl_log_results",
+     [](AppState& s, const char*) { s.demo.benchLogResults = true; }},
+    // Has no field of its own: it turns result logging on through "/cl_log_results", whose text it contains.
+    {"/cl_log_results_surface_deformer", nullptr, "the same as /cl_log_results", [](AppState&, const char*) {}},
+    {"/cl_duration=", "MS", "end a demo after MS milliseconds; 0 runs it until closed",
+     [](AppState& s, const char* at) { readInt<&DemoSettings::benchDurationMs>(s, at, "/cl_duration=%d"); }},
+    {"/bench_duration=", "MS", "the same as /cl_duration=, which it beats",
+     [](AppState& s, const char* at) { readInt<&DemoSettings::benchDurationMs>(s, at, "/bench_duration=%d"); }},
+    {"/close_app_end_of_demo", nullptr, "close the main window when a demo ends",
+     [](AppState& s, const char*) { s.demo.closeAppEndOfDemo = true; }},
+});
+
+constexpr auto kOptionsAfterDemos = std::to_array<CommandLineOption>({
+    {"/cl_gpu", nullptr, "OpenCL demos run on a GPU device (the default)",
+     [](AppState& s, const char*) { s.demo.clDeviceType = kClDeviceTypeGpu; }},
+    {"/cl_cpu", nullptr, "OpenCL demos run on a CPU device; beats /cl_gpu",
+     [](AppState& s, const char*) { s.demo.clDeviceType = kClDeviceTypeCpu; }},
+    {"/cl_device_index=", "N", "OpenCL demos use device N of the selected platform",
+     [](AppState& s, const char* at) {
+         int value = 0;
+         if (std::sscanf(at, "/cl_device_index=%d", &value) == 1) {
+             s.demo.clDeviceIndex = value;
+             s.demo.clDeviceIndexForced = true;
+         }
+     }},
+    {"/gl4_tess_level_outer=", "X", "tessellation demo's outer level",
+     [](AppState& s, const char* at) {
+         readFloat<&DemoSettings::gl4TessLevelOuter>(s, at, "/gl4_tess_level_outer=%f");
+     }},
+    {"/gl4_tess_level_inner=", "X", "tessellation demo's inner level",
+     [](AppState& s, const char* at) {
+         readFloat<&DemoSettings::gl4TessLevelInner>(s, at, "/gl4_tess_level_inner=%f");
+     }},
+    {"/gl4_no_tess_level_anim", nullptr, "tessellation demo's levels stay fixed",
+     [](AppState& s, const char*) { s.demo.gl4TessLevelAnim = false; }},
+    {"/cl_surface_segs_x=", "N", "mesh deformer grid segments along X; 0 counts as 1",
+     [](AppState& s, const char* at) { readSegments<&DemoSettings::clSurfaceSegsX>(s, at, "/cl_surface_segs_x=%d"); }},
+    {"/cl_surface_segs_z=", "N", "mesh deformer grid segments along Z; 0 counts as 1",
+     [](AppState& s, const char* at) { readSegments<&DemoSettings::clSurfaceSegsZ>(s, at, "/cl_surface_segs_z=%d"); }},
+    {"/cl_kernel_workload=", "N", "mesh deformer: N extra sine iterations per work item",
+     [](AppState& s, const char* at) { readInt<&DemoSettings::clKernelWorkload>(s, at, "/cl_kernel_workload=%d"); }},
+    {"/cl_kernel_workload_sin=", "N", "the same as /cl_kernel_workload=, which it beats",
+     [](AppState& s, const char* at) {
+         readInt<&DemoSettings::clKernelWorkload>(s, at, "/cl_kernel_workload_sin=%d");
+     }},
+    {"/cl_kernel_workload_sin_do_check", nullptr, "mesh deformer: write its workload's sum to opencl_sincossum.txt",
+     [](AppState& s, const char*) { s.demo.clKernelWorkloadDoCheck = true; }},
+    {"/cl_demo_native_sin_disabled", nullptr, "OpenCL kernels use sin instead of native_sin",
+     [](AppState& s, const char*) { s.demo.clNativeSin = false; }},
+    {"/cl_demo_gl_interop_disabled", nullptr, "no OpenCL-OpenGL sharing in OpenCL demos (they never share)",
+     [](AppState& s, const char*) { s.demo.clGlInterop = false; }},
+    {"/cl_demo_explicit_workgroup_size_disabled", nullptr, "enqueue OpenCL kernels without a local work size",
+     [](AppState& s, const char*) { s.demo.clExplicitWorkgroupSize = false; }},
+    {"/cl_kernel_workload_mad=", "N", "mesh deformer: N extra multiply-add iterations per work item",
+     [](AppState& s, const char* at) {
+         readInt<&DemoSettings::clKernelWorkloadMad>(s, at, "/cl_kernel_workload_mad=%d");
+     }},
+    {"/cl_demo_use_local_mem", nullptr, "post FX demo: run the kernel that uses local memory",
+     [](AppState& s, const char*) { s.demo.clUseLocalMem = true; }},
+    {"/cl_particles_gpu=", "N", "particle count of the particles demo on a GPU device",
+     [](AppState& s, const char* at) { readInt<&DemoSettings::clParticlesGpu>(s, at, "/cl_particles_gpu=%d"); }},
+    {"/cl_particles_cpu=", "N", "particle count of the particles demo on a CPU device",
+     [](AppState& s, const char* at) { readInt<&DemoSettings::clParticlesCpu>(s, at, "/cl_particles_cpu=%d"); }},
+    {"/cl_particles_sin", nullptr, "particles demo: run the kernel variant with a sine",
+     [](AppState& s, const char*) { s.demo.clParticlesSin = true; }},
+    {"/cl_julia_not_animated", nullptr, "Julia set demo: the set stands still",
+     [](AppState& s, const char*) { s.demo.clJuliaAnimated = false; }},
+    {"/cl_julia_rtt_size=", "N", "Julia set demo: size in pixels of its square texture",
+     [](AppState& s, const char* at) { readInt<&DemoSettings::clJuliaRttSize>(s, at, "/cl_julia_rtt_size=%d"); }},
+    {"/disable_cl_support", nullptr, "do not look for OpenCL platforms and devices",
+     [](AppState& s, const char*) { s.openclSupportEnabled = false; }},
+    {"/exp_xml_report", nullptr, "write report.xml to the working directory and exit",
+     [](AppState& s, const char*) { s.exportXmlReport = true; }},
+    {"/exp_txt_report", nullptr, "write report.txt to the working directory and exit",
+     [](AppState& s, const char*) { s.exportTxtReport = true; }},
+    {"/exp_json_report", nullptr, "write report.json to the working directory and exit",
+     [](AppState& s, const char*) { s.exportJsonReport = true; }},
+    // The text up to the next blank; the online exchange decides whether it is a usable server.
+    {"/online_host=", "URL", "send the update check and submissions to this server (scheme://host[:port])",
+     [](AppState& s, const char* at) {
+         static_assert(AppState::kOnlineHostSize == 256, "the format below reads 255 characters");
+         char host[AppState::kOnlineHostSize] = {};
+         if (std::sscanf(at, "/online_host=%255s", host) == 1) std::memcpy(s.onlineHost, host, sizeof host);
+     }},
+    {"/demo_capture_last_frame", nullptr, "save a demo's last frame as demo_<result name>.png",
+     [](AppState& s, const char*) { s.demo.captureLastFrame = true; }},
+});
+
+// The start options of the demo table whose place in the list is `listedLast`, in table order.
+template <bool listedLast>
+constexpr auto demoOptions() {
+    constexpr size_t count = size_t(std::ranges::count(kDemoRows, listedLast, &DemoRow::optionListedLast));
+    std::array<CommandLineOption, count> options{};
+    size_t i = 0;
+    for (const DemoRow& demo : kDemoRows)
+        if (demo.optionListedLast == listedLast)
+            options[i++] = {demo.option, nullptr, demo.optionHelp, nullptr, demo.id};
+    return options;
+}
+
+template <size_t... Sizes>
+constexpr auto joined(const std::array<CommandLineOption, Sizes>&... parts) {
+    std::array<CommandLineOption, (Sizes + ...)> all{};
+    size_t i = 0;
+    ((std::ranges::copy(parts, all.begin() + i), i += parts.size()), ...);
+    return all;
+}
+
+constexpr auto kOptions = joined(kOptionsBeforeDemos, demoOptions<false>(), kOptionsAfterDemos, demoOptions<true>());
 static_assert(kOptions.size() == 57, "the command line knows 57 options");
 
 constexpr bool everyOptionIsDescribed() {
@@ -192,7 +191,12 @@ static_assert(everyOptionIsDescribed(), "every option has a description, and a v
 void parseCommandLine(AppState& state, const char* text) {
     if (!text) return;
     for (const CommandLineOption& option : kOptions) {
-        if (const char* at = std::strstr(text, option.text)) option.apply(state, at);
+        const char* at = std::strstr(text, option.text);
+        if (!at) continue;
+        if (option.apply)
+            option.apply(state, at);
+        else if (!state.automaticDemo)
+            state.automaticDemo = option.demo;
     }
 }
 

@@ -7,8 +7,9 @@
 struct AppState;
 
 // Applies every option found in `text` to `state`. Options are found by plain, case-sensitive substring
-// search over the whole line, in table order, so later rows win where two rows set one field. A null line
-// parses nothing. Nothing here can fail or print.
+// search over the whole line, in table order, so later rows win where two rows set one field; only of the
+// /start_demo_... options, which take their rows from the demo table, the first found in table order wins,
+// since one demo starts. A null line parses nothing. Nothing here can fail or print.
 void parseCommandLine(AppState& state, const char* text);
 
 // The raw command line: the program's arguments joined by single blanks, without the program name.

@@ -75,12 +75,11 @@ void letGoOfUpdateThread(AppState& state) {
 // Asks every demo to stop, each waited for at most kDemoStopWaitMs; true when one is still running.
 bool demoLeftRunning() {
     bool leftRunning = false;
-    for (int slot = 0; slot < kDemoSlotCount; ++slot) {
-        DemoContext& context = demoContext(DemoSlot(slot));
+    for (const DemoRow& demo : kDemoRows) {
+        DemoContext& context = demoContext(demo.id);
         if (stopDemo(context) != DemoStop::LeftRunning) continue;
-        const DemoDescriptor* demo = demoDescriptor(context.table, context.tableRow);
-        appLog().write("The demo %s did not stop within %d ms; nothing it uses is released.", demo ? demo->title : "",
-                       kDemoStopWaitMs);
+        appLog().write("The demo %s did not stop within %d ms; nothing it uses is released.",
+                       demoShown(demo.id, context.settings.clDeviceType).title, kDemoStopWaitMs);
         leftRunning = true;
     }
     return leftRunning;
@@ -127,7 +126,7 @@ int runLumenscope(int argc, const char* const* argv, DesktopShell* desktop) {
     logDisplayDevices();
     const bool batch = state.exportXmlReport || state.exportTxtReport || state.exportJsonReport;
     // A benchmark on a machine without a display: the demo needs no window of ours.
-    const bool headlessDemo = !batch && automaticDemoRequested(state) && !demoDisplayReachable();
+    const bool headlessDemo = !batch && state.automaticDemo.has_value() && !demoDisplayReachable();
     const bool windowed = !batch && !headlessDemo;
     if (windowed) {
         // Checked before the scan: without a display there is nothing to show it in.

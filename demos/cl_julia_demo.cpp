@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "demo_context.h"
-#include "demo_scenes.h"
 #include "gl_utility/render_window_gl.h"
 #include "harness/demo_host.h"
 #include "harness/demo_media.h"
+#include "harness/demo_table.h"
 #include "opencl/cl_demo_scene.h"
 #include "opencl/julia_cl.h"
 #include "opencl/window_image.h"
@@ -21,7 +21,6 @@ namespace {
 constexpr const char* kKernelFile = "qjulia_kernel.cl";
 
 constexpr ClDemoTraits kTraits = {.fpsWhat = "Julia4D",
-                                  .kernelErrorName = "CL_Julia4D(kernel ERROR)",
                                   .needsPlatformList = false,
                                   .requiredKernelFile = kKernelFile,
                                   .platformRule = ClDemoSession::PlatformRule::ChosenPlatformOnly,
@@ -31,7 +30,7 @@ class ClJuliaDemo : public ClDemoScene {
 public:
     ClJuliaDemo() : ClDemoScene(kTraits) {}
 
-    const char* resultName() const override { return m_resultName; }
+    const char* resultDetail() const override { return m_resultDetail; }
 
     void drawFrame(DemoContext& context, RenderWindowGL& window, float) override {
         glBindFramebuffer(GL_FRAMEBUFFER, window.framebuffer());
@@ -91,7 +90,7 @@ protected:
         if (!m_julia.create(m_session, m_size, s.clExplicitWorkgroupSize, m_animation.mu, m_animation.color, &error))
             return _failCompute(context, error);
         // This build shares nothing between OpenCL and OpenGL, so a run that asks for sharing says it had none.
-        m_resultName = s.clGlInterop ? "CL_Julia4D(GL_Interop_Not_Supported)" : "CL_Julia4D";
+        m_resultDetail = s.clGlInterop ? "(GL_Interop_Not_Supported)" : "";
         return true;
     }
 
@@ -108,7 +107,7 @@ private:
     WindowImage m_image;
     std::vector<uint32_t> m_pixels;
     int m_size = 0;
-    const char* m_resultName = "CL_Julia4D";
+    const char* m_resultDetail = "";
 };
 
 }  // namespace

@@ -6,10 +6,10 @@
 
 #include "app/app_log.h"
 #include "demo_context.h"
-#include "demo_scenes.h"
 #include "gl_demo_support.h"
 #include "gl_utility/render_window_gl.h"
 #include "harness/demo_media.h"
+#include "harness/demo_table.h"
 #include "opencl/cl_demo_scene.h"
 #include "opencl/cl_device_choice.h"
 #include "opencl/particle_system_cl.h"
@@ -35,7 +35,6 @@ void main()
 )";
 
 constexpr ClDemoTraits kTraits = {.fpsWhat = "Particles",
-                                  .kernelErrorName = "CL_Particles(kernel ERROR)",
                                   .needsPlatformList = false,
                                   .requiredKernelFile = nullptr,
                                   .platformRule = ClDemoSession::PlatformRule::FirstWithDeviceType,
@@ -45,7 +44,7 @@ class ClParticlesDemo : public ClDemoScene {
 public:
     ClParticlesDemo() : ClDemoScene(kTraits) {}
 
-    const char* resultName() const override { return m_resultName; }
+    const char* resultDetail() const override { return m_resultDetail; }
 
     void drawFrame(DemoContext& context, RenderWindowGL& window, float) override {
         const float t = float(context.stats.elapsedMs) * 0.001f;
@@ -107,10 +106,9 @@ protected:
         // This build shares nothing between OpenCL and OpenGL, so a run that asks for sharing says it had none.
         const bool sharingRefused = s.clGlInterop;
         if (s.clParticlesSin)
-            m_resultName =
-                sharingRefused ? "CL_Particles(with sin - GL_Interop_Not_Supported)" : "CL_Particles(with sin)";
+            m_resultDetail = sharingRefused ? "(with sin - GL_Interop_Not_Supported)" : "(with sin)";
         else
-            m_resultName = sharingRefused ? "CL_Particles(GL_Interop_Not_Supported)" : "CL_Particles";
+            m_resultDetail = sharingRefused ? "(GL_Interop_Not_Supported)" : "";
         return true;
     }
 
@@ -126,7 +124,7 @@ private:
     GpuProgram m_program;
     ParticleSystemCl m_particles;
     GLuint m_positionBuffer = 0;
-    const char* m_resultName = "CL_Particles";
+    const char* m_resultDetail = "";
 };
 
 }  // namespace

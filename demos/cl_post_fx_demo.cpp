@@ -3,12 +3,12 @@
 #include <GL/glew.h>
 
 #include "demo_context.h"
-#include "demo_scenes.h"
 #include "gl_demo_support.h"
 #include "gl_utility/mesh_gl.h"
 #include "gl_utility/render_window_gl.h"
 #include "harness/demo_host.h"
 #include "harness/demo_media.h"
+#include "harness/demo_table.h"
 #include "opencl/cl_demo_scene.h"
 #include "opencl/post_fx_cl.h"
 #include "opencl/window_image.h"
@@ -66,7 +66,6 @@ void main()
 )";
 
 constexpr ClDemoTraits kTraits = {.fpsWhat = "PostFX",
-                                  .kernelErrorName = "CL_PostFX(kernel ERROR)",
                                   .needsPlatformList = false,
                                   .requiredKernelFile = nullptr,
                                   .platformRule = ClDemoSession::PlatformRule::FirstWithDeviceType,
@@ -75,8 +74,6 @@ constexpr ClDemoTraits kTraits = {.fpsWhat = "PostFX",
 class ClPostFxDemo : public ClDemoScene {
 public:
     ClPostFxDemo() : ClDemoScene(kTraits) {}
-
-    const char* resultName() const override { return "CL_PostFX"; }
 
     void drawFrame(DemoContext& context, RenderWindowGL& window, float dt) override {
         const int width = context.clientWidth, height = context.clientHeight;

@@ -7,11 +7,11 @@
 
 #include "app/app_log.h"
 #include "demo_context.h"
-#include "demo_scenes.h"
 #include "gl_demo_support.h"
 #include "gl_utility/mesh_gl.h"
 #include "gl_utility/render_window_gl.h"
 #include "harness/demo_host.h"
+#include "harness/demo_table.h"
 #include "opencl/cl_demo_scene.h"
 #include "opencl/surface_deformer_cl.h"
 
@@ -67,7 +67,6 @@ void main()
 )";
 
 constexpr ClDemoTraits kTraits = {.fpsWhat = "Surface Deformer",
-                                  .kernelErrorName = "CL_SurfaceDeformer(kernel ERROR)",
                                   .needsPlatformList = true,
                                   .requiredKernelFile = nullptr,
                                   .platformRule = ClDemoSession::PlatformRule::FirstWithDeviceType,
@@ -84,7 +83,7 @@ class ClSurfaceDeformerDemo : public ClDemoScene {
 public:
     ClSurfaceDeformerDemo() : ClDemoScene(kTraits) {}
 
-    const char* resultName() const override { return m_resultName; }
+    const char* resultDetail() const override { return m_resultDetail; }
 
     void drawFrame(DemoContext& context, RenderWindowGL& window, float) override {
         const DemoSettings& s = context.settings;
@@ -151,7 +150,7 @@ protected:
         if (!m_deformer.create(m_session, uint32_t(segmentsX) + 1, uint32_t(segmentsZ) + 1, m_withCheck, s.clNativeSin,
                                s.clExplicitWorkgroupSize, &error))
             return _failCompute(context, error);
-        std::snprintf(m_resultName, sizeof m_resultName, "CL_SurfaceDeformer(X=%d_Z=%d_sin=%d)", segmentsX, segmentsZ,
+        std::snprintf(m_resultDetail, sizeof m_resultDetail, "(X=%d_Z=%d_sin=%d)", segmentsX, segmentsZ,
                       int(s.clKernelWorkload));
         m_logCheckSum = s.benchLogResults && m_withCheck && s.clKernelWorkload > 0;
         _computeStep(s, 0.0f, 0, 0);
@@ -207,7 +206,7 @@ private:
     bool m_logCheckSum = false;
     bool m_started = false;  // set-up completed, so the frame loop ran
     double m_checkSum = 0.0;
-    char m_resultName[96] = "CL_SurfaceDeformer";
+    char m_resultDetail[64] = "";
 };
 
 }  // namespace

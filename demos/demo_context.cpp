@@ -9,10 +9,10 @@ std::atomic<int32_t> gMouseY{0};
 
 }  // namespace
 
-DemoContext& demoContext(DemoSlot slot) {
+DemoContext& demoContext(DemoId id) {
     // Never destroyed: a demo thread that outlives shutdown's bounded wait still finds its record.
-    static DemoContext* const contexts = new DemoContext[kDemoSlotCount];
-    return contexts[slot >= 0 && slot < kDemoSlotCount ? slot : 0];
+    static DemoContext* const contexts = new DemoContext[kDemoCount];
+    return contexts[size_t(id) < kDemoCount ? size_t(id) : 0];
 }
 
 DemoStop stopDemo(DemoContext& context) {

@@ -7,33 +7,12 @@
 #include <thread>
 
 #include "harness/demo_settings.h"
-#include "harness/demo_tables.h"
+#include "harness/demo_table.h"
 #include "harness/demo_timers.h"
 #include "harness/frame_stats.h"
 
 class DemoWindow;
 class RenderWindowGL;
-
-// The fifteen demo records, in the order shutdown stops them. The GPU and CPU forms of an OpenCL demo share
-// one record.
-enum DemoSlot {
-    kDemoGl4Tessellation,
-    kDemoClParticles,
-    kDemoClPostFx,
-    kDemoClSurfaceDeformer,
-    kDemoGl3Torus,
-    kDemoGl3Triangle,
-    kDemoFurryCube,
-    kDemoToonShading,
-    kDemoVertexDisplacement,
-    kDemoSimpleMesh,
-    kDemoSoftShadows,
-    kDemoPointSprites,
-    kDemoHdrDof,
-    kDemoGeometryInstancing,
-    kDemoClJulia,
-    kDemoSlotCount
-};
 
 // One demo: its thread and what the thread shares with the rest of the program. A start resets the record;
 // only one thread runs per record. Fields below the thread's are written by the demo thread once it runs.
@@ -46,9 +25,8 @@ struct DemoContext {
     std::atomic<bool> finished{false};  // set on a normal end
     std::atomic<bool> ready{false};     // the window's rendering exists
 
-    DemoTable table = DemoTable::OpenGl;
-    int tableRow = 0;          // the row the demo was started from: its title
-    DemoSettings settings;     // copied at start
+    DemoId id = {};            // the demo of the record, set at start
+    DemoSettings settings;     // copied at start; for an OpenCL demo its device type is the start's
     uint32_t msaaSamples = 0;  // asked for at start
     bool firstFrame = true;    // engine demos: the first frame runs their one-time set-up
 
@@ -64,9 +42,9 @@ struct DemoContext {
     std::condition_variable aliveChanged;
 };
 
-// The record of a slot. Records live for the whole process, so a thread left running at exit never sees its
-// record destroyed.
-DemoContext& demoContext(DemoSlot slot);
+// The record of a demo, one per row of the demo table; the GPU and CPU rows of an OpenCL demo share one. Records
+// live for the whole process, so a thread left running at exit never sees its record destroyed.
+DemoContext& demoContext(DemoId id);
 
 // What stopDemo found: no thread, a thread that ended within the wait, or one that was still running and
 // was left to finish its frame and end by itself.

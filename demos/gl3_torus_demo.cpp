@@ -5,11 +5,11 @@
 #include <cstdlib>
 
 #include "demo_context.h"
-#include "demo_scenes.h"
 #include "gl_demo_support.h"
 #include "gl_utility/corner_logo.h"
 #include "gl_utility/mesh_gl.h"
 #include "gl_utility/render_window_gl.h"
+#include "harness/demo_table.h"
 
 namespace {
 
@@ -81,8 +81,6 @@ float randomNumber() { return float(std::rand() & 0x7FFF); }
 
 class Gl3TorusDemo : public DemoScene {
 public:
-    const char* resultName() const override { return "GL3_IlluminatedTorus"; }
-
     bool setUp(DemoContext& context, RenderWindowGL& window) override {
         int major = 0, minor = 0;
         if (!requireGl31(window, &major, &minor)) return false;

@@ -2,11 +2,11 @@
 #include <GL/glew.h>
 
 #include "demo_context.h"
-#include "demo_scenes.h"
 #include "gl_demo_support.h"
 #include "gl_utility/corner_logo.h"
 #include "gl_utility/mesh_gl.h"
 #include "gl_utility/render_window_gl.h"
+#include "harness/demo_table.h"
 
 namespace {
 
@@ -33,8 +33,6 @@ void main()
 
 class Gl3TriangleDemo : public DemoScene {
 public:
-    const char* resultName() const override { return "GL3_TriangleOfDeath"; }
-
     bool setUp(DemoContext& context, RenderWindowGL& window) override {
         int major = 0, minor = 0;
         if (!requireGl31(window, &major, &minor)) return false;

@@ -6,12 +6,12 @@
 #include <cmath>
 
 #include "demo_context.h"
-#include "demo_scenes.h"
 #include "engine/vantalux.h"
 #include "gl_demo_support.h"
 #include "gl_utility/corner_logo.h"
 #include "gl_utility/mesh_gl.h"
 #include "gl_utility/render_window_gl.h"
+#include "harness/demo_table.h"
 
 namespace {
 
@@ -68,8 +68,6 @@ void main()
 
 class Gl4TessellationDemo : public DemoScene {
 public:
-    const char* resultName() const override { return "GL4_Tessellation"; }
-
     bool setUp(DemoContext& context, RenderWindowGL& window) override {
         int major = 0, minor = 0;
         if (!requireGl40(window, &major, &minor)) return false;

@@ -9,7 +9,7 @@
 #include "app/app_state.h"
 #include "app/message_boxes.h"
 #include "controls.h"
-#include "demos/harness/demo_tables.h"
+#include "demos/harness/demo_table.h"
 #include "kalidor/kalidor.h"
 
 namespace panels {
@@ -44,7 +44,7 @@ int32_t clampToViewport(int32_t size, int32_t maxViewport) {
 
 DemoOptionsDialog::DemoOptionsDialog(QWidget* parent, AppState& state, Kalidornm::Kalidor& library,
                                      const DemoDescriptor& demo)
-    : QDialog(parent), m_state(state), m_library(library), m_width(state.demoWinWidth), m_height(state.demoWinHeight) {
+    : QDialog(parent), m_state(state), m_library(library), m_width(state.demo.winWidth), m_height(state.demo.winHeight) {
     setObjectName(QStringLiteral("id161"));
     setFont(dialogFont());
     setWindowTitle(QString::fromLatin1(demo.title));
@@ -83,8 +83,8 @@ DemoOptionsDialog::DemoOptionsDialog(QWidget* parent, AppState& state, Kalidornm
         label->setBuddy(field);
         return field;
     };
-    QLineEdit* width = sizeField(1108, "Width", {15, 140, 24, 8}, {41, 138, 44, 12}, state.demoWinWidth);
-    QLineEdit* height = sizeField(1109, "Height", {95, 140, 26, 8}, {123, 138, 44, 12}, state.demoWinHeight);
+    QLineEdit* width = sizeField(1108, "Width", {15, 140, 24, 8}, {41, 138, 44, 12}, state.demo.winWidth);
+    QLineEdit* height = sizeField(1109, "Height", {95, 140, 26, 8}, {123, 138, 44, 12}, state.demo.winHeight);
 
     c.groupBox(0, "MSAA", {183, 124, 80, 38});
     QComboBox* msaa = c.dropDownList(1134, {191, 138, 64, 12}, 80);
@@ -93,7 +93,7 @@ DemoOptionsDialog::DemoOptionsDialog(QWidget* parent, AppState& state, Kalidornm
     for (int mode = 0; mode < library.getMsaaModeCount(); ++mode)
         msaa->addItem(QString::asprintf("%dX", library.getMsaaMode(mode)));
     msaa->setCurrentIndex(0);
-    m_state.demoMsaa = 0;
+    m_state.demo.msaaSamples = 0;
 
     QPushButton* go = c.button(kIdGo, "Go!", {155, 172, 50, 14});
     go->setDefault(true);
@@ -118,7 +118,7 @@ void DemoOptionsDialog::_go() {
     m_height = readSize(1109);
     const auto* msaa = findControl<QComboBox>(this, 1134);
     const int selected = msaa ? msaa->currentIndex() : 0;
-    m_state.demoMsaa = selected > 0 ? m_library.getMsaaMode(selected - 1) : 0;
+    m_state.demo.msaaSamples = selected > 0 ? m_library.getMsaaMode(selected - 1) : 0;
     done(kIdGo);
 }
 

@@ -15,7 +15,7 @@ namespace panels {
 // The dialog a Start button opens before a demo: what the demo shows, where a full benchmark of it lives, the
 // window size and the multisampling. "Go!" ends it accepted with the size in chosenWidth() and
 // chosenHeight(), each cut down to the largest viewport the OpenGL driver allows; the size is for this start
-// only. Opening it sets demoMsaa to 0 ("NONE"), and Go! sets it to the chosen mode's samples.
+// only. Opening it sets demo.msaaSamples to 0 ("NONE"), and Go! sets it to the chosen mode's samples.
 class DemoOptionsDialog : public QDialog {
 public:
     static constexpr int kIdGo = 1;

@@ -22,7 +22,7 @@
 #include "controls.h"
 #include "cuda_panel.h"
 #include "demo_options_dialog.h"
-#include "demos/harness/demo_tables.h"
+#include "demos/harness/demo_table.h"
 #include "gpu_panel.h"
 #include "opencl_demo_choice.h"
 #include "opencl_panel.h"
@@ -190,19 +190,19 @@ void MainDialog::_insertTabItems() {
 
 void MainDialog::_fillDemoPickers() {
     const QSignalBlocker quietGl(m_glDemos), quietCl(m_clDemos);
-    for (auto [picker, table] : {std::pair(m_glDemos, DemoTable::OpenGl), std::pair(m_clDemos, DemoTable::OpenCl)}) {
-        picker->clear();
-        for (int row = 0; row < demoTableRows(table); ++row)
-            if (const DemoDescriptor* demo = demoDescriptor(table, row))
-                picker->addItem(QString::fromLatin1(demo->title), row);
-        picker->setCurrentIndex(0);
+    for (auto [combo, picker] : {std::pair(m_glDemos, DemoPicker::OpenGl), std::pair(m_clDemos, DemoPicker::OpenCl)}) {
+        combo->clear();
+        for (int row = 0; row < demoPickerRows(picker); ++row)
+            if (const DemoDescriptor* demo = demoDescriptor(picker, row))
+                combo->addItem(QString::fromLatin1(demo->title), row);
+        combo->setCurrentIndex(0);
     }
     m_state.selectedGlDemo = 0;
     m_state.selectedClDemo = 0;
 }
 
-bool MainDialog::_runDemoOptions(DemoTable table, int row, int32_t* width, int32_t* height) {
-    const DemoDescriptor* demo = demoDescriptor(table, row);
+bool MainDialog::_runDemoOptions(DemoPicker picker, int row, int32_t* width, int32_t* height) {
+    const DemoDescriptor* demo = demoDescriptor(picker, row);
     if (!demo) return false;
     DemoOptionsDialog options(this, m_state, m_library, *demo);
     if (options.exec() != DemoOptionsDialog::kIdGo) return false;
@@ -213,15 +213,15 @@ bool MainDialog::_runDemoOptions(DemoTable table, int row, int32_t* width, int32
 
 bool MainDialog::startOpenGlDemo() {
     return startOpenGlDemoFromButton(m_state, readDemoCapabilities(m_library),
-                                     [this](DemoTable table, int row, int32_t* width, int32_t* height) {
-                                         return _runDemoOptions(table, row, width, height);
+                                     [this](DemoPicker picker, int row, int32_t* width, int32_t* height) {
+                                         return _runDemoOptions(picker, row, width, height);
                                      });
 }
 
 bool MainDialog::startOpenClDemo() {
     return startOpenClDemoFromButton(m_state, readOpenClDemoChoice(m_panels[kTabOpenCl]),
-                                     [this](DemoTable table, int row, int32_t* width, int32_t* height) {
-                                         return _runDemoOptions(table, row, width, height);
+                                     [this](DemoPicker picker, int row, int32_t* width, int32_t* height) {
+                                         return _runDemoOptions(picker, row, width, height);
                                      });
 }
 

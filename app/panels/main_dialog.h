@@ -5,7 +5,7 @@
 #include <cstdint>
 
 struct AppState;
-enum class DemoTable;
+enum class DemoPicker : uint8_t;
 class QComboBox;
 class QTabBar;
 
@@ -85,7 +85,7 @@ private:
     void _createPanels();
     void _insertTabItems();
     void _fillDemoPickers();
-    bool _runDemoOptions(DemoTable table, int row, int32_t* width, int32_t* height);
+    bool _runDemoOptions(DemoPicker picker, int row, int32_t* width, int32_t* height);
     void _showPanelOfTab(int index);
     void _endMainDialog(int code);
 

@@ -158,7 +158,7 @@ OpenCLPanel::OpenCLPanel(QWidget* parent, AppState& state, Kalidornm::Kalidor& l
     });
     // Only a pick by the user ends the device index the command line forced, not a refill.
     for (QComboBox* combo : {m_gpuDemoDevices, m_cpuDemoDevices})
-        connect(combo, &QComboBox::activated, this, [this] { m_state.clDeviceIndexForced = false; });
+        connect(combo, &QComboBox::activated, this, [this] { m_state.demo.clDeviceIndexForced = false; });
     connect(moreInformation, &QPushButton::clicked, this, [this] { openDetailDialog(); });
     connect(ourPage, &QPushButton::clicked, this, [] { openUrl((std::string(kWebHost) + kOurOpenClPage).c_str()); });
     connect(standardPage, &QPushButton::clicked, this, [] { openUrl(kStandardOpenClPage); });

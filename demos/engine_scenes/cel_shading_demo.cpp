@@ -5,8 +5,8 @@
 
 #include "demo_context.h"
 #include "engine_demo.h"
-#include "engine_scenes.h"
 #include "harness/demo_host.h"
+#include "harness/demo_table.h"
 
 namespace {
 
@@ -52,9 +52,6 @@ void main()
 )";
 
 class CelShadingDemo : public EngineDemo {
-public:
-    const char* resultName() const override { return "GL_ToonShading"; }
-
 protected:
     // Any OpenGL: without 2.0 the fixed-function lights draw the torus.
     int minimumGlMajor() const override { return 1; }

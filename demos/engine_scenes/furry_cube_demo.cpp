@@ -8,7 +8,7 @@
 #include "engine/vx_hud.h"
 #include "engine_demo.h"
 #include "harness/demo_host.h"
-#include "engine_scenes.h"
+#include "harness/demo_table.h"
 
 namespace {
 
@@ -65,9 +65,6 @@ void main()
 )";
 
 class FurryCubeDemo : public EngineDemo {
-public:
-    const char* resultName() const override { return "GL_Furry_Cube"; }
-
 protected:
     bool checkCapabilities(const vxHardwareCaps& caps) override {
         if (caps.getGPUCap(VX_CAP_OPENGL_2_0)) return true;

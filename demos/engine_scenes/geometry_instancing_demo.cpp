@@ -10,8 +10,8 @@
 #include "demo_context.h"
 #include "engine/vx_skybox.h"
 #include "engine_demo.h"
-#include "engine_scenes.h"
 #include "harness/demo_host.h"
+#include "harness/demo_table.h"
 #include "instancing_batches.h"
 
 namespace {
@@ -128,9 +128,6 @@ constexpr const char* kNeedsInstancingTail =
     "Graphics Chrome 400 Series.";
 
 class GeometryInstancingDemo : public EngineDemo {
-public:
-    const char* resultName() const override { return "GL_GeometryInstancing"; }
-
 protected:
     bool checkCapabilities(const vxHardwareCaps& caps) override {
         if (!caps.getGPUCap(VX_CAP_DRAW_INSTANCED)) {

@@ -10,8 +10,8 @@
 #include "engine/vx_rgbe_reader.h"
 #include "engine/vx_skybox.h"
 #include "engine_demo.h"
-#include "engine_scenes.h"
 #include "harness/demo_host.h"
+#include "harness/demo_table.h"
 
 namespace {
 
@@ -200,9 +200,6 @@ void main()
 )";
 
 class HdrDofDemo : public EngineDemo {
-public:
-    const char* resultName() const override { return "GL_HDR_DoF"; }
-
 protected:
     bool checkCapabilities(const vxHardwareCaps& caps) override {
         if (!caps.getGPUCap(VX_CAP_OPENGL_2_0)) {

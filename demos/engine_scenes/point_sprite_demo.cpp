@@ -1,8 +1,8 @@
 // "GL 2.1 - GLSL Point Sprite Particles": a fountain of 40,000 textured points whose flight the vertex
 // stage computes from each particle's birth velocity and age; the processor only bears and retires them.
 #include "engine_demo.h"
-#include "engine_scenes.h"
 #include "harness/demo_host.h"
+#include "harness/demo_table.h"
 #include "particle_pool.h"
 
 namespace {
@@ -31,9 +31,6 @@ void main()
 )";
 
 class PointSpriteDemo : public EngineDemo {
-public:
-    const char* resultName() const override { return "GL_PointSprite"; }
-
 protected:
     bool checkCapabilities(const vxHardwareCaps& caps) override {
         if (!caps.getGPUCap(VX_CAP_OPENGL_2_0)) {

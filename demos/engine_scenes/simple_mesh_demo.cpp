@@ -3,8 +3,8 @@
 #include <cstdio>
 
 #include "engine_demo.h"
-#include "engine_scenes.h"
 #include "harness/demo_host.h"
+#include "harness/demo_table.h"
 
 namespace {
 
@@ -24,9 +24,6 @@ constexpr LightRow kLights[] = {
 };
 
 class SimpleMeshDemo : public EngineDemo {
-public:
-    const char* resultName() const override { return "GL_SimpleTorus"; }
-
 protected:
     int minimumGlMajor() const override { return 1; }
     int minimumGlMinor() const override { return 2; }

@@ -8,8 +8,8 @@
 #include "demo_context.h"
 #include "engine/vx_render_target.h"
 #include "engine_demo.h"
-#include "engine_scenes.h"
 #include "harness/demo_host.h"
+#include "harness/demo_table.h"
 
 namespace {
 
@@ -130,9 +130,6 @@ struct ShadowLight {
 };
 
 class SoftShadowsDemo : public EngineDemo {
-public:
-    const char* resultName() const override { return "GL_SoftShadows"; }
-
 protected:
     bool checkCapabilities(const vxHardwareCaps& caps) override {
         if (!caps.getGPUCap(VX_CAP_OPENGL_2_0)) {

@@ -4,8 +4,8 @@
 
 #include "demo_context.h"
 #include "engine_demo.h"
-#include "engine_scenes.h"
 #include "harness/demo_host.h"
+#include "harness/demo_table.h"
 
 namespace {
 
@@ -42,9 +42,6 @@ void main()
 )";
 
 class VertexDisplacementDemo : public EngineDemo {
-public:
-    const char* resultName() const override { return "GL_VertexTextureFetch"; }
-
 protected:
     bool checkCapabilities(const vxHardwareCaps& caps) override {
         if (!caps.getGPUCap(VX_CAP_OPENGL_2_0)) {

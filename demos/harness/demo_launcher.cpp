@@ -4,14 +4,10 @@
 #include <exception>
 
 #include "app/app_log.h"
-#include "demo_catalogue.h"
 #include "demo_thread.h"
 #include "engine/vantalux.h"
 
 namespace {
-
-std::atomic<int> gCurrentDemoIndex{0};
-std::atomic<DemoTable> gCurrentDemoTable{DemoTable::OpenGl};
 
 // A record whose thread ended by itself still holds the thread until someone joins it; a record whose
 // thread was given up on by stopDemo is busy until that thread ends.
@@ -23,14 +19,13 @@ bool recordIsFree(DemoContext& context) {
     return true;
 }
 
-void resetRecord(DemoContext& context, DemoTable table, int row, const DemoSettings& settings, uint32_t deviceType) {
+void resetRecord(DemoContext& context, DemoId id, const DemoSettings& settings, uint32_t deviceType) {
     context.threadId = 0;
     context.objectId = Vantalux_nsp::vxKma::genId();
     context.stopRequested = false;
     context.finished = false;
     context.ready = false;
-    context.table = table;
-    context.tableRow = row;
+    context.id = id;
     context.settings = settings;
     if (deviceType != 0) context.settings.clDeviceType = deviceType;
     context.msaaSamples = settings.msaaSamples > 0 ? uint32_t(settings.msaaSamples) : 0;
@@ -42,53 +37,40 @@ void resetRecord(DemoContext& context, DemoTable table, int row, const DemoSetti
     context.timer.reset();
 }
 
-// The record of a row that may start now, or null.
-DemoContext* freeRecordFor(DemoTable table, int row, const DemoSettings& settings, const DemoEntry** entryOut,
-                           uint32_t* deviceTypeOut) {
-    DemoSlot slot = kDemoGl4Tessellation;
-    uint32_t deviceType = 0;
-    if (!demoSlotForRow(table, row, &slot, &deviceType)) return nullptr;
-    const DemoEntry& entry = demoEntry(slot);
-    if (!entry.makeScene) {
-        const DemoDescriptor* descriptor = demoDescriptor(table, row);
-        appLog().write("The demo \"%s\" is not part of this build.", descriptor ? descriptor->title : "");
-        return nullptr;
-    }
-    if (entry.checkBeforeStart && !entry.checkBeforeStart(settings, deviceType)) return nullptr;
-    DemoContext& context = demoContext(slot);
-    if (!recordIsFree(context)) return nullptr;
-    *entryOut = &entry;
-    *deviceTypeOut = deviceType;
-    return &context;
+// The OpenCL device type a start runs the demo on; 0 for demos without OpenCL.
+uint32_t startDeviceType(const DemoRow& demo, const DemoSettings& settings) {
+    if (demo.family != DemoFamily::OpenCl) return 0;
+    return settings.clDeviceType == kClDeviceTypeCpu ? kClDeviceTypeCpu : kClDeviceTypeGpu;
+}
+
+// The record of a demo that may start now, or null.
+DemoContext* freeRecordFor(DemoId id, const DemoSettings& settings) {
+    if (size_t(id) >= kDemoCount) return nullptr;
+    const DemoRow& demo = demoRow(id);
+    if (demo.checkBeforeStart && !demo.checkBeforeStart(settings, startDeviceType(demo, settings))) return nullptr;
+    DemoContext& context = demoContext(id);
+    return recordIsFree(context) ? &context : nullptr;
 }
 
 }  // namespace
 
-bool demoMayStart(DemoTable table, int row, const DemoSettings& settings) {
-    const DemoEntry* entry = nullptr;
-    uint32_t deviceType = 0;
-    return freeRecordFor(table, row, settings, &entry, &deviceType) != nullptr;
-}
+bool demoMayStart(DemoId id, const DemoSettings& settings) { return freeRecordFor(id, settings) != nullptr; }
 
-bool startDemo(DemoTable table, int row, const DemoSettings& settings) {
-    const DemoEntry* found = nullptr;
-    uint32_t deviceType = 0;
-    DemoContext* record = freeRecordFor(table, row, settings, &found, &deviceType);
+bool startDemo(DemoId id, const DemoSettings& settings) {
+    DemoContext* record = freeRecordFor(id, settings);
     if (!record) return false;
-    const DemoEntry& entry = *found;
+    const DemoRow& demo = demoRow(id);
     DemoContext& context = *record;
 
-    gCurrentDemoIndex = row;
-    gCurrentDemoTable = table;
     try {
-        std::unique_ptr<DemoScene> scene = entry.makeScene();
+        std::unique_ptr<DemoScene> scene = demo.makeScene();
         if (!scene) return false;
-        resetRecord(context, table, row, settings, deviceType);
+        resetRecord(context, id, settings, startDeviceType(demo, settings));
         {
             std::lock_guard<std::mutex> guard(context.aliveLock);
             context.threadAlive = true;
         }
-        context.thread = std::thread(runDemoThread, std::ref(context), std::cref(entry), std::move(scene));
+        context.thread = std::thread(runDemoThread, std::ref(context), std::cref(demo), std::move(scene));
     } catch (const std::exception& error) {
         std::lock_guard<std::mutex> guard(context.aliveLock);
         context.threadAlive = false;
@@ -98,13 +80,9 @@ bool startDemo(DemoTable table, int row, const DemoSettings& settings) {
     return true;
 }
 
-int currentDemoIndex() { return gCurrentDemoIndex; }
-
-DemoTable currentDemoTable() { return gCurrentDemoTable; }
-
 bool anyDemoRunning() {
-    for (int slot = 0; slot < kDemoSlotCount; ++slot) {
-        DemoContext& context = demoContext(DemoSlot(slot));
+    for (const DemoRow& demo : kDemoRows) {
+        DemoContext& context = demoContext(demo.id);
         std::lock_guard<std::mutex> guard(context.aliveLock);
         if (context.threadAlive) return true;
     }
@@ -113,12 +91,12 @@ bool anyDemoRunning() {
 
 void waitForDemosToEnd(const std::atomic<bool>* interrupted) {
     bool stopsAsked = false;
-    for (int slot = 0; slot < kDemoSlotCount; ++slot) {
-        DemoContext& context = demoContext(DemoSlot(slot));
+    for (const DemoRow& demo : kDemoRows) {
+        DemoContext& context = demoContext(demo.id);
         std::unique_lock<std::mutex> lock(context.aliveLock);
         while (context.threadAlive) {
             if (interrupted && *interrupted && !stopsAsked) {
-                for (int other = 0; other < kDemoSlotCount; ++other) demoContext(DemoSlot(other)).stopRequested = true;
+                for (const DemoRow& other : kDemoRows) demoContext(other.id).stopRequested = true;
                 stopsAsked = true;
             }
             context.aliveChanged.wait_for(lock, std::chrono::milliseconds(50));

@@ -3,22 +3,18 @@
 #include <atomic>
 
 #include "demo_settings.h"
-#include "demo_tables.h"
+#include "demo_table.h"
 
-// Starts the demo of `row` in `table` on a thread of its own, with `settings` (the command line's values,
-// or what the options dialog left). The Start buttons, the options dialog and the automatic start all come
-// here. False, with nothing shown, when the row is not a demo of this build or the demo already runs; false
-// after its message when a check before the start fails.
-bool startDemo(DemoTable table, int row, const DemoSettings& settings);
+// Starts demo `id` on a thread of its own, with `settings` (the command line's values, or what the options
+// dialog left). An OpenCL demo runs on a CPU device when settings.clDeviceType says so, else on a GPU device.
+// The Start buttons, the options dialog and the automatic start all come here. False, with nothing shown,
+// when `id` is no demo or the demo already runs; false after its message when a check before the start fails.
+bool startDemo(DemoId id, const DemoSettings& settings);
 
-// The tests startDemo makes before it starts anything, without starting: false when the row is not a demo of
-// this build or the demo already runs (nothing shown), or after its message when the demo's own check fails.
-// A Start button asks this before its options dialog, so that a running demo opens no dialog.
-bool demoMayStart(DemoTable table, int row, const DemoSettings& settings);
-
-// The row and table of the demo started last; demo windows take their titles from them.
-int currentDemoIndex();
-DemoTable currentDemoTable();
+// The tests startDemo makes before it starts anything, without starting: false when `id` is no demo or the demo
+// already runs (nothing shown), or after its message when the demo's own check fails. A Start button asks this
+// before its options dialog, so that a running demo opens no dialog.
+bool demoMayStart(DemoId id, const DemoSettings& settings);
 
 bool anyDemoRunning();
 

@@ -1,6 +1,8 @@
 #include "demo_requirements.h"
 
-#include "demo_tables.h"
+#include <optional>
+
+#include "demo_table.h"
 #include "kalidor/kalidor.h"
 
 namespace {
@@ -28,36 +30,39 @@ DemoCapabilities readDemoCapabilities(const Kalidornm::Kalidor& library) {
 }
 
 const char* openGlDemoRequirementFailure(int row, const DemoCapabilities& caps) {
-    switch (row) {
-        case 3:
-        case 9:
+    const std::optional<DemoPick> pick = demoAtPickerRow(DemoPicker::OpenGl, row);
+    switch (pick ? demoRow(pick->id).needs : DemoNeeds::Nothing) {
+        case DemoNeeds::Nothing:
+            return nullptr;
+        case DemoNeeds::OpenGl20:
             return caps.openGl20 ? nullptr : kNeedsGl20;
-        case 4:
+        case DemoNeeds::TwoRenderTargets:
             return caps.openGl20 && caps.maxDrawBuffers >= 2
                        ? nullptr
                        : "This demo requires the support of OpenGL 2.0 and two render targets.";
-        case 5:
+        case DemoNeeds::InstancedDrawing:
             return caps.drawInstanced && caps.gpuShader4
                        ? nullptr
                        : "This demo requires the support of GL_EXT_gpu_shader4 / GL_ARB_draw_instanced / "
                          "GL_EXT_draw_instanced.";
-        case 6:
+        case DemoNeeds::FramebufferObjects:
             return caps.openGl20 && caps.framebufferObjects
                        ? nullptr
                        : "This demo requires the support of OpenGL 2.0 and FBO.";
-        case 7:
+        case DemoNeeds::PointSprites:
             return caps.openGl20 && caps.pointSprites
                        ? nullptr
                        : "This demo requires the support of OpenGL 2.0 and Point Sprite.";
-        case 8:
+        case DemoNeeds::VertexTextures:
             return caps.openGl20 && caps.maxVertexTextureUnits > 0
                        ? nullptr
                        : "This demo requires the support of OpenGL 2.0 and one vertex texture unit.";
-        default:
-            return nullptr;  // rows 0, 1, 2 and 10 need nothing
     }
+    return nullptr;
 }
 
-int openGlStartRow(int selected) { return selected >= 0 && selected < kOpenGlDemoRows ? selected : 9; }
+int openGlStartRow(int selected) {
+    return demoAtPickerRow(DemoPicker::OpenGl, selected) ? selected : demoRow(DemoId::ToonShading).pickerRow;
+}
 
-int openClStartRow(int selected) { return selected >= 0 && selected < kOpenClDemoRows ? selected : 0; }
+int openClStartRow(int selected) { return demoAtPickerRow(DemoPicker::OpenCl, selected) ? selected : 0; }

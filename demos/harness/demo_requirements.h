@@ -17,10 +17,11 @@ struct DemoCapabilities {
 
 DemoCapabilities readDemoCapabilities(const Kalidornm::Kalidor& library);
 
-// The message the OpenGL Start button shows instead of starting row `row`, or null when the row may start.
+// The message the OpenGL Start button shows instead of starting row `row` of the OpenGL picker, or null when
+// the row may start: what the row's demo needs (its DemoNeeds) against what the driver offers.
 const char* openGlDemoRequirementFailure(int row, const DemoCapabilities& caps);
 
-// The row a Start button starts for a combo selection: a selection the OpenGL table does not hold counts
-// as row 9, one the OpenCL table does not hold as row 0.
+// The row a Start button starts for a picker selection: a selection the OpenGL picker does not hold counts
+// as the cel-shading row, one the OpenCL picker does not hold as row 0.
 int openGlStartRow(int selected);
 int openClStartRow(int selected);

@@ -5,15 +5,16 @@
 struct DemoContext;
 class RenderWindowGL;
 
-// A demo is its scene: set-up, one frame, release and the name of its result. The harness owns everything
-// else: the thread, the window and context, the frame loop, the FPS figures, the result row and the frame
-// capture. Every call runs on the demo thread with the window's context current.
+// A demo is its scene: set-up, one frame and release. The harness owns everything else: the thread, the window
+// and context, the frame loop, the FPS figures, the result row and the frame capture. Every call runs on the
+// demo thread with the window's context current.
 class DemoScene {
 public:
     virtual ~DemoScene() = default;
 
-    // The "Test name" of the result row and the name of the captured frame.
-    virtual const char* resultName() const = 0;
+    // What the run adds behind the demo's result name (demo_table.h) in the result row and the name of the
+    // captured frame, such as the grid of the mesh deformer; empty for most.
+    virtual const char* resultDetail() const { return ""; }
 
     // Runs on the demo thread before the window's context is made: tests of what the demo needs beyond
     // OpenGL. On failure the scene has shown its message; no context is made and no result row written.

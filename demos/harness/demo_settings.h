@@ -2,9 +2,13 @@
 
 #include <cstdint>
 
+// The OpenCL device types a demo runs on (CL_DEVICE_TYPE_CPU and CL_DEVICE_TYPE_GPU).
+inline constexpr uint32_t kClDeviceTypeCpu = 2;
+inline constexpr uint32_t kClDeviceTypeGpu = 4;
+
 // What a demo reads of the program's options, copied at its start so that the demo thread never reads the
-// application's state. The application fills it from the command line (and the options dialog); the
-// defaults here are the command line's.
+// application's state. The application keeps one, which the command line fills (and the options dialog its
+// MSAA); the defaults here are the command line's.
 struct DemoSettings {
     // Window and benchmark
     int32_t winWidth = 600;
@@ -25,7 +29,7 @@ struct DemoSettings {
     bool gl4TessLevelAnim = true;
 
     // OpenCL demos
-    uint32_t clDeviceType = 4;  // CL_DEVICE_TYPE_GPU (4) or CL_DEVICE_TYPE_CPU (2)
+    uint32_t clDeviceType = kClDeviceTypeGpu;  // or kClDeviceTypeCpu
     uint32_t clPlatformIndex = 0;   // the platform chosen on the OpenCL panel
     int32_t clGpuDeviceIndex = 0;   // the device chosen in the panel's GPU list, counted among GPUs
     int32_t clCpuDeviceIndex = 0;   // the same among CPUs

@@ -22,15 +22,10 @@
 
 namespace {
 
-constexpr uint32_t kClDeviceTypeCpu = 2;
-
 std::mutex gDemoLock;
 std::atomic<uint32_t> gDemoThreadCounter{0};
 
-const char* rowTitle(const DemoContext& context) {
-    const DemoDescriptor* row = demoDescriptor(context.table, context.tableRow);
-    return row ? row->title : "";
-}
+const char* rowTitle(const DemoContext& context) { return demoShown(context.id, context.settings.clDeviceType).title; }
 
 void captureLastFrame(RenderWindowGL& renderWindow, const char* resultName) {
     std::vector<uint8_t> rgba;
@@ -39,10 +34,10 @@ void captureLastFrame(RenderWindowGL& renderWindow, const char* resultName) {
         appLog().write("The last frame of %s could not be written to %s", resultName, name.c_str());
 }
 
-void runFrameLoop(DemoContext& context, const DemoEntry& entry, DemoScene& scene, RenderWindowGL& renderWindow,
+void runFrameLoop(DemoContext& context, const DemoRow& demo, DemoScene& scene, RenderWindowGL& renderWindow,
                   DemoWindow* window) {
-    const bool engine = entry.family == DemoFamily::Engine;
-    if (entry.tickTimer)
+    const bool engine = demo.family == DemoFamily::Engine;
+    if (demo.tickTimer)
         demoTickTimer(true);
     else
         context.timer.reset();
@@ -55,7 +50,7 @@ void runFrameLoop(DemoContext& context, const DemoEntry& entry, DemoScene& scene
                 break;
             }
         }
-        const uint32_t now = entry.tickTimer ? demoTickTimer(false) : context.timer.elapsedMs();
+        const uint32_t now = demo.tickTimer ? demoTickTimer(false) : context.timer.elapsedMs();
         const float dt = float(context.stats.advanceTo(now)) * 0.001f;
         if (benchDurationReached(context.stats, context.settings.benchDurationMs)) break;
 
@@ -79,6 +74,10 @@ void runFrameLoop(DemoContext& context, const DemoEntry& entry, DemoScene& scene
 }  // namespace
 
 std::mutex& demoLock() { return gDemoLock; }
+
+std::string demoResultName(const DemoContext& context, const char* detail) {
+    return std::string(demoRow(context.id).resultName) + (detail ? detail : "");
+}
 
 void writeBenchResult(const DemoContext& context, const char* testName, int msaaSamples) {
     const DemoSettings& settings = context.settings;
@@ -111,15 +110,15 @@ void writeBenchResult(const DemoContext& context, const char* testName, int msaa
     appendBenchResultRow(kBenchResultFile, formatBenchResultRow(v));
 }
 
-void runDemoThread(DemoContext& context, const DemoEntry& entry, std::unique_ptr<DemoScene> scene) {
+void runDemoThread(DemoContext& context, const DemoRow& demo, std::unique_ptr<DemoScene> scene) {
     const long threadId = long(syscall(SYS_gettid));
     context.threadId = uint32_t(threadId);
     const DemoSettings& settings = context.settings;
-    const bool engine = entry.family == DemoFamily::Engine;
+    const bool engine = demo.family == DemoFamily::Engine;
     std::unique_lock<std::mutex> engineLock(gDemoLock, std::defer_lock);
     if (engine) {
         engineLock.lock();
-        if (entry.setsAffinity) pinCurrentThread(demoAffinityMask(gDemoThreadCounter++, settings.processorCount));
+        if (demo.setsAffinity) pinCurrentThread(demoAffinityMask(gDemoThreadCounter++, settings.processorCount));
     }
 
     char text[1024];
@@ -140,10 +139,10 @@ void runDemoThread(DemoContext& context, const DemoEntry& entry, std::unique_ptr
             if (engineLock.owns_lock()) engineLock.unlock();
             failureEndsProgram = scene->failureEndsProgram();
         } else if (!renderWindow.create(native, context.clientWidth, context.clientHeight,
-                                        int(context.msaaSamples), entry.contextKind, settings.captureLastFrame)) {
+                                        int(context.msaaSamples), demo.contextKind, settings.captureLastFrame)) {
             if (engineLock.owns_lock()) engineLock.unlock();
-            appLog().write("%s: %s", rowTitle(context), entry.windowFailureText);
-            demoShowError("%s", entry.windowFailureText);
+            appLog().write("%s: %s", rowTitle(context), demo.windowFailureText);
+            demoShowError("%s", demo.windowFailureText);
         } else if (!scene->setUp(context, renderWindow)) {
             scene->release(context);
             renderWindow.release();
@@ -158,10 +157,11 @@ void runDemoThread(DemoContext& context, const DemoEntry& entry, std::unique_ptr
             context.ready = true;
             if (engineLock.owns_lock()) engineLock.unlock();
 
-            runFrameLoop(context, entry, *scene, renderWindow, window.get());
+            runFrameLoop(context, demo, *scene, renderWindow, window.get());
             loopRan = true;
-            if (settings.captureLastFrame) captureLastFrame(renderWindow, scene->resultName());
-            writeBenchResult(context, scene->resultName(), renderWindow.samples());
+            const std::string resultName = demoResultName(context, scene->resultDetail());
+            if (settings.captureLastFrame) captureLastFrame(renderWindow, resultName.c_str());
+            writeBenchResult(context, resultName.c_str(), renderWindow.samples());
             if (engine) engineLock.lock();
             scene->release(context);
             renderWindow.release();

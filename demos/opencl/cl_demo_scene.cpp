@@ -67,7 +67,7 @@ bool ClDemoScene::setUp(DemoContext& context, RenderWindowGL& window) {
     const char* options = m_traits.platformBuildOptions ? demoBuildOptions(m_session.platform()->version) : nullptr;
     if (!m_session.build(source, options)) {
         if (context.settings.startedFromCommandLine)
-            writeBenchResult(context, m_traits.kernelErrorName, window.samples());
+            writeBenchResult(context, demoResultName(context, "(kernel ERROR)").c_str(), window.samples());
         m_closeFully = true;
         demoShowError("CL kernel compil error: %s", m_session.buildLog().c_str());
         return false;

@@ -11,8 +11,7 @@ struct DemoSettings;
 
 // What tells the four OpenCL demos apart in the start-up they share.
 struct ClDemoTraits {
-    const char* fpsWhat;          // the word of the FPS title: "Particles", "PostFX", ...
-    const char* kernelErrorName;  // the result name of a run whose kernel did not build
+    const char* fpsWhat;  // the word of the FPS title: "Particles", "PostFX", ...
     // The deformer asks discovery for a platform; the others try to load the OpenCL library.
     bool needsPlatformList;
     // A kernel file in the media folder that must open before anything else is made; null for none.
@@ -60,7 +59,3 @@ private:
     ClDemoTraits m_traits;
     bool m_closeFully = false;
 };
-
-// The test of an OpenCL Start: the platform chosen on the OpenCL panel must have a device of exactly the
-// row's type. Shows the refusal and returns false otherwise.
-bool checkOpenClDemoStart(const DemoSettings& settings, uint32_t deviceType);

@@ -5,13 +5,9 @@
 #include <vector>
 
 #include "compute/opencl_records.h"
-
-struct DemoSettings;
+#include "harness/demo_settings.h"
 
 // Which OpenCL platform and device an OpenCL demo runs on, decided from discovery's records.
-
-inline constexpr uint32_t kClDeviceTypeCpu = 2;  // CL_DEVICE_TYPE_CPU
-inline constexpr uint32_t kClDeviceTypeGpu = 4;  // CL_DEVICE_TYPE_GPU
 
 // "GPU" for the GPU type, "CPU" for any other.
 const char* clDeviceTypeName(uint32_t deviceType);

@@ -16,8 +16,8 @@
 
 #include "demos/demo_context.h"
 #include "demos/engine_scenes/engine_demo.h"
-#include "demos/engine_scenes/engine_scenes.h"
 #include "demos/gl_utility/render_window_gl.h"
+#include "demos/harness/demo_table.h"
 
 namespace {
 

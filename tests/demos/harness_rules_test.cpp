@@ -1,13 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "demos/harness/demo_affinity.h"
-#include "demos/harness/demo_catalogue.h"
 #include "demos/harness/demo_launcher.h"
 #include "demos/harness/demo_requirements.h"
+#include "demos/harness/demo_table.h"
 
 namespace {
 
@@ -20,7 +22,8 @@ DemoCapabilities everything() {
 }
 
 TEST(DemoRequirements, EachEngineRowIsRefusedForWhatItLacksAndTheOthersNeedNothing) {
-    for (int row = 0; row < kOpenGlDemoRows; ++row) EXPECT_EQ(openGlDemoRequirementFailure(row, everything()), nullptr);
+    for (int row = 0; row < demoPickerRows(DemoPicker::OpenGl); ++row)
+        EXPECT_EQ(openGlDemoRequirementFailure(row, everything()), nullptr);
     for (int row : {0, 1, 2, 10}) EXPECT_EQ(openGlDemoRequirementFailure(row, DemoCapabilities{}), nullptr) << row;
 
     struct Case {
@@ -64,45 +67,70 @@ TEST(DemoRequirements, SelectionsOutsideTheTablesFallBackToTheirDefaultRows) {
     EXPECT_EQ(openClStartRow(-3), 0);
 }
 
-TEST(DemoCatalogue, EveryRowStartsOneRecordAndEveryRecordLeadsBackToItsRows) {
-    std::set<int> slotsSeen;
-    for (DemoTable table : {DemoTable::OpenGl, DemoTable::OpenCl}) {
-        for (int row = 0; row < demoTableRows(table); ++row) {
-            DemoSlot slot = kDemoSlotCount;
-            uint32_t deviceType = 99;
-            ASSERT_TRUE(demoSlotForRow(table, row, &slot, &deviceType));
-            EXPECT_EQ(demoEntry(slot).slot, slot);
-            EXPECT_EQ(demoRowForSlot(slot, deviceType), row);
-            EXPECT_EQ(demoEntry(slot).family == DemoFamily::OpenCl, table == DemoTable::OpenCl) << row;
-            if (table == DemoTable::OpenCl) {
-                EXPECT_EQ(deviceType, row % 2 == 0 ? 4u : 2u);
-            }
-            slotsSeen.insert(slot);
+// The pickers as the main window has always shown them, top to bottom.
+TEST(DemoTable, ThePickersShowTheirRowsInTheirOrderAndEachRowLeadsBackToItsDemo) {
+    const std::vector<std::string> openGl = {"GL 4.x - Tessellation",
+                                             "GL 3.x - Illuminated Torus",
+                                             "GL 3.x - Triangle of Death",
+                                             "GL 2.1 - Furry Cube",
+                                             "GL 2.1 - HDR, DoF and RadialBlur",
+                                             "GL 2.1 - HW Geometry Instancing",
+                                             "GL 2.1 - Soft Shadows",
+                                             "GL 2.1 - GLSL Point Sprite Particles",
+                                             "GL 2.1 - Vertex Displacement Mapping",
+                                             "GL 2.1 - CEL-SHADING",
+                                             "GL 1.2 - Simple Mesh"};
+    const std::vector<std::string> openCl = {
+        "CL GPU - 4D Quaternion Julia Set", "CL CPU - 4D Quaternion Julia Set", "CL GPU - 1M Particles",
+        "CL CPU - 1M Particles",            "CL GPU - Mesh Deformer",           "CL CPU - Mesh Deformer",
+        "CL GPU - Post FX",                 "CL CPU - Post FX"};
+    std::set<DemoId> seen;
+    for (auto [picker, titles] : {std::pair(DemoPicker::OpenGl, openGl), std::pair(DemoPicker::OpenCl, openCl)}) {
+        ASSERT_EQ(demoPickerRows(picker), int(titles.size()));
+        for (int row = 0; row < demoPickerRows(picker); ++row) {
+            const DemoDescriptor* shown = demoDescriptor(picker, row);
+            const std::optional<DemoPick> pick = demoAtPickerRow(picker, row);
+            ASSERT_TRUE(shown && pick) << row;
+            EXPECT_EQ(shown->title, titles[size_t(row)]);
+            const DemoRow& demo = demoRow(pick->id);
+            EXPECT_EQ(demo.family == DemoFamily::OpenCl, picker == DemoPicker::OpenCl) << row;
+            const bool cpuRow = picker == DemoPicker::OpenCl && row % 2 == 1;
+            EXPECT_EQ(pick->clDeviceType, picker == DemoPicker::OpenGl ? 0u : cpuRow ? 2u : 4u) << row;
+            EXPECT_EQ(demo.pickerRow, cpuRow ? row - 1 : row);
+            EXPECT_EQ(&demoShown(pick->id, pick->clDeviceType), shown) << row;
+            seen.insert(pick->id);
         }
-        DemoSlot slot;
-        uint32_t deviceType;
-        EXPECT_FALSE(demoSlotForRow(table, -1, &slot, &deviceType));
-        EXPECT_FALSE(demoSlotForRow(table, demoTableRows(table), &slot, &deviceType));
+        EXPECT_FALSE(demoAtPickerRow(picker, -1));
+        EXPECT_FALSE(demoAtPickerRow(picker, demoPickerRows(picker)));
+        EXPECT_EQ(demoDescriptor(picker, demoPickerRows(picker)), nullptr);
     }
-    EXPECT_EQ(slotsSeen.size(), size_t(kDemoSlotCount));
+    EXPECT_EQ(seen.size(), kDemoCount);
 }
 
-TEST(DemoLauncher, RowsOutsideTheTablesStartNothingAndEveryOpenGlDemoOfThisBuildMayStart) {
+// The "Test name" of every demo's result row, as benchmark sheets have always read them.
+TEST(DemoTable, ResultNamesAreTheOnesResultRowsHaveAlwaysCarried) {
+    const std::pair<DemoId, const char*> names[] = {
+        {DemoId::ClSurfaceDeformer, "CL_SurfaceDeformer"},  {DemoId::ClPostFx, "CL_PostFX"},
+        {DemoId::ClParticles, "CL_Particles"},              {DemoId::ClJulia, "CL_Julia4D"},
+        {DemoId::Gl3Torus, "GL3_IlluminatedTorus"},         {DemoId::Gl3Triangle, "GL3_TriangleOfDeath"},
+        {DemoId::FurryCube, "GL_Furry_Cube"},               {DemoId::HdrDof, "GL_HDR_DoF"},
+        {DemoId::GeometryInstancing, "GL_GeometryInstancing"}, {DemoId::SoftShadows, "GL_SoftShadows"},
+        {DemoId::PointSprites, "GL_PointSprite"},           {DemoId::VertexDisplacement, "GL_VertexTextureFetch"},
+        {DemoId::ToonShading, "GL_ToonShading"},            {DemoId::SimpleMesh, "GL_SimpleTorus"},
+        {DemoId::Gl4Tessellation, "GL4_Tessellation"},
+    };
+    ASSERT_EQ(std::size(names), kDemoCount);
+    for (auto [id, name] : names) EXPECT_STREQ(demoRow(id).resultName, name);
+}
+
+TEST(DemoLauncher, IdsOutsideTheTableStartNothingAndEveryOpenGlDemoMayStart) {
     DemoSettings settings;
-    for (auto [table, row] : {std::pair(DemoTable::OpenGl, -1), std::pair(DemoTable::OpenGl, kOpenGlDemoRows),
-                              std::pair(DemoTable::OpenCl, kOpenClDemoRows)}) {
-        EXPECT_FALSE(demoMayStart(table, row, settings)) << row;
-        EXPECT_FALSE(startDemo(table, row, settings)) << row;
-    }
-    for (int row = 0; row < kOpenGlDemoRows; ++row) {
-        DemoSlot slot;
-        uint32_t deviceType;
-        ASSERT_TRUE(demoSlotForRow(DemoTable::OpenGl, row, &slot, &deviceType));
-        // Every OpenGL demo is part of this build; one that nothing runs and that tests nothing itself may
-        // start, and asking starts nothing.
-        EXPECT_TRUE(demoEntry(slot).makeScene != nullptr) << row;
-        if (!demoEntry(slot).checkBeforeStart) {
-            EXPECT_TRUE(demoMayStart(DemoTable::OpenGl, row, settings)) << row;
+    EXPECT_FALSE(demoMayStart(DemoId(kDemoCount), settings));
+    EXPECT_FALSE(startDemo(DemoId(kDemoCount), settings));
+    // One that nothing runs and that tests nothing itself may start, and asking starts nothing.
+    for (const DemoRow& demo : kDemoRows) {
+        if (!demo.checkBeforeStart) {
+            EXPECT_TRUE(demoMayStart(demo.id, settings)) << demo.option;
         }
     }
     EXPECT_FALSE(anyDemoRunning());

@@ -18,9 +18,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr int kTriangleRow = 2;
-constexpr int kTessellationRow = 0;
-
 std::atomic<int> gMainWindowCloses{0};
 std::atomic<uint32_t> gThrottleMs{0};
 
@@ -41,14 +38,14 @@ protected:
         settings.benchLogResults = true;
     }
     void TearDown() override {
-        for (int slot = 0; slot < kDemoSlotCount; ++slot) demoContext(DemoSlot(slot)).stopRequested = true;
+        for (const DemoRow& demo : kDemoRows) demoContext(demo.id).stopRequested = true;
         waitForDemosToEnd();
         std::filesystem::current_path(previous);
     }
 
     // Waits until the demo draws; false when it never does (no context on this machine).
-    static bool drawing(DemoSlot slot) {
-        const DemoContext& context = demoContext(slot);
+    static bool drawing(DemoId id) {
+        const DemoContext& context = demoContext(id);
         for (auto until = std::chrono::steady_clock::now() + 60s; std::chrono::steady_clock::now() < until;) {
             if (context.ready && context.stats.totalFrames > 2) return true;
             if (!anyDemoRunning()) return false;
@@ -63,22 +60,21 @@ protected:
 };
 
 TEST_F(HarnessThreads, TwoDemosRunAtOnceAndARunningDemoDoesNotStartTwice) {
-    ASSERT_TRUE(startDemo(DemoTable::OpenGl, kTriangleRow, settings));
-    ASSERT_TRUE(drawing(kDemoGl3Triangle)) << "the triangle never drew";
-    EXPECT_FALSE(startDemo(DemoTable::OpenGl, kTriangleRow, settings));
-    ASSERT_TRUE(startDemo(DemoTable::OpenGl, kTessellationRow, settings));
-    ASSERT_TRUE(drawing(kDemoGl4Tessellation));
-    EXPECT_EQ(currentDemoIndex(), kTessellationRow);
+    ASSERT_TRUE(startDemo(DemoId::Gl3Triangle, settings));
+    ASSERT_TRUE(drawing(DemoId::Gl3Triangle)) << "the triangle never drew";
+    EXPECT_FALSE(startDemo(DemoId::Gl3Triangle, settings));
+    ASSERT_TRUE(startDemo(DemoId::Gl4Tessellation, settings));
+    ASSERT_TRUE(drawing(DemoId::Gl4Tessellation));
 
     // Stopping one leaves the other drawing.
-    EXPECT_NE(stopDemo(demoContext(kDemoGl3Triangle)), DemoStop::NotRunning);
-    const uint32_t framesBefore = demoContext(kDemoGl4Tessellation).stats.totalFrames;
+    EXPECT_NE(stopDemo(demoContext(DemoId::Gl3Triangle)), DemoStop::NotRunning);
+    const uint32_t framesBefore = demoContext(DemoId::Gl4Tessellation).stats.totalFrames;
     std::this_thread::sleep_for(200ms);
-    EXPECT_GT(demoContext(kDemoGl4Tessellation).stats.totalFrames, framesBefore);
-    EXPECT_NE(stopDemo(demoContext(kDemoGl4Tessellation)), DemoStop::NotRunning);
+    EXPECT_GT(demoContext(DemoId::Gl4Tessellation).stats.totalFrames, framesBefore);
+    EXPECT_NE(stopDemo(demoContext(DemoId::Gl4Tessellation)), DemoStop::NotRunning);
     waitForDemosToEnd();
     EXPECT_FALSE(anyDemoRunning());
-    EXPECT_EQ(stopDemo(demoContext(kDemoGl3Triangle)), DemoStop::NotRunning);  // no thread any more
+    EXPECT_EQ(stopDemo(demoContext(DemoId::Gl3Triangle)), DemoStop::NotRunning);  // no thread any more
 
     // Both wrote their row when they were stopped; neither ran as a benchmark, so nothing closes.
     const std::vector<std::string> rows = demo_program::readLines(dir / "bench_result.csv");
@@ -90,10 +86,10 @@ TEST_F(HarnessThreads, TwoDemosRunAtOnceAndARunningDemoDoesNotStartTwice) {
 
     // The ended demo starts again on a fresh record.
     settings.benchDurationMs = 300;
-    ASSERT_TRUE(startDemo(DemoTable::OpenGl, kTriangleRow, settings));
+    ASSERT_TRUE(startDemo(DemoId::Gl3Triangle, settings));
     waitForDemosToEnd();
-    EXPECT_TRUE(demoContext(kDemoGl3Triangle).finished);
-    EXPECT_GE(demoContext(kDemoGl3Triangle).stats.elapsedMs, 300u);
+    EXPECT_TRUE(demoContext(DemoId::Gl3Triangle).finished);
+    EXPECT_GE(demoContext(DemoId::Gl3Triangle).stats.elapsedMs, 300u);
     EXPECT_EQ(demo_program::readLines(dir / "bench_result.csv").size(), 4u);
 }
 
@@ -102,9 +98,9 @@ TEST_F(HarnessThreads, TheThrottleSlowsEveryFrameAndABenchmarkEndClosesTheProgra
     settings.benchDurationMs = 1000;
     settings.closeAppEndOfDemo = true;
     settings.benchLogResults = false;
-    ASSERT_TRUE(startDemo(DemoTable::OpenGl, kTriangleRow, settings));
+    ASSERT_TRUE(startDemo(DemoId::Gl3Triangle, settings));
     waitForDemosToEnd();
-    const DemoContext& context = demoContext(kDemoGl3Triangle);
+    const DemoContext& context = demoContext(DemoId::Gl3Triangle);
     ASSERT_TRUE(context.finished) << "the benchmark run did not finish";
     // At most 20 rounds a second, plus the drawing time.
     EXPECT_LE(context.stats.totalFrames, 21u);

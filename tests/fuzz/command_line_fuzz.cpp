@@ -20,10 +20,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     resetAppState(state);
     parseCommandLine(state, line.c_str());
 
-    if (state.clSurfaceSegsX == 0 || state.clSurfaceSegsZ == 0) std::abort();
-    if (state.clDeviceType != 2 && state.clDeviceType != 4) std::abort();
+    if (state.demo.clSurfaceSegsX == 0 || state.demo.clSurfaceSegsZ == 0) std::abort();
+    if (state.demo.clDeviceType != 2 && state.demo.clDeviceType != 4) std::abort();
     const bool defaultVersion = state.glMajorVersion == 4 && state.glMinorVersion == 5;
     if (!defaultVersion && (state.glMajorVersion != 3 || state.glMinorVersion > 2)) std::abort();
-    if (state.clDeviceIndexForced && line.find("/cl_device_index=") == std::string::npos) std::abort();
+    if (state.demo.clDeviceIndexForced && line.find("/cl_device_index=") == std::string::npos) std::abort();
+    if (state.automaticDemo && line.find("/start_demo_") == std::string::npos) std::abort();
     return 0;
 }

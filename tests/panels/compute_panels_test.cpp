@@ -161,14 +161,14 @@ TEST_F(ComputePanelTest, DemoDeviceCombosCountOrdinalsAmongDevicesOfExactlyOneTy
     EXPECT_EQ(panel.demoDeviceChoice().gpuOrdinal, -1);
     EXPECT_EQ(panel.demoDeviceChoice().cpuOrdinal, 0);
 
-    state.clDeviceIndexForced = true;
+    state.demo.clDeviceIndexForced = true;
     combo(1183)->setCurrentIndex(1);  // no CPU there: greyed, with the line of platform A
     EXPECT_FALSE(combo(1238)->isEnabled());
     EXPECT_EQ(lines(&panel, 1238), QStringList({"dev 0"}));
     combo(1183)->setCurrentIndex(0);
-    EXPECT_TRUE(state.clDeviceIndexForced) << "a refill is not the user's pick";
+    EXPECT_TRUE(state.demo.clDeviceIndexForced) << "a refill is not the user's pick";
     combo(1238)->activated(0);  // what a pick in the open list sends
-    EXPECT_FALSE(state.clDeviceIndexForced);
+    EXPECT_FALSE(state.demo.clDeviceIndexForced);
 }
 
 TEST_F(ComputePanelTest, WithoutPlatformOnlyTheDemoCombosStayUsable) {

@@ -12,7 +12,7 @@
 
 #include "app/message_boxes.h"
 #include "app/panels/demo_options_dialog.h"
-#include "demos/harness/demo_tables.h"
+#include "demos/harness/demo_table.h"
 #include "window_machine.h"
 #include "window_wait.h"
 
@@ -33,7 +33,7 @@ protected:
         Kalidornm::gGlobals.summary.glNumbers.maxViewportSize = 4096;
         return library;
     }
-    static const DemoDescriptor& demo(int row) { return *demoDescriptor(DemoTable::OpenGl, row); }
+    static const DemoDescriptor& demo(int row) { return *demoDescriptor(DemoPicker::OpenGl, row); }
     static void type(DemoOptionsDialog& dialog, int id, const QString& text) {
         auto* field = findControl<QLineEdit>(&dialog, id);
         ASSERT_NE(field, nullptr) << id;
@@ -50,12 +50,12 @@ protected:
 
 TEST_F(DemoOptionsDialogTest, ShowsTheDemoItsBenchmarkTheCommandLineSizeAndTheDriversModes) {
     Kalidornm::Kalidor& library = startWithDriverLimits();
-    state.demoWinWidth = 640;
-    state.demoWinHeight = 480;
-    state.demoMsaa = 4;  // what the command line asked for; the dialog starts from "NONE"
+    state.demo.winWidth = 640;
+    state.demo.winHeight = 480;
+    state.demo.msaaSamples = 4;  // what the command line asked for; the dialog starts from "NONE"
 
     int benchmarkRow = -1, plainRow = -1;
-    for (int row = 0; row < kOpenGlDemoRows; ++row)
+    for (int row = 0; row < demoPickerRows(DemoPicker::OpenGl); ++row)
         (*demo(row).benchmarkUrl ? benchmarkRow : plainRow) = row;
     ASSERT_GE(benchmarkRow, 0);
     ASSERT_GE(plainRow, 0);
@@ -78,7 +78,7 @@ TEST_F(DemoOptionsDialogTest, ShowsTheDemoItsBenchmarkTheCommandLineSizeAndTheDr
     EXPECT_EQ(msaa->itemText(1), "2X");
     EXPECT_EQ(msaa->itemText(3), "8X");
     EXPECT_EQ(msaa->currentIndex(), 0);
-    EXPECT_EQ(state.demoMsaa, 0);
+    EXPECT_EQ(state.demo.msaaSamples, 0);
 
     // The benchmark button hands its page to the desktop and leaves the dialog open.
     gOpened.clear();
@@ -101,8 +101,8 @@ TEST_F(DemoOptionsDialogTest, ShowsTheDemoItsBenchmarkTheCommandLineSizeAndTheDr
 
 TEST_F(DemoOptionsDialogTest, GoCutsTheSizeToTheLargestViewportAndKeepsTheChosenSamples) {
     Kalidornm::Kalidor& library = startWithDriverLimits();
-    state.demoWinWidth = 600;
-    state.demoWinHeight = 600;
+    state.demo.winWidth = 600;
+    state.demo.winHeight = 600;
     struct Case {
         QString width, height;
         int msaaRow;
@@ -126,11 +126,11 @@ TEST_F(DemoOptionsDialogTest, GoCutsTheSizeToTheLargestViewportAndKeepsTheChosen
         EXPECT_EQ(dialog.exec(), DemoOptionsDialog::kIdGo) << c.width.toStdString();
         EXPECT_EQ(dialog.chosenWidth(), c.expectedWidth) << c.width.toStdString();
         EXPECT_EQ(dialog.chosenHeight(), c.expectedHeight) << c.height.toStdString();
-        EXPECT_EQ(state.demoMsaa, c.expectedMsaa) << c.msaaRow;
+        EXPECT_EQ(state.demo.msaaSamples, c.expectedMsaa) << c.msaaRow;
     }
     // The size typed is for one start; the command line's stays for the next dialog.
-    EXPECT_EQ(state.demoWinWidth, 600);
-    EXPECT_EQ(state.demoWinHeight, 600);
+    EXPECT_EQ(state.demo.winWidth, 600);
+    EXPECT_EQ(state.demo.winHeight, 600);
 }
 
 TEST_F(DemoOptionsDialogTest, CancelEscapeAndTheCloseBoxEndItWithoutGo) {
@@ -142,7 +142,7 @@ TEST_F(DemoOptionsDialogTest, CancelEscapeAndTheCloseBoxEndItWithoutGo) {
     };
     int way = 0;
     for (const auto& end : ways) {
-        state.demoMsaa = 8;
+        state.demo.msaaSamples = 8;
         DemoOptionsDialog dialog(nullptr, state, library, demo(1));
         findControl<QComboBox>(&dialog, 1134)->setCurrentIndex(2);
         QTimer::singleShot(0, &dialog, [&] {
@@ -150,7 +150,7 @@ TEST_F(DemoOptionsDialogTest, CancelEscapeAndTheCloseBoxEndItWithoutGo) {
             if (dialog.isVisible()) dialog.done(DemoOptionsDialog::kIdGo);  // it stayed open: fail, never hang
         });
         EXPECT_NE(dialog.exec(), DemoOptionsDialog::kIdGo) << way;
-        EXPECT_EQ(state.demoMsaa, 0) << way;  // set when the dialog opened, and not chosen since
+        EXPECT_EQ(state.demo.msaaSamples, 0) << way;  // set when the dialog opened, and not chosen since
         ++way;
     }
 }

@@ -17,7 +17,7 @@
 #include "app/panels/panel.h"
 #include "app/panels/report_dialog.h"
 #include "app/panels/splash_dialog.h"
-#include "demos/harness/demo_tables.h"
+#include "demos/harness/demo_table.h"
 #include "window_machine.h"
 
 namespace {
@@ -108,9 +108,9 @@ TEST_F(LayoutTest, NoControlOverlapsAnotherOrLeavesItsParentAndEveryTextFits) {
 
 TEST_F(LayoutTest, DemoOptionsDialogIsTidyForEveryDemo) {
     Kalidornm::Kalidor& library = start("amdgpu-rx6800");
-    for (DemoTable table : {DemoTable::OpenGl, DemoTable::OpenCl})
-        for (int row = 0; row < demoTableRows(table); ++row) {
-            DemoOptionsDialog options(nullptr, state, library, *demoDescriptor(table, row));
+    for (DemoPicker picker : {DemoPicker::OpenGl, DemoPicker::OpenCl})
+        for (int row = 0; row < demoPickerRows(picker); ++row) {
+            DemoOptionsDialog options(nullptr, state, library, *demoDescriptor(picker, row));
             EXPECT_EQ(options.minimumSize(), options.maximumSize());
             expectTidy(&options);
         }

@@ -13,6 +13,7 @@
 #include <fstream>
 #include <set>
 #include <thread>
+#include <utility>
 
 #include "app/message_boxes.h"
 #include "app/panels/cuda_panel.h"
@@ -23,6 +24,7 @@
 #include "app/panels/qt_message_boxes.h"
 #include "app/panels/tools_panel.h"
 #include "app/panels/validation_panel.h"
+#include "demos/harness/demo_table.h"
 #include "window_machine.h"
 #include "window_wait.h"
 
@@ -101,6 +103,14 @@ TEST_F(MainDialogTest, StartSetsTitleTimerDemoPickersAndHandles) {
     auto* glDemos = panels::findControl<QComboBox>(&dialog, 1135);
     auto* clDemos = panels::findControl<QComboBox>(&dialog, 1136);
     ASSERT_TRUE(glDemos && clDemos);
+    // The pickers hold the demo table's picker rows, in their order.
+    for (auto [combo, picker] : {std::pair(glDemos, DemoPicker::OpenGl), std::pair(clDemos, DemoPicker::OpenCl)}) {
+        ASSERT_EQ(combo->count(), demoPickerRows(picker));
+        for (int row = 0; row < combo->count(); ++row) {
+            EXPECT_EQ(combo->itemText(row), QString::fromLatin1(demoDescriptor(picker, row)->title));
+            EXPECT_EQ(combo->itemData(row).toInt(), row);
+        }
+    }
     EXPECT_EQ(glDemos->currentIndex(), 0);
     glDemos->setCurrentIndex(4);
     clDemos->setCurrentIndex(6);

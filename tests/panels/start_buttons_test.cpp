@@ -12,7 +12,7 @@
 #include "app/panels/main_dialog.h"
 #include "app/panels/opencl_demo_choice.h"
 #include "demos/harness/demo_launcher.h"
-#include "demos/harness/demo_tables.h"
+#include "demos/harness/demo_table.h"
 #include "window_machine.h"
 #include "window_wait.h"
 
@@ -92,7 +92,7 @@ TEST_F(StartButtonsTest, ADemoThatNeedsNothingOpensItsOwnOptionsAndCancelStartsN
     MainDialog& dialog = openDialog(start("amdgpu-rx6800"));
     findControl<QComboBox>(&dialog, 1135)->setCurrentIndex(2);
     const QStringList shown = press(1111);
-    EXPECT_EQ(shown, QStringList{QString::fromLatin1(demoDescriptor(DemoTable::OpenGl, 2)->title)});
+    EXPECT_EQ(shown, QStringList{QString::fromLatin1(demoDescriptor(DemoPicker::OpenGl, 2)->title)});
     EXPECT_TRUE(gBoxes.empty());
     EXPECT_FALSE(anyDemoRunning());
 }

@@ -9,6 +9,7 @@
 #include "app/app_state.h"
 #include "app/command_line.h"
 #include "app/command_line_help.h"
+#include "demos/harness/demo_table.h"
 
 namespace {
 
@@ -21,18 +22,16 @@ AppState parsed(const char* line) {
 
 // Every field an option can set, to compare two states without naming their values.
 auto optionFields(const AppState& s) {
-    return std::tie(s.onlineCheckEnabled, s.glMajorVersion, s.glMinorVersion, s.gl3TorusRadeonFix,
-                    s.glRenderInClDemos, s.demoMsaa, s.demoWinWidth, s.demoWinHeight, s.benchLogResults,
-                    s.benchDuration, s.closeAppEndOfDemo, s.startDemoClDeformer, s.startDemoClPostfx,
-                    s.startDemoClParticles, s.startDemoClJulia, s.startDemoGl3Torus, s.startDemoGl3Triangle,
-                    s.startDemoGl2FurryCube, s.startDemoGl2HdrDof, s.startDemoGl2Gi, s.startDemoGl2SoftShadows,
-                    s.startDemoGl2PointSprite, s.startDemoGl2Vtf, s.startDemoGl2Toon, s.startDemoGl2SimpleTorus,
-                    s.clDeviceType, s.clDeviceIndex, s.clDeviceIndexForced, s.gl4TessLevelOuter, s.gl4TessLevelInner,
-                    s.gl4TessLevelAnim, s.clSurfaceSegsX, s.clSurfaceSegsZ, s.clKernelWorkload,
-                    s.clKernelWorkloadDoCheck, s.clNativeSin, s.clGlInterop, s.clExplicitWorkgroupSize,
-                    s.clKernelWorkloadMad, s.clUseLocalMem, s.clParticlesGpu, s.clParticlesCpu, s.clParticlesSin,
-                    s.clJuliaAnimated, s.clJuliaRttSize, s.openclSupportEnabled, s.exportXmlReport,
-                    s.exportTxtReport, s.exportJsonReport, s.demoCaptureLastFrame, s.startDemoGl4Tessellation);
+    const DemoSettings& d = s.demo;
+    return std::tie(s.onlineCheckEnabled, s.glMajorVersion, s.glMinorVersion, d.gl3TorusRadeonFix,
+                    d.glRenderInClDemos, d.msaaSamples, d.winWidth, d.winHeight, d.benchLogResults,
+                    d.benchDurationMs, d.closeAppEndOfDemo, s.automaticDemo, d.clDeviceType, d.clDeviceIndex,
+                    d.clDeviceIndexForced, d.gl4TessLevelOuter, d.gl4TessLevelInner, d.gl4TessLevelAnim,
+                    d.clSurfaceSegsX, d.clSurfaceSegsZ, d.clKernelWorkload, d.clKernelWorkloadDoCheck, d.clNativeSin,
+                    d.clGlInterop, d.clExplicitWorkgroupSize, d.clKernelWorkloadMad, d.clUseLocalMem,
+                    d.clParticlesGpu, d.clParticlesCpu, d.clParticlesSin, d.clJuliaAnimated, d.clJuliaRttSize,
+                    s.openclSupportEnabled, s.exportXmlReport, s.exportTxtReport, s.exportJsonReport,
+                    d.captureLastFrame);
 }
 
 // Text that only resembles options (no slash, wrong case, a bare slash or equals sign) changes nothing.
@@ -60,47 +59,46 @@ TEST(CommandLine, LaterTableRowsWinWhereverTheyStand) {
         EXPECT_EQ(s.glMajorVersion, 3) << line;
         EXPECT_EQ(s.glMinorVersion, 2) << line;
     }
-    EXPECT_EQ(parsed("/cl_cpu /cl_gpu").clDeviceType, 2u);
-    EXPECT_EQ(parsed("/cl_gpu /cl_cpu").clDeviceType, 2u);
-    EXPECT_EQ(parsed("/bench_duration=500 /cl_duration=100").benchDuration, 500);
-    EXPECT_EQ(parsed("/cl_kernel_workload_sin=7 /cl_kernel_workload=3").clKernelWorkload, 7);
+    EXPECT_EQ(parsed("/cl_cpu /cl_gpu").demo.clDeviceType, 2u);
+    EXPECT_EQ(parsed("/cl_gpu /cl_cpu").demo.clDeviceType, 2u);
+    EXPECT_EQ(parsed("/bench_duration=500 /cl_duration=100").demo.benchDurationMs, 500);
+    EXPECT_EQ(parsed("/cl_kernel_workload_sin=7 /cl_kernel_workload=3").demo.clKernelWorkload, 7);
 }
 
 TEST(CommandLine, ValuesAreReadOnlyDirectlyBehindTheEqualsSignAndOnlyTheFirstCounts) {
-    EXPECT_EQ(parsed("/demo_win_width=abc").demoWinWidth, 600);
-    EXPECT_EQ(parsed("/demo_win_width= 800").demoWinWidth, 800);  // scanf skips white space before a number
-    EXPECT_EQ(parsed("/demo_win_width=1024x").demoWinWidth, 1024);
-    EXPECT_EQ(parsed("/demo_win_width=640 /demo_win_width=800").demoWinWidth, 640);
-    EXPECT_EQ(parsed("/demo_win_height=-3").demoWinHeight, -3);
-    EXPECT_EQ(parsed("/demo_msaa=8").demoMsaa, 8);
-    EXPECT_FLOAT_EQ(parsed("/gl4_tess_level_outer=2.5").gl4TessLevelOuter, 2.5f);
-    EXPECT_FLOAT_EQ(parsed("/gl4_tess_level_inner=x").gl4TessLevelInner, 8.0f);
-    EXPECT_EQ(parsed("/cl_julia_rtt_size=1024").clJuliaRttSize, 1024);
-    EXPECT_EQ(parsed("/cl_particles_gpu=42 /cl_particles_cpu=7").clParticlesCpu, 7);
-    EXPECT_EQ(parsed("/cl_kernel_workload_mad=9").clKernelWorkloadMad, 9);
+    EXPECT_EQ(parsed("/demo_win_width=abc").demo.winWidth, 600);
+    EXPECT_EQ(parsed("/demo_win_width= 800").demo.winWidth, 800);  // scanf skips white space before a number
+    EXPECT_EQ(parsed("/demo_win_width=1024x").demo.winWidth, 1024);
+    EXPECT_EQ(parsed("/demo_win_width=640 /demo_win_width=800").demo.winWidth, 640);
+    EXPECT_EQ(parsed("/demo_win_height=-3").demo.winHeight, -3);
+    EXPECT_EQ(parsed("/demo_msaa=8").demo.msaaSamples, 8);
+    EXPECT_FLOAT_EQ(parsed("/gl4_tess_level_outer=2.5").demo.gl4TessLevelOuter, 2.5f);
+    EXPECT_FLOAT_EQ(parsed("/gl4_tess_level_inner=x").demo.gl4TessLevelInner, 8.0f);
+    EXPECT_EQ(parsed("/cl_julia_rtt_size=1024").demo.clJuliaRttSize, 1024);
+    EXPECT_EQ(parsed("/cl_particles_gpu=42 /cl_particles_cpu=7").demo.clParticlesCpu, 7);
+    EXPECT_EQ(parsed("/cl_kernel_workload_mad=9").demo.clKernelWorkloadMad, 9);
 }
 
 TEST(CommandLine, SegmentCountsTurnZeroIntoOneAndPassNegativesThrough) {
-    EXPECT_EQ(parsed("/cl_surface_segs_x=0").clSurfaceSegsX, 1);
-    EXPECT_EQ(parsed("/cl_surface_segs_z=0").clSurfaceSegsZ, 1);
-    EXPECT_EQ(parsed("/cl_surface_segs_x=-5").clSurfaceSegsX, -5);
-    EXPECT_EQ(parsed("/cl_surface_segs_z=64").clSurfaceSegsZ, 64);
+    EXPECT_EQ(parsed("/cl_surface_segs_x=0").demo.clSurfaceSegsX, 1);
+    EXPECT_EQ(parsed("/cl_surface_segs_z=0").demo.clSurfaceSegsZ, 1);
+    EXPECT_EQ(parsed("/cl_surface_segs_x=-5").demo.clSurfaceSegsX, -5);
+    EXPECT_EQ(parsed("/cl_surface_segs_z=64").demo.clSurfaceSegsZ, 64);
 }
 
 TEST(CommandLine, DeviceIndexIsForcedOnlyWhenItsNumberReads) {
-    const AppState forced = parsed("/cl_device_index=3");
+    const DemoSettings forced = parsed("/cl_device_index=3").demo;
     EXPECT_EQ(forced.clDeviceIndex, 3);
     EXPECT_TRUE(forced.clDeviceIndexForced);
-    const AppState unread = parsed("/cl_device_index=z");
+    const DemoSettings unread = parsed("/cl_device_index=z").demo;
     EXPECT_EQ(unread.clDeviceIndex, 0);
     EXPECT_FALSE(unread.clDeviceIndexForced);
 }
 
 TEST(CommandLine, PrefixOptionsAreGivenByTheLongerOnes) {
-    const AppState s = parsed("/cl_log_results_surface_deformer");
-    EXPECT_TRUE(s.benchLogResults);
+    EXPECT_TRUE(parsed("/cl_log_results_surface_deformer").demo.benchLogResults);
     // "/cl_kernel_workload_sin_do_check" contains no '=' so it sets no workload, only the check.
-    const AppState check = parsed("/cl_kernel_workload_sin_do_check");
+    const DemoSettings check = parsed("/cl_kernel_workload_sin_do_check").demo;
     EXPECT_TRUE(check.clKernelWorkloadDoCheck);
     EXPECT_EQ(check.clKernelWorkload, 0);
 }
@@ -112,49 +110,73 @@ TEST(CommandLine, EveryFlagMovesItsFieldAwayFromTheDefault) {
         "/cl_demo_explicit_workgroup_size_disabled /cl_demo_use_local_mem /cl_particles_sin /cl_julia_not_animated "
         "/disable_cl_support /exp_xml_report /exp_txt_report /exp_json_report /demo_capture_last_frame");
     EXPECT_FALSE(s.onlineCheckEnabled);
-    EXPECT_FALSE(s.gl3TorusRadeonFix);
-    EXPECT_FALSE(s.glRenderInClDemos);
-    EXPECT_TRUE(s.benchLogResults);
-    EXPECT_TRUE(s.closeAppEndOfDemo);
-    EXPECT_FALSE(s.gl4TessLevelAnim);
-    EXPECT_FALSE(s.clNativeSin);
-    EXPECT_FALSE(s.clGlInterop);
-    EXPECT_FALSE(s.clExplicitWorkgroupSize);
-    EXPECT_TRUE(s.clUseLocalMem);
-    EXPECT_TRUE(s.clParticlesSin);
-    EXPECT_FALSE(s.clJuliaAnimated);
+    EXPECT_FALSE(s.demo.gl3TorusRadeonFix);
+    EXPECT_FALSE(s.demo.glRenderInClDemos);
+    EXPECT_TRUE(s.demo.benchLogResults);
+    EXPECT_TRUE(s.demo.closeAppEndOfDemo);
+    EXPECT_FALSE(s.demo.gl4TessLevelAnim);
+    EXPECT_FALSE(s.demo.clNativeSin);
+    EXPECT_FALSE(s.demo.clGlInterop);
+    EXPECT_FALSE(s.demo.clExplicitWorkgroupSize);
+    EXPECT_TRUE(s.demo.clUseLocalMem);
+    EXPECT_TRUE(s.demo.clParticlesSin);
+    EXPECT_FALSE(s.demo.clJuliaAnimated);
     EXPECT_FALSE(s.openclSupportEnabled);
     EXPECT_TRUE(s.exportXmlReport);
     EXPECT_TRUE(s.exportTxtReport);
     EXPECT_TRUE(s.exportJsonReport);
-    EXPECT_TRUE(s.demoCaptureLastFrame);
+    EXPECT_TRUE(s.demo.captureLastFrame);
 }
 
-TEST(CommandLine, EachAutoStartOptionSetsOnlyItsOwnFlag) {
-    struct Case {
-        const char* option;
-        bool AppState::*field;
-    };
-    const Case cases[] = {
-        {"/start_demo_cl_deformer", &AppState::startDemoClDeformer},
-        {"/start_demo_cl_postfx", &AppState::startDemoClPostfx},
-        {"/start_demo_cl_particles", &AppState::startDemoClParticles},
-        {"/start_demo_cl_julia", &AppState::startDemoClJulia},
-        {"/start_demo_gl3_torus", &AppState::startDemoGl3Torus},
-        {"/start_demo_gl3_triangle", &AppState::startDemoGl3Triangle},
-        {"/start_demo_gl2_furry_cube", &AppState::startDemoGl2FurryCube},
-        {"/start_demo_gl2_hdr_dof", &AppState::startDemoGl2HdrDof},
-        {"/start_demo_gl2_gi", &AppState::startDemoGl2Gi},
-        {"/start_demo_gl2_soft_shadows", &AppState::startDemoGl2SoftShadows},
-        {"/start_demo_gl2_point_sprite", &AppState::startDemoGl2PointSprite},
-        {"/start_demo_gl2_vtf", &AppState::startDemoGl2Vtf},
-        {"/start_demo_gl2_toon", &AppState::startDemoGl2Toon},
-        {"/start_demo_gl2_simple_torus", &AppState::startDemoGl2SimpleTorus},
-        {"/start_demo_gl4_tessellation", &AppState::startDemoGl4Tessellation},
-    };
-    for (const Case& given : cases) {
+// The start options as they have always been spelled, each with its demo, in the order that decides between
+// two of them given at once: the earlier one starts.
+struct StartOption {
+    const char* option;
+    DemoId demo;
+};
+constexpr StartOption kStartOptions[] = {
+    {"/start_demo_cl_deformer", DemoId::ClSurfaceDeformer},
+    {"/start_demo_cl_postfx", DemoId::ClPostFx},
+    {"/start_demo_cl_particles", DemoId::ClParticles},
+    {"/start_demo_cl_julia", DemoId::ClJulia},
+    {"/start_demo_gl3_torus", DemoId::Gl3Torus},
+    {"/start_demo_gl3_triangle", DemoId::Gl3Triangle},
+    {"/start_demo_gl2_furry_cube", DemoId::FurryCube},
+    {"/start_demo_gl2_hdr_dof", DemoId::HdrDof},
+    {"/start_demo_gl2_gi", DemoId::GeometryInstancing},
+    {"/start_demo_gl2_soft_shadows", DemoId::SoftShadows},
+    {"/start_demo_gl2_point_sprite", DemoId::PointSprites},
+    {"/start_demo_gl2_vtf", DemoId::VertexDisplacement},
+    {"/start_demo_gl2_toon", DemoId::ToonShading},
+    {"/start_demo_gl2_simple_torus", DemoId::SimpleMesh},
+    {"/start_demo_gl4_tessellation", DemoId::Gl4Tessellation},
+};
+
+TEST(CommandLine, EachStartOptionAsksForItsOwnDemoAndEveryDemoHasOne) {
+    EXPECT_FALSE(parsed("").automaticDemo.has_value());
+    for (const StartOption& given : kStartOptions) {
         const AppState s = parsed(given.option);
-        for (const Case& other : cases) EXPECT_EQ(s.*(other.field), &given == &other) << given.option;
+        ASSERT_TRUE(s.automaticDemo.has_value()) << given.option;
+        EXPECT_EQ(*s.automaticDemo, given.demo) << given.option;
+        EXPECT_STREQ(demoRow(given.demo).option, given.option);
+    }
+    // Round trip over the table: every row's option is one the parser lists, and leads back to that row.
+    EXPECT_EQ(std::size(kStartOptions), kDemoCount);
+    std::vector<std::string> listed;
+    for (size_t i = 0; i < commandLineOptionCount(); ++i) listed.push_back(commandLineOptionText(i));
+    for (const DemoRow& demo : kDemoRows) {
+        EXPECT_NE(std::find(listed.begin(), listed.end(), demo.option), listed.end()) << demo.option;
+        EXPECT_EQ(parsed(demo.option).automaticDemo, demo.id) << demo.option;
+    }
+}
+
+TEST(CommandLine, OfTwoStartOptionsTheOneListedFirstStartsWhereverEitherStands) {
+    for (size_t first = 0; first < std::size(kStartOptions); ++first) {
+        for (size_t later = first + 1; later < std::size(kStartOptions); ++later) {
+            const std::string a = kStartOptions[first].option, b = kStartOptions[later].option;
+            for (const std::string& line : {a + " " + b, b + " " + a})
+                EXPECT_EQ(parsed(line.c_str()).automaticDemo, kStartOptions[first].demo) << line;
+        }
     }
 }
 
@@ -239,7 +261,7 @@ TEST(CommandLine, JoinsArgumentsWithSingleBlanksWithoutTheProgramName) {
     AppState s;
     resetAppState(s);
     parseCommandLine(s, joinArguments(4, argv).c_str());
-    EXPECT_EQ(s.demoWinWidth, 640);
+    EXPECT_EQ(s.demo.winWidth, 640);
 }
 
 }  // namespace

@@ -76,7 +76,6 @@ struct GpuRecord {
     uint32_t memoryBusWidth = 0;  // bits
     uint32_t memoryLocation = 0;  // 1 GPU dedicated, 2 system shared, 3 system dedicated
     uint32_t physicalFrameBufferKb = 0;
-    uint32_t virtualFrameBufferKb = 0;
     std::unique_ptr<PerfLevel[]> perfLevels;
     uint32_t perfLevelCount = 0;
     // Last live readings; -1 means never read.
@@ -89,7 +88,6 @@ struct GpuRecord {
     uint32_t memoryTotalKb = 0;
     uint32_t memoryAvailableKb = 0;
     uint32_t vendorId = 0, deviceId = 0, subvendorId = 0, subdeviceId = 0;
-    uint32_t irq = 0;
     uint32_t nvDeviceId32 = 0;     // low half vendor, high half device
     uint32_t nvSubsystemId32 = 0;  // low half subvendor, high half subdevice
     uint32_t nvRevision = 0;
@@ -99,8 +97,6 @@ struct GpuRecord {
     int32_t shaderCores = 0;
     int32_t vertexPipes = 0;
     int32_t pixelPipes = 0;
-    uint32_t shaderPipeCount = 0, partitionCount = 0, pcieWidth = 0, tpcCount = 0, tpcMask = 0, spCount = 0,
-             smCount = 0;
     uint32_t memorySizeMb = 0;
     char driverVersion[512] = {};
     char driverDate[256] = {};

@@ -195,17 +195,6 @@ public:
     bool exportDriverSettings(int gpu, const char* utf8Path);
     bool setGpuPstate20Clocks(int gpu, float coreMhz, float memMhz, float volts);
     bool setGpuPstateClocks(int gpu, float gpuMhz, float memMhz, float shaderMhz, float volts);
-    // Counters read at start-up.
-    uint32_t getGpuShaderPipeCount(int gpu) const;
-    uint32_t getGpuPartitionCount(int gpu) const;
-    uint32_t getGpuPcieWidth(int gpu) const;
-    uint32_t getGpuTpcCount(int gpu) const;
-    uint32_t getGpuTpcMask(int gpu) const;
-    uint32_t getGpuSpCount(int gpu) const;
-    uint32_t getGpuSmCount(int gpu) const;
-    uint32_t getGpuIrq(int gpu) const;
-    uint32_t getGpuPhysicalFrameBufferKb(int gpu) const;
-    uint32_t getGpuVirtualFrameBufferKb(int gpu) const;
 
     // AMD only
     // Power limit as percent of the board's default (the default reads 100); false without a power limit.
@@ -229,7 +218,6 @@ public:
     uint32_t getWglExtensionCount() const;  // names the EGL display adds
     int32_t getMsaaModeCount() const;
     int32_t getMsaaMode(int index) const;  // samples; 0 past the end
-    int32_t getMaxSamples() const;
     // The capability catalogue; a null group selects the separator's empty group.
     int32_t capCount() const;
     int32_t capCountInGroup(const char* group, int32_t* firstIndex) const;
@@ -259,11 +247,6 @@ public:
     int32_t getMaxFragmentBindableUniforms() const;
     int32_t getMaxGeometryBindableUniforms() const;
     int32_t getMaxDrawBuffers() const;
-    int32_t getMaxTessControlTextureUnits() const;
-    int32_t getMaxTessEvaluationTextureUnits() const;
-    int32_t getMaxTessGenLevel() const;
-    int32_t getMaxTessControlUniformComponents() const;
-    int32_t getMaxTessEvaluationUniformComponents() const;
 
     // The main render window's machine state (null before getInstance succeeded).
     HardwareCaps* caps() const;

@@ -153,23 +153,4 @@ bool Kalidor::setGpuPstateClocks(int gpu, float gpuMhz, float memMhz, float shad
 
 #undef KALIDOR_NVIDIA_GPU
 
-#define KALIDOR_NVIDIA_COUNTER(getter, field)               \
-    uint32_t Kalidor::getter(int gpu) const {               \
-        const GpuRecord* r = nvidiaRecord(gpu);             \
-        return r ? uint32_t(r->field) : 0;                  \
-    }
-
-KALIDOR_NVIDIA_COUNTER(getGpuShaderPipeCount, shaderPipeCount)
-KALIDOR_NVIDIA_COUNTER(getGpuPartitionCount, partitionCount)
-KALIDOR_NVIDIA_COUNTER(getGpuPcieWidth, pcieWidth)
-KALIDOR_NVIDIA_COUNTER(getGpuTpcCount, tpcCount)
-KALIDOR_NVIDIA_COUNTER(getGpuTpcMask, tpcMask)
-KALIDOR_NVIDIA_COUNTER(getGpuSpCount, spCount)
-KALIDOR_NVIDIA_COUNTER(getGpuSmCount, smCount)
-KALIDOR_NVIDIA_COUNTER(getGpuIrq, irq)
-KALIDOR_NVIDIA_COUNTER(getGpuPhysicalFrameBufferKb, physicalFrameBufferKb)
-KALIDOR_NVIDIA_COUNTER(getGpuVirtualFrameBufferKb, virtualFrameBufferKb)
-
-#undef KALIDOR_NVIDIA_COUNTER
-
 }  // namespace Kalidornm

@@ -52,7 +52,6 @@ int32_t Kalidor::getMsaaMode(int index) const {
     if (!gl || index < 0 || static_cast<size_t>(index) >= gl->msaaModes.size()) return 0;
     return gl->msaaModes[static_cast<size_t>(index)].samples;
 }
-int32_t Kalidor::getMaxSamples() const { return glState() ? glState()->maxSamples : 0; }
 
 int32_t Kalidor::capCount() const { return glState() ? static_cast<int32_t>(glState()->caps.size()) : 0; }
 int32_t Kalidor::capCountInGroup(const char* group, int32_t* firstIndex) const {
@@ -120,14 +119,5 @@ int32_t Kalidor::getMaxGeometryBindableUniforms() const {
     return glState() ? glState()->maxGeometryBindableUniforms : 0;
 }
 int32_t Kalidor::getMaxDrawBuffers() const { return summaryNumbers().maxDrawBuffers; }
-int32_t Kalidor::getMaxTessControlTextureUnits() const { return summaryNumbers().maxTessControlTextureUnits; }
-int32_t Kalidor::getMaxTessEvaluationTextureUnits() const { return summaryNumbers().maxTessEvaluationTextureUnits; }
-int32_t Kalidor::getMaxTessGenLevel() const { return summaryNumbers().maxTessGenLevel; }
-int32_t Kalidor::getMaxTessControlUniformComponents() const {
-    return summaryNumbers().maxTessControlUniformComponents;
-}
-int32_t Kalidor::getMaxTessEvaluationUniformComponents() const {
-    return summaryNumbers().maxTessEvaluationUniformComponents;
-}
 
 }  // namespace Kalidornm

@@ -130,13 +130,6 @@ void readOpenGLCaps(GlApi& api, HardwareCaps& caps) {
     OpenGlNumbers& n = state.numbers;
     readCapCatalogue(api, state);
 
-    if (hasExtension(state.extensions, "GL_ARB_tessellation_shader")) {
-        readIntInto(api, gl::kMaxTessControlTextureImageUnits, n.maxTessControlTextureUnits);
-        readIntInto(api, gl::kMaxTessEvaluationTextureImageUnits, n.maxTessEvaluationTextureUnits);
-        readIntInto(api, gl::kMaxTessGenLevel, n.maxTessGenLevel);
-        readIntInto(api, gl::kMaxTessControlUniformComponents, n.maxTessControlUniformComponents);
-        readIntInto(api, gl::kMaxTessEvaluationUniformComponents, n.maxTessEvaluationUniformComponents);
-    }
     n.maxViewportSize = readInt(api, gl::kMaxViewportDims);
 
     setCapability(caps, GlFeatureMultitexture, api.glewFlag("GL_ARB_multitexture"));

@@ -43,11 +43,6 @@ struct OpenGlNumbers {
     int32_t maxVaryingFloats = 0;
     int32_t maxDrawBuffers = 0;
     int32_t maxLights = 0;
-    int32_t maxTessControlTextureUnits = 0;
-    int32_t maxTessEvaluationTextureUnits = 0;
-    int32_t maxTessGenLevel = 0;
-    int32_t maxTessControlUniformComponents = 0;
-    int32_t maxTessEvaluationUniformComponents = 0;
 };
 
 // What the OpenGL probe learnt: version numbers, strings, limits, extension names, catalogue and the

@@ -18,7 +18,6 @@ inline constexpr unsigned int kMaxMilliwatts = 10000000;  // 10 kW
 inline constexpr unsigned long long kMaxMemoryBytes = 1ULL << 50;
 inline constexpr unsigned int kMaxCores = 1000000;
 inline constexpr unsigned int kMaxBusWidthBits = 65536;
-inline constexpr unsigned int kMaxPcieLanes = 64;
 }  // namespace nvidia_limits
 
 }  // namespace Kalidornm

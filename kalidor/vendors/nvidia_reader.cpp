@@ -131,9 +131,6 @@ void readCounters(const NvmlLibrary& nvml, GpuRecord& r) {
         r.memoryBusWidth = value;
     if (nvml.deviceGetNumGpuCores && nvml.deviceGetNumGpuCores(d, &value) == NVML_SUCCESS && value <= kMaxCores)
         r.shaderCores = int32_t(value);
-    if (nvml.deviceGetCurrPcieLinkWidth && nvml.deviceGetCurrPcieLinkWidth(d, &value) == NVML_SUCCESS &&
-        value <= kMaxPcieLanes)
-        r.pcieWidth = value;
 }
 
 void readPerfLevelTable(const NvmlLibrary& nvml, GpuRecord& r) {
@@ -192,10 +189,6 @@ void fillRecord(NvidiaState& state, uint32_t index, GpuRecord& r, const BackendS
     if (nvml.deviceGetVbiosVersion &&
         nvml.deviceGetVbiosVersion(device(r.nvPhysicalGpu), bios, sizeof bios) == NVML_SUCCESS)
         copyDriverText(r.biosVersion, bios);
-    unsigned int irq = 0;
-    if (nvml.deviceGetIrqNum && nvml.deviceGetIrqNum(device(r.nvPhysicalGpu), &irq) == NVML_SUCCESS &&
-        irq != 0xFFFFFFFFu)
-        r.irq = irq;
 }
 
 // The record of a GPU the driver is not asked about (it sleeps, or the driver cannot be asked without waking

@@ -20,7 +20,6 @@ struct NvGpuInfo {
     void* handle = nullptr;
     std::optional<PciAddress> address;  // where the driver says the GPU sits
     uint32_t physicalFrameBufferKb = 0;
-    uint32_t virtualFrameBufferKb = 0;
     uint32_t gpuType = 0;  // 1 integrated, 2 discrete; the management library does not say, so it stays 0
     char fullName[128] = {};
 };

@@ -40,8 +40,6 @@ bool NvmlLibrary::load(const std::string& path) {
     bind(l, deviceGetVbiosVersion, {"nvmlDeviceGetVbiosVersion"});
     bind(l, deviceGetNumGpuCores, {"nvmlDeviceGetNumGpuCores"});
     bind(l, deviceGetMemoryBusWidth, {"nvmlDeviceGetMemoryBusWidth"});
-    bind(l, deviceGetCurrPcieLinkWidth, {"nvmlDeviceGetCurrPcieLinkWidth"});
-    bind(l, deviceGetIrqNum, {"nvmlDeviceGetIrqNum"});
     bind(l, deviceGetBoardId, {"nvmlDeviceGetBoardId"});
     bind(l, deviceGetTemperature, {"nvmlDeviceGetTemperature"});
     bind(l, deviceGetFieldValues, {"nvmlDeviceGetFieldValues"});

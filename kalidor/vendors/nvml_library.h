@@ -41,8 +41,6 @@ public:
     decltype(&nvmlDeviceGetVbiosVersion) deviceGetVbiosVersion = nullptr;
     decltype(&nvmlDeviceGetNumGpuCores) deviceGetNumGpuCores = nullptr;
     decltype(&nvmlDeviceGetMemoryBusWidth) deviceGetMemoryBusWidth = nullptr;
-    decltype(&nvmlDeviceGetCurrPcieLinkWidth) deviceGetCurrPcieLinkWidth = nullptr;
-    decltype(&nvmlDeviceGetIrqNum) deviceGetIrqNum = nullptr;
     decltype(&nvmlDeviceGetBoardId) deviceGetBoardId = nullptr;
     decltype(&nvmlDeviceGetTemperature) deviceGetTemperature = nullptr;
     decltype(&nvmlDeviceGetFieldValues) deviceGetFieldValues = nullptr;

@@ -145,9 +145,7 @@ TEST_F(NvidiaFacade, LiveReadsGiveTheDriversValuesInTheirUnits) {
 
     EXPECT_EQ(library->getDriverVersionNumber(), 55054u);
     EXPECT_STREQ(library->getDriverBranch(), "r550");
-    EXPECT_EQ(library->getGpuPcieWidth(0), 16u);
-    EXPECT_EQ(library->getGpuIrq(0), 42u);
-    EXPECT_EQ(library->getGpuPhysicalFrameBufferKb(0), 2048u * 1024u);
+    EXPECT_EQ(library->getGpuMemorySizeMb(0), 2048u);
 }
 
 TEST_F(NvidiaFacade, ActiveApplicationsAreNamedFromTheProcessTable) {
@@ -207,7 +205,6 @@ TEST_F(NvidiaFacade, OnlyTheDriversOwnRecordsAreRead) {
         EXPECT_FALSE(library->readGpuPowerUsage(gpu, &percent, &mw)) << gpu;
         EXPECT_FALSE(library->readGpuClockFrequencies(gpu, 0, &percent, &percent)) << gpu;
         EXPECT_EQ(library->queryActive3DApps(gpu), 0u) << gpu;
-        EXPECT_EQ(library->getGpuPcieWidth(gpu), 0u) << gpu;
         EXPECT_EQ(library->getActiveAppName(gpu, 0), nullptr) << gpu;
     }
     EXPECT_FALSE(library->readGpuFanSpeed(2, &percent, nullptr));

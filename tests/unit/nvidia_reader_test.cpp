@@ -177,7 +177,6 @@ TEST(NvidiaReader, OldLibraryStartsThroughThePlainInitAndLacksTheNewerReads) {
     const GpuRecord& r = *gpus.at(0);
     EXPECT_EQ(r.deviceId, 0x1180u);
     EXPECT_EQ(r.busId, 3);
-    EXPECT_EQ(r.irq, 0u);                            // no IRQ query in the old library
     EXPECT_FLOAT_EQ(r.sensorGpu.current, 45.0f);
     EXPECT_FLOAT_EQ(r.sensorMemory.current, 0.0f);  // no field-value query
 }

@@ -94,7 +94,6 @@ TEST(NvmlFaults, ErrorsFromEveryCallLeaveTheRecordFromThePciLayerAndNoReading) {
     EXPECT_STREQ(library.getGpuBiosVersion(0), "");
     EXPECT_EQ(library.getGpuMemorySizeMb(0), 0u);
     EXPECT_EQ(library.getGpuShaderCores(0), 1536);  // the database's figure, not the scribbled 3
-    EXPECT_EQ(library.getGpuPcieWidth(0), 0u);
     EXPECT_EQ(library.getDriverVersionNumber(), 0u);
     EXPECT_FALSE(library.hasGpuTemperature(0));
     const LiveReadOutcome reads = readEveryLiveValue(library, 0);
@@ -112,9 +111,6 @@ TEST(NvmlFaults, LargestValuesOfTheirTypeAreNoReadings) {
     ASSERT_EQ(library.getGpuCount(), 1u);
     EXPECT_EQ(library.getGpuPerfLevelCount(0), 0u);
     EXPECT_EQ(library.getGpuMemorySizeMb(0), 0u);
-    EXPECT_EQ(library.getGpuPhysicalFrameBufferKb(0), 0u);
-    EXPECT_EQ(library.getGpuPcieWidth(0), 0u);
-    EXPECT_EQ(library.getGpuIrq(0), 0u);
     uint32_t bits = 7;
     ASSERT_TRUE(library.getGpuMemoryBusWidth(0, &bits, nullptr));
     EXPECT_EQ(bits, 0u);

@@ -230,7 +230,6 @@ TEST(GlCaps, FlagsAndLimitsFollowGlewFlagsAndVersion) {
     api.floats[gl::kPointSizeMax] = 63.0f;
     api.ints[gl::kMaxViewportDims] = 16384;
     api.ints[gl::kMaxVertexUniformComponents] = 4096;
-    api.ints[gl::kMaxTessGenLevel] = 64;
     HardwareCaps caps;
     caps.gl.numbers.majorVersion = 1;
     caps.gl.numbers.minorVersion = 5;
@@ -241,7 +240,6 @@ TEST(GlCaps, FlagsAndLimitsFollowGlewFlagsAndVersion) {
     EXPECT_TRUE(hasCapability(caps, GlFeatureTextureArray) && hasCapability(caps, GlFeatureTextureBuffer));
     EXPECT_FALSE(hasCapability(caps, GlFeatureOpenGL20));
     EXPECT_EQ(caps.gl.numbers.maxVertexUniformComponents, 0);  // GLSL limits need OpenGL 2.0 as well
-    EXPECT_EQ(caps.gl.numbers.maxTessGenLevel, 0);             // no GL_ARB_tessellation_shader listed
     EXPECT_EQ(caps.gl.numbers.maxViewportSize, 16384);
     EXPECT_FLOAT_EQ(caps.gl.numbers.maxAnisotropy, 1.0f);
     EXPECT_FLOAT_EQ(caps.gl.numbers.maxPointSize, 63.0f);

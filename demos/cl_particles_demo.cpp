@@ -9,30 +9,13 @@
 #include "demo_scenes.h"
 #include "gl_demo_support.h"
 #include "gl_utility/render_window_gl.h"
+#include "gl_utility/shader_texts.h"
 #include "harness/demo_media.h"
 #include "opencl/cl_demo_scene.h"
 #include "opencl/cl_device_choice.h"
 #include "opencl/particle_system_cl.h"
 
 namespace {
-
-constexpr const char* kVertexShader = R"(
-in vec4 In_Position;
-uniform mat4 WorldViewProjectionMatrix;
-void main()
-{
-    gl_Position = WorldViewProjectionMatrix * In_Position;
-}
-)";
-
-constexpr const char* kPixelShader = R"(
-uniform vec4 partColor;
-out vec4 Out_Color;
-void main()
-{
-    Out_Color = partColor;
-}
-)";
 
 constexpr ClDemoTraits kTraits = {.fpsWhat = "Particles",
                                   .kernelErrorName = "CL_Particles(kernel ERROR)",
@@ -76,7 +59,8 @@ public:
 
 protected:
     bool _buildGraphics(DemoContext& context, RenderWindowGL&, const std::string& language) override {
-        if (!buildDemoProgram(m_program, {_vertexLanguage(language) + kVertexShader, "", "", language + kPixelShader}))
+        if (!buildDemoProgram(m_program, {shaderSource(_vertexLanguage(language), "transformed_position.vert"), "", "",
+                                          shaderSource(language, "particles.frag")}))
             return false;
         m_program.setMatrix("WorldViewProjectionMatrix",
                             Mat4::orthographic(0, float(context.clientWidth), 0, float(context.clientHeight), -1, 1));

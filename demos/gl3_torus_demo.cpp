@@ -10,71 +10,12 @@
 #include "gl_utility/corner_logo.h"
 #include "gl_utility/mesh_gl.h"
 #include "gl_utility/render_window_gl.h"
+#include "gl_utility/shader_texts.h"
 
 namespace {
 
 constexpr int kLightCount = 13;
 constexpr float kDegreesPerSecond = 14.5f;
-
-constexpr const char* kVertexShader = R"(
-#define NUM_LIGHTS 13
-in vec4 In_Position;
-in vec4 In_Normal;
-in vec4 In_Color;
-uniform mat4 WorldMatrix;
-uniform mat4 ViewMatrix;
-uniform mat4 ProjectionMatrix;
-uniform vec4 lightsPosition[NUM_LIGHTS];
-uniform int numLights;
-out vec3 Normal;
-out vec3 EyeVector;
-out vec3 LightDirection[NUM_LIGHTS];
-out vec4 Vertex_Color;
-void main()
-{
-    mat4 modelView = ViewMatrix * WorldMatrix;
-    vec4 viewPosition = modelView * In_Position;
-    Normal = mat3(modelView) * In_Normal.xyz;
-    EyeVector = -viewPosition.xyz;
-    for (int i = 0; i < LIGHT_LOOP_END; ++i)
-        LightDirection[i] = lightsPosition[i].xyz - viewPosition.xyz;
-    Vertex_Color = In_Color;
-    gl_Position = ProjectionMatrix * viewPosition;
-}
-)";
-
-constexpr const char* kPixelShader = R"(
-#define NUM_LIGHTS 13
-uniform vec4 lightsDiffuse[NUM_LIGHTS];
-uniform int numLights;
-in vec3 Normal;
-in vec3 EyeVector;
-in vec3 LightDirection[NUM_LIGHTS];
-in vec4 Vertex_Color;
-out vec4 Out_Color;
-void main()
-{
-    const vec4 lightDiffuse = vec4(0.1, 0.1, 0.1, 1.0);
-    const vec4 materialDiffuse = vec4(0.8, 0.8, 0.8, 1.0);
-    const vec4 materialSpecular = vec4(0.9, 0.9, 0.9, 1.0);
-    const float shininess = 90.0;
-    vec3 N = normalize(Normal);
-    vec3 E = normalize(EyeVector);
-    vec4 color = vec4(0.0);
-    for (int i = 0; i < LIGHT_LOOP_END; ++i)
-    {
-        vec3 L = normalize(LightDirection[i]);
-        float lambert = dot(N, L);
-        if (lambert > 0.0)
-        {
-            color += lightDiffuse * materialDiffuse * lambert;
-            float specular = pow(max(dot(reflect(-L, N), E), 0.0), shininess);
-            color += lightsDiffuse[i] * materialSpecular * specular * lambert;
-        }
-    }
-    Out_Color = vec4(color.rgb, 1.0);
-}
-)";
 
 // A number from 0 to 32767 as the lights were designed for; the generator's own range is wider here.
 float randomNumber() { return float(std::rand() & 0x7FFF); }
@@ -99,7 +40,8 @@ public:
         const std::string language = gl3LanguageLine(minor);
         const std::string prelude = language + "\n#define LIGHT_LOOP_END " + loopEnd + "\n";
         const std::string vertexPrelude = minor < 2 ? prelude + "precision highp float;\n" : prelude;
-        if (!buildDemoProgram(m_program, {vertexPrelude + kVertexShader, "", "", prelude + kPixelShader})) return false;
+        if (!buildDemoProgram(m_program, {shaderSource(vertexPrelude, "lit_torus.vert"), "", "",
+                                          shaderSource(prelude, "lit_torus.frag")})) return false;
         m_program.setMatrix("WorldMatrix", Mat4::identity());
         m_program.setMatrix("ViewMatrix", view);
         m_program.setMatrix("ProjectionMatrix", projection);

@@ -7,29 +7,9 @@
 #include "gl_utility/corner_logo.h"
 #include "gl_utility/mesh_gl.h"
 #include "gl_utility/render_window_gl.h"
+#include "gl_utility/shader_texts.h"
 
 namespace {
-
-constexpr const char* kVertexShader = R"(
-in vec4 In_Position;
-in vec4 In_Color;
-uniform mat4 WorldViewProjectionMatrix;
-out vec4 Vertex_Color;
-void main()
-{
-    gl_Position = WorldViewProjectionMatrix * In_Position;
-    Vertex_Color = In_Color;
-}
-)";
-
-constexpr const char* kPixelShader = R"(
-in vec4 Vertex_Color;
-out vec4 Out_Color;
-void main()
-{
-    Out_Color = Vertex_Color;
-}
-)";
 
 class Gl3TriangleDemo : public DemoScene {
 public:
@@ -46,7 +26,8 @@ public:
         const std::string language = gl3LanguageLine(minor);
         // The 1.40 set states the float precision in the vertex stage as well.
         const std::string vertexPrelude = minor < 2 ? language + "\nprecision highp float;" : language;
-        if (!buildDemoProgram(m_program, {vertexPrelude + kVertexShader, "", "", language + kPixelShader}))
+        if (!buildDemoProgram(m_program, {shaderSource(vertexPrelude, "colored_triangle.vert"), "", "",
+                                          shaderSource(language, "vertex_color.frag")}))
             return false;
         m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection);
         if (!m_triangle.makeTriangle()) return false;

@@ -12,59 +12,11 @@
 #include "gl_utility/corner_logo.h"
 #include "gl_utility/mesh_gl.h"
 #include "gl_utility/render_window_gl.h"
+#include "gl_utility/shader_texts.h"
 
 namespace {
 
 constexpr const char* kLanguage = "#version 400 core\n";
-
-constexpr const char* kVertexShader = R"(
-in vec4 In_Position;
-uniform mat4 WorldViewProjectionMatrix;
-void main()
-{
-    gl_Position = WorldViewProjectionMatrix * In_Position;
-}
-)";
-
-constexpr const char* kTessControlShader = R"(
-layout(vertices = 3) out;
-uniform float tessLevelOuter;
-uniform float tessLevelInner;
-out vec4 Control_Color[];
-void main()
-{
-    vec4 position = gl_in[gl_InvocationID].gl_Position;
-    gl_out[gl_InvocationID].gl_Position = position;
-    float y = (1.0 + sin(position.y)) * 0.5;
-    Control_Color[gl_InvocationID] = vec4(1.0 - y, y, 0.0, 1.0);
-    gl_TessLevelOuter[0] = tessLevelOuter;
-    gl_TessLevelOuter[1] = tessLevelOuter;
-    gl_TessLevelOuter[2] = tessLevelOuter;
-    gl_TessLevelInner[0] = tessLevelInner;
-}
-)";
-
-constexpr const char* kTessEvaluationShader = R"(
-layout(triangles, equal_spacing, ccw) in;
-in vec4 Control_Color[];
-out vec4 Vertex_Color;
-void main()
-{
-    gl_Position = gl_TessCoord.x * gl_in[0].gl_Position + gl_TessCoord.y * gl_in[1].gl_Position +
-                  gl_TessCoord.z * gl_in[2].gl_Position;
-    Vertex_Color = gl_TessCoord.x * Control_Color[0] + gl_TessCoord.y * Control_Color[1] +
-                   gl_TessCoord.z * Control_Color[2];
-}
-)";
-
-constexpr const char* kPixelShader = R"(
-in vec4 Vertex_Color;
-out vec4 Out_Color;
-void main()
-{
-    Out_Color = Vertex_Color;
-}
-)";
 
 class Gl4TessellationDemo : public DemoScene {
 public:
@@ -89,8 +41,10 @@ public:
         m_worldViewProjection = projection * Mat4::lookAt(eye, center, up) * Mat4::identity();
 
         const std::string language = kLanguage;
-        if (!buildDemoProgram(m_program, {language + kVertexShader, language + kTessControlShader,
-                                          language + kTessEvaluationShader, language + kPixelShader}))
+        if (!buildDemoProgram(m_program, {shaderSource(language, "transformed_position.vert"),
+                                          shaderSource(language, "tessellated_triangle.tesc"),
+                                          shaderSource(language, "tessellated_triangle.tese"),
+                                          shaderSource(language, "vertex_color.frag")}))
             return false;
         m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection);
         m_program.set1f("tessLevelOuter", settings.gl4TessLevelOuter);

@@ -14,6 +14,10 @@ target_link_libraries(unit_demos PRIVATE demos)
 lumenscope_integration_test(integration_gl_utility demos/gl_utility_test.cpp)
 target_link_libraries(integration_gl_utility PRIVATE demos)
 
+# Every shader program the demos build from media/shaders/, compiled and linked on the same driver.
+lumenscope_integration_test(integration_shader_programs demos/shader_programs_test.cpp)
+target_link_libraries(integration_shader_programs PRIVATE demos)
+
 # The program itself running each demo headless as a one-second benchmark.
 lumenscope_integration_test(integration_demo_runs demos/demo_runs_test.cpp)
 target_link_libraries(integration_demo_runs PRIVATE demos)

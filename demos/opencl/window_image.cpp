@@ -4,36 +4,12 @@
 
 #include <string>
 
-namespace {
-
-constexpr const char* kVertexBody = R"(
-in vec4 In_Position;
-in vec4 In_UV;
-uniform mat4 WorldViewProjectionMatrix;
-out vec4 Vertex_Color;
-void main()
-{
-    gl_Position = WorldViewProjectionMatrix * In_Position;
-    Vertex_Color = In_UV;
-}
-)";
-
-constexpr const char* kPixelBody = R"(
-uniform sampler2D colorMap;
-in vec4 Vertex_Color;
-out vec4 Out_Color;
-void main()
-{
-    Out_Color = vec4(texture(colorMap, Vertex_Color.xy).rgb, 1.0);
-}
-)";
-
-}  // namespace
+#include "gl_utility/shader_texts.h"
 
 bool WindowImage::create(const char* versionLine, int width, int height) {
     release();
-    const std::string vertex = std::string(versionLine) + "\n" + kVertexBody;
-    const std::string pixel = std::string(versionLine) + "\n" + kPixelBody;
+    const std::string vertex = shaderSource(versionLine, "textured_quad.vert");
+    const std::string pixel = shaderSource(versionLine, "textured_quad.frag");
     if (!m_program.loadVertexShader(vertex.c_str(), vertex.size()) ||
         !m_program.loadPixelShader(pixel.c_str(), pixel.size()) || !m_program.use())
         return false;

@@ -1,9 +1,10 @@
 #include "vx_texture.h"
 
+#include <GL/glew.h>
+
 #include <algorithm>
 #include <vector>
 
-#include "gl_api.h"
 #include "gl_errors.h"
 #include "vantalux.h"
 #include "vx_image.h"

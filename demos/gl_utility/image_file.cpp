@@ -3,14 +3,6 @@
 #include <FreeImage.h>
 #include <GL/glew.h>
 
-#include "engine/vantalux.h"
-
-namespace {
-
-void trace(const char* text) { Vantalux_nsp::vxTraceMgr::getInstance()->logTrace(1, "%s", text); }
-
-}  // namespace
-
 ImageFile::~ImageFile() { _unloadBitmap(); }
 
 bool ImageFile::_adopt(FIBITMAP* loaded) {
@@ -35,36 +27,21 @@ bool ImageFile::_adopt(FIBITMAP* loaded) {
 }
 
 bool ImageFile::loadFromMemory(const uint8_t* data, size_t size) {
-    if (!data || size == 0 || size > 0xFFFFFFFFu) {
-        trace("Unable to load image from memory");
-        return false;
-    }
+    if (!data || size == 0 || size > 0xFFFFFFFFu) return false;
     FIMEMORY* stream = FreeImage_OpenMemory(const_cast<BYTE*>(data), DWORD(size));
     if (!stream) return false;
     const FREE_IMAGE_FORMAT format = FreeImage_GetFileTypeFromMemory(stream, 0);
-    bool ok = false;
-    if (format == FIF_UNKNOWN || !FreeImage_FIFSupportsReading(format)) {
-        trace("Unable to load image from memory");
-    } else {
-        ok = _adopt(FreeImage_LoadFromMemory(format, stream, 0));
-        if (!ok) trace("Unable to load image from memory");
-    }
+    const bool ok = format != FIF_UNKNOWN && FreeImage_FIFSupportsReading(format) &&
+                    _adopt(FreeImage_LoadFromMemory(format, stream, 0));
     FreeImage_CloseMemory(stream);
     return ok;
 }
 
 bool ImageFile::loadFromFile(const char* path) {
-    if (!path || !*path) {
-        trace("Unable to load image from file");
-        return false;
-    }
+    if (!path || !*path) return false;
     FREE_IMAGE_FORMAT format = FreeImage_GetFileType(path, 0);
     if (format == FIF_UNKNOWN) format = FreeImage_GetFIFFromFilename(path);
-    if (format == FIF_UNKNOWN || !FreeImage_FIFSupportsReading(format) || !_adopt(FreeImage_Load(format, path, 0))) {
-        trace("Unable to load image from file");
-        return false;
-    }
-    return true;
+    return format != FIF_UNKNOWN && FreeImage_FIFSupportsReading(format) && _adopt(FreeImage_Load(format, path, 0));
 }
 
 uint32_t ImageFile::createTexture() {

@@ -14,7 +14,7 @@ public:
     ImageFile(const ImageFile&) = delete;
     ImageFile& operator=(const ImageFile&) = delete;
 
-    // False (and one trace line) when the bytes or the file are not an image FreeImage can read.
+    // False when the bytes or the file are not an image FreeImage can read.
     bool loadFromMemory(const uint8_t* data, size_t size);
     bool loadFromFile(const char* path);
     // Makes a GL_TEXTURE_2D with nearest filtering from the bitmap; 0 without a bitmap.

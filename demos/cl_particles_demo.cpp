@@ -7,6 +7,7 @@
 #include "app/app_log.h"
 #include "demo_context.h"
 #include "demo_scenes.h"
+#include "engine/vx_math.h"
 #include "gl_demo_support.h"
 #include "gl_utility/render_window_gl.h"
 #include "gl_utility/shader_texts.h"
@@ -16,6 +17,8 @@
 #include "opencl/particle_system_cl.h"
 
 namespace {
+
+using Vantalux_nsp::vxMat4;
 
 constexpr ClDemoTraits kTraits = {.fpsWhat = "Particles",
                                   .kernelErrorName = "CL_Particles(kernel ERROR)",
@@ -62,8 +65,9 @@ protected:
         if (!buildDemoProgram(m_program, {shaderSource(_vertexLanguage(language), "transformed_position.vert"), "", "",
                                           shaderSource(language, "particles.frag")}))
             return false;
-        m_program.setMatrix("WorldViewProjectionMatrix",
-                            Mat4::orthographic(0, float(context.clientWidth), 0, float(context.clientHeight), -1, 1));
+        const vxMat4 pixelsToClip =
+            vxMat4::orthographic(0, float(context.clientWidth), 0, float(context.clientHeight), -1, 1);
+        m_program.setMatrix("WorldViewProjectionMatrix", pixelsToClip.data());
         glPointSize(1.2f);
         setDemoMouse(context.clientWidth / 2, context.clientHeight / 2);
         return true;

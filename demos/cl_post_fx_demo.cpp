@@ -4,6 +4,7 @@
 
 #include "demo_context.h"
 #include "demo_scenes.h"
+#include "engine/vx_math.h"
 #include "gl_demo_support.h"
 #include "gl_utility/mesh_gl.h"
 #include "gl_utility/render_window_gl.h"
@@ -15,6 +16,9 @@
 #include "opencl/window_image.h"
 
 namespace {
+
+using Vantalux_nsp::vxMat4;
+using Vantalux_nsp::vxVec3;
 
 constexpr float kDegreesPerSecond = 14.5f;
 
@@ -39,10 +43,11 @@ public:
         glEnable(GL_DEPTH_TEST);
         glClearDepth(1.0);
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-        const Mat4 world = Mat4::rotationEuler(m_rotationAngle, m_rotationAngle - 90.0f, m_rotationAngle - 90.0f);
+        const vxMat4 world =
+            vxMat4::rotationAboutXYZ(m_rotationAngle, m_rotationAngle - 90.0f, m_rotationAngle - 90.0f);
         m_rotationAngle += dt * kDegreesPerSecond;
         m_program.use();
-        m_program.setMatrix("WorldMatrix", world);
+        m_program.setMatrix("WorldMatrix", world.data());
         m_torus.positionAttrib = uint32_t(m_program.attribLocation("In_Position"));
         m_torus.normalAttrib = uint32_t(m_program.attribLocation("In_Normal"));
         MeshDrawOptions options;
@@ -72,11 +77,11 @@ protected:
         if (!buildDemoProgram(m_program, {shaderSource(_vertexLanguage(language), "post_fx_phong.vert"), "", "",
                                           shaderSource(language, "post_fx_phong.frag")}))
             return false;
-        const float eye[3] = {0, 20, 50}, center[3] = {0, 0, 0}, up[3] = {0, 1, 0};
-        m_program.setMatrix("WorldMatrix", Mat4::identity());
-        m_program.setMatrix("ViewMatrix", Mat4::lookAt(eye, center, up));
+        const vxVec3 eye{0, 20, 50}, center{0, 0, 0}, up{0, 1, 0};
+        m_program.setMatrix("WorldMatrix", vxMat4::identity().data());
+        m_program.setMatrix("ViewMatrix", vxMat4::lookAt(eye, center, up).data());
         m_program.setMatrix("ProjectionMatrix",
-                            Mat4::perspective(60.0f, float(width) / float(height), 1.0f, 500.0f, 1e-5f));
+                            vxMat4::perspective(60.0f, float(width) / float(height), 1.0f, 500.0f).data());
         if (!m_torus.makeTorus(20.0f, 8.0f, 100)) return false;
         if (!m_image.create(language.c_str(), width, height)) {
             demoShowError("Shader program creation failed: %s", m_image.errorText());

@@ -8,6 +8,7 @@
 #include "app/app_log.h"
 #include "demo_context.h"
 #include "demo_scenes.h"
+#include "engine/vx_math.h"
 #include "gl_demo_support.h"
 #include "gl_utility/mesh_gl.h"
 #include "gl_utility/render_window_gl.h"
@@ -17,6 +18,9 @@
 #include "opencl/surface_deformer_cl.h"
 
 namespace {
+
+using Vantalux_nsp::vxMat4;
+using Vantalux_nsp::vxVec3;
 
 constexpr ClDemoTraits kTraits = {.fpsWhat = "Surface Deformer",
                                   .kernelErrorName = "CL_SurfaceDeformer(kernel ERROR)",
@@ -69,12 +73,12 @@ protected:
         if (!buildDemoProgram(m_program, {shaderSource(_vertexLanguage(language), "deformer_phong.vert"), "", "",
                                           shaderSource(language, "deformer_phong.frag")}))
             return false;
-        const float eye[3] = {0, 3, 3}, center[3] = {0, 0, 0}, up[3] = {0, 1, 0};
-        m_program.setMatrix("WorldMatrix", Mat4::identity());
-        m_program.setMatrix("ViewMatrix", Mat4::lookAt(eye, center, up));
+        const vxVec3 eye{0, 3, 3}, center{0, 0, 0}, up{0, 1, 0};
+        m_program.setMatrix("WorldMatrix", vxMat4::identity().data());
+        m_program.setMatrix("ViewMatrix", vxMat4::lookAt(eye, center, up).data());
         m_program.setMatrix(
             "ProjectionMatrix",
-            Mat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f, 1e-5f));
+            vxMat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f).data());
         if (!m_grid.makeGrid(10.0f, 10.0f, segments(s.clSurfaceSegsX), segments(s.clSurfaceSegsZ))) {
             demoShowError("The surface of %d x %d segments is too large for this machine. Bye...",
                           segments(s.clSurfaceSegsX), segments(s.clSurfaceSegsZ));

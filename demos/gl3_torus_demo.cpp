@@ -6,6 +6,7 @@
 
 #include "demo_context.h"
 #include "demo_scenes.h"
+#include "engine/vx_math.h"
 #include "gl_demo_support.h"
 #include "gl_utility/corner_logo.h"
 #include "gl_utility/mesh_gl.h"
@@ -13,6 +14,9 @@
 #include "gl_utility/shader_texts.h"
 
 namespace {
+
+using Vantalux_nsp::vxMat4;
+using Vantalux_nsp::vxVec3;
 
 constexpr int kLightCount = 13;
 constexpr float kDegreesPerSecond = 14.5f;
@@ -28,10 +32,10 @@ public:
         int major = 0, minor = 0;
         if (!requireGl31(window, &major, &minor)) return false;
         m_rotationAngle = 90.0f;
-        const float eye[3] = {0, 0, 10}, center[3] = {0, 0, 0}, up[3] = {0, 1, 0};
-        const Mat4 projection =
-            Mat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f, 1e-5f);
-        const Mat4 view = Mat4::lookAt(eye, center, up);
+        const vxVec3 eye{0, 0, 10}, center{0, 0, 0}, up{0, 1, 0};
+        const vxMat4 projection =
+            vxMat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f);
+        const vxMat4 view = vxMat4::lookAt(eye, center, up);
         _placeLights();
 
         // Some drivers miscompile the light loop over a uniform bound; by default the loop runs to the
@@ -42,9 +46,9 @@ public:
         const std::string vertexPrelude = minor < 2 ? prelude + "precision highp float;\n" : prelude;
         if (!buildDemoProgram(m_program, {shaderSource(vertexPrelude, "lit_torus.vert"), "", "",
                                           shaderSource(prelude, "lit_torus.frag")})) return false;
-        m_program.setMatrix("WorldMatrix", Mat4::identity());
-        m_program.setMatrix("ViewMatrix", view);
-        m_program.setMatrix("ProjectionMatrix", projection);
+        m_program.setMatrix("WorldMatrix", vxMat4::identity().data());
+        m_program.setMatrix("ViewMatrix", view.data());
+        m_program.setMatrix("ProjectionMatrix", projection.data());
         m_program.set4fArray("lightsPosition", kLightCount, m_lightsPosition);
         m_program.set4fArray("lightsDiffuse", kLightCount, m_lightsDiffuse);
         m_program.set1i("numLights", kLightCount);
@@ -64,10 +68,11 @@ public:
         glClearDepth(1.0);
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 
-        const Mat4 world = Mat4::rotationEuler(m_rotationAngle, m_rotationAngle - 90.0f, m_rotationAngle - 90.0f);
+        const vxMat4 world =
+            vxMat4::rotationAboutXYZ(m_rotationAngle, m_rotationAngle - 90.0f, m_rotationAngle - 90.0f);
         m_rotationAngle += dt * kDegreesPerSecond;
         m_program.use();
-        m_program.setMatrix("WorldMatrix", world);
+        m_program.setMatrix("WorldMatrix", world.data());
         m_torus.positionAttrib = uint32_t(m_program.attribLocation("In_Position"));
         m_torus.normalAttrib = uint32_t(m_program.attribLocation("In_Normal"));
         m_torus.colorAttrib = uint32_t(m_program.attribLocation("In_Color"));

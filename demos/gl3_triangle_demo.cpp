@@ -3,6 +3,7 @@
 
 #include "demo_context.h"
 #include "demo_scenes.h"
+#include "engine/vx_math.h"
 #include "gl_demo_support.h"
 #include "gl_utility/corner_logo.h"
 #include "gl_utility/mesh_gl.h"
@@ -11,6 +12,9 @@
 
 namespace {
 
+using Vantalux_nsp::vxMat4;
+using Vantalux_nsp::vxVec3;
+
 class Gl3TriangleDemo : public DemoScene {
 public:
     const char* resultName() const override { return "GL3_TriangleOfDeath"; }
@@ -18,10 +22,10 @@ public:
     bool setUp(DemoContext& context, RenderWindowGL& window) override {
         int major = 0, minor = 0;
         if (!requireGl31(window, &major, &minor)) return false;
-        const float eye[3] = {0, 0, 2}, center[3] = {0, 0, 0}, up[3] = {0, 1, 0};
-        const Mat4 projection =
-            Mat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f, 1e-5f);
-        m_worldViewProjection = projection * Mat4::lookAt(eye, center, up) * Mat4::identity();
+        const vxVec3 eye{0, 0, 2}, center{0, 0, 0}, up{0, 1, 0};
+        const vxMat4 projection =
+            vxMat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f);
+        m_worldViewProjection = projection * vxMat4::lookAt(eye, center, up) * vxMat4::identity();
 
         const std::string language = gl3LanguageLine(minor);
         // The 1.40 set states the float precision in the vertex stage as well.
@@ -29,7 +33,7 @@ public:
         if (!buildDemoProgram(m_program, {shaderSource(vertexPrelude, "colored_triangle.vert"), "", "",
                                           shaderSource(language, "vertex_color.frag")}))
             return false;
-        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection);
+        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection.data());
         if (!m_triangle.makeTriangle()) return false;
         glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
         glDisable(GL_CULL_FACE);
@@ -45,7 +49,7 @@ public:
         glClearDepth(1.0);
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
         m_program.use();
-        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection);
+        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection.data());
         m_triangle.positionAttrib = uint32_t(m_program.attribLocation("In_Position"));
         m_triangle.colorAttrib = uint32_t(m_program.attribLocation("In_Color"));
         MeshDrawOptions options;
@@ -68,7 +72,7 @@ private:
     GpuProgram m_program;
     MeshGL m_triangle;
     CornerLogo m_logo;
-    Mat4 m_worldViewProjection;
+    vxMat4 m_worldViewProjection;
 };
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "demo_context.h"
 #include "demo_scenes.h"
 #include "engine/vantalux.h"
+#include "engine/vx_math.h"
 #include "gl_demo_support.h"
 #include "gl_utility/corner_logo.h"
 #include "gl_utility/mesh_gl.h"
@@ -15,6 +16,9 @@
 #include "gl_utility/shader_texts.h"
 
 namespace {
+
+using Vantalux_nsp::vxMat4;
+using Vantalux_nsp::vxVec3;
 
 constexpr const char* kLanguage = "#version 400 core\n";
 
@@ -35,10 +39,10 @@ public:
         settings.gl4TessLevelOuter = std::max(1.0f, std::min(settings.gl4TessLevelOuter, maxTessLevel));
         settings.gl4TessLevelInner = std::max(1.0f, std::min(settings.gl4TessLevelInner, maxTessLevel));
 
-        const float eye[3] = {0, 0, 2}, center[3] = {0, 0, 0}, up[3] = {0, 1, 0};
-        const Mat4 projection =
-            Mat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f, 1e-5f);
-        m_worldViewProjection = projection * Mat4::lookAt(eye, center, up) * Mat4::identity();
+        const vxVec3 eye{0, 0, 2}, center{0, 0, 0}, up{0, 1, 0};
+        const vxMat4 projection =
+            vxMat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f);
+        m_worldViewProjection = projection * vxMat4::lookAt(eye, center, up) * vxMat4::identity();
 
         const std::string language = kLanguage;
         if (!buildDemoProgram(m_program, {shaderSource(language, "transformed_position.vert"),
@@ -46,7 +50,7 @@ public:
                                           shaderSource(language, "tessellated_triangle.tese"),
                                           shaderSource(language, "vertex_color.frag")}))
             return false;
-        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection);
+        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection.data());
         m_program.set1f("tessLevelOuter", settings.gl4TessLevelOuter);
         m_program.set1f("tessLevelInner", settings.gl4TessLevelInner);
         if (!m_triangle.makeTriangle()) return false;
@@ -64,7 +68,7 @@ public:
         glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
 
         m_program.use();
-        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection);
+        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection.data());
         if (context.settings.gl4TessLevelAnim) {
             // Not clamped: the swing stays within 4 to 60 and 2 to 62, inside every 4.0 driver's range of 64.
             const float t = float(context.stats.elapsedMs) * 0.001f;
@@ -95,7 +99,7 @@ private:
     GpuProgram m_program;
     MeshGL m_triangle;
     CornerLogo m_logo;
-    Mat4 m_worldViewProjection;
+    vxMat4 m_worldViewProjection;
 };
 
 }  // namespace

@@ -5,7 +5,6 @@ lumenscope_unit_test(unit_demos
   demos/context_choice_test.cpp
   demos/frame_stats_test.cpp
   demos/harness_rules_test.cpp
-  demos/mat4_test.cpp
   demos/mesh_builders_test.cpp
 )
 target_link_libraries(unit_demos PRIVATE demos)

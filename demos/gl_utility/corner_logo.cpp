@@ -6,6 +6,7 @@
 #include <string>
 
 #include "shader_texts.h"
+#include "unit_square_projection.h"
 
 namespace {
 
@@ -24,7 +25,7 @@ bool CornerLogo::create(const char* versionLine) {
         return false;
     }
     m_program.set1i("colorMap", 0);
-    m_program.setMatrix("WorldViewProjectionMatrix", Mat4::orthographic(0, 1, 0, 1, -1, 1));
+    m_program.setMatrix("WorldViewProjectionMatrix", kUnitSquareToClip);
     m_program.unuse();
     if (!m_quad.makeQuad()) {
         release();

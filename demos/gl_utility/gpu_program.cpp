@@ -144,8 +144,8 @@ void GpuProgram::set4fArray(const char* name, int count, const float* values) {
     if (const int at = _uniformLocation(name); at >= 0 && count > 0 && values) glUniform4fv(at, count, values);
 }
 
-void GpuProgram::setMatrix(const char* name, const Mat4& matrix) {
-    if (const int at = _uniformLocation(name); at >= 0) glUniformMatrix4fv(at, 1, GL_FALSE, matrix.m);
+void GpuProgram::setMatrix(const char* name, const float matrix[16]) {
+    if (const int at = _uniformLocation(name); at >= 0 && matrix) glUniformMatrix4fv(at, 1, GL_FALSE, matrix);
 }
 
 void GpuProgram::release() {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "gl_utility/shader_texts.h"
+#include "gl_utility/unit_square_projection.h"
 
 bool WindowImage::create(const char* versionLine, int width, int height) {
     release();
@@ -14,7 +15,7 @@ bool WindowImage::create(const char* versionLine, int width, int height) {
         !m_program.loadPixelShader(pixel.c_str(), pixel.size()) || !m_program.use())
         return false;
     m_program.set1i("colorMap", 0);
-    m_program.setMatrix("WorldViewProjectionMatrix", Mat4::orthographic(0, 1, 0, 1, -1, 1));
+    m_program.setMatrix("WorldViewProjectionMatrix", kUnitSquareToClip);
     m_program.unuse();
     if (!m_quad.makeQuad()) return false;
 

@@ -11,8 +11,11 @@
 #include "demos/gl_utility/image_file.h"
 #include "demos/gl_utility/mesh_gl.h"
 #include "demos/gl_utility/render_window_gl.h"
+#include "engine/vx_math.h"
 
 namespace {
+
+using Vantalux_nsp::vxMat4;
 
 constexpr int kSize = 64;
 
@@ -101,7 +104,7 @@ TEST_F(HeadlessWindow, UniformsTheCompilerDroppedAreSkippedWithoutAnError) {
     ASSERT_TRUE(program.use()) << program.errorText();
     program.set4f("tint", 1, 1, 1, 1);
     program.set1f("no_such_uniform", 2.0f);
-    program.setMatrix("also_missing", Mat4::identity());
+    program.setMatrix("also_missing", vxMat4::identity().data());
     const float values[8] = {};
     program.set4fArray("missing_array", 2, values);
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));

@@ -46,7 +46,7 @@ void CornerLogo::draw(int clientWidth) {
     glEnable(GL_BLEND);
     glBlendFunc(GL_ONE, GL_ONE);
     glActiveTexture(GL_TEXTURE0);
-    glBindTexture(GL_TEXTURE_2D, m_image.textureId);
+    glBindTexture(GL_TEXTURE_2D, m_image.textureId());
     m_program.use();
     m_quad.positionAttrib = uint32_t(m_program.attribLocation("In_Position"));
     m_quad.texCoordAttrib = uint32_t(m_program.attribLocation("In_UV"));

@@ -16,6 +16,7 @@
 #include "demo_host.h"
 #include "demo_window.h"
 #include "frame_capture.h"
+#include "gl_utility/image_codec.h"
 #include "gl_utility/render_window_gl.h"
 #include "kalidor/kalidor.h"
 #include "machine_texts.h"

@@ -2,13 +2,14 @@
 #include <GL/glew.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <string>
 #include <vector>
 
 #include "demos/gl_utility/gpu_program.h"
-#include "demos/gl_utility/image_file.h"
+#include "demos/gl_utility/image_codec.h"
 #include "demos/gl_utility/mesh_gl.h"
 #include "demos/gl_utility/render_window_gl.h"
 #include "engine/vx_math.h"
@@ -183,26 +184,42 @@ TEST(HeadlessContexts, AMultisampledFramebufferIsResolvedForReading) {
     window.release();
 }
 
-TEST(ImageFiles, DecodesImagesAndRefusesWhatIsNotOne) {
-    ImageFile image;
+TEST(ImageCodec, DecodesImagesAndRefusesWhatIsNotOne) {
+    DecodedImage image;
     const uint8_t garbage[] = {1, 2, 3, 4, 5, 6, 7, 8};
-    EXPECT_FALSE(image.loadFromMemory(garbage, sizeof garbage));
-    EXPECT_FALSE(image.loadFromMemory(nullptr, 10));
-    EXPECT_FALSE(image.loadFromFile("/nonexistent/texture.png"));
-    EXPECT_FALSE(image.loadFromFile(nullptr));
+    EXPECT_FALSE(decodeImageMemory(garbage, sizeof garbage, image));
+    EXPECT_FALSE(decodeImageMemory(nullptr, 10, image));
+    EXPECT_FALSE(decodeImageFile("/nonexistent/texture.png", image));
+    EXPECT_FALSE(decodeImageFile(nullptr, image));
     // A truncated PNG header is not an image either.
     const uint8_t truncatedPng[] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n', 0, 0, 0, 13};
-    EXPECT_FALSE(image.loadFromMemory(truncatedPng, sizeof truncatedPng));
-    EXPECT_EQ(image.bitmap, nullptr);
+    EXPECT_FALSE(decodeImageMemory(truncatedPng, sizeof truncatedPng, image));
+    EXPECT_TRUE(image.rgba.empty());
 
-    // A 2x1 grey-scale PGM comes out as 24-bit BGR.
+    // A 2x1 grey-scale PGM comes out as opaque RGBA.
     const char pgm[] = "P5\n2 1\n255\n\x10\x20";
-    ASSERT_TRUE(image.loadFromMemory(reinterpret_cast<const uint8_t*>(pgm), sizeof pgm - 1));
-    EXPECT_EQ(image.width, 2u);
-    EXPECT_EQ(image.height, 1u);
-    EXPECT_EQ(image.pixelFormat, uint32_t(GL_BGR));
-    image.release();
-    EXPECT_EQ(image.bitmap, nullptr);
+    ASSERT_TRUE(decodeImageMemory(reinterpret_cast<const uint8_t*>(pgm), sizeof pgm - 1, image));
+    EXPECT_EQ(image.width, 2);
+    EXPECT_EQ(image.height, 1);
+    EXPECT_EQ(image.rgba, (std::vector<uint8_t>{0x10, 0x10, 0x10, 255, 0x20, 0x20, 0x20, 255}));
+}
+
+TEST(ImageCodec, AWrittenPngReadsBackWithItsRowsInOrderAndItsAlphaDropped) {
+    // Bottom row red and green, top row blue and white, half transparent: the file keeps the colours only.
+    const std::vector<uint8_t> rgba = {255, 0, 0, 128, 0, 255, 0, 128, 0, 0, 255, 128, 255, 255, 255, 128};
+    const std::string path = ::testing::TempDir() + "codec_round_trip.png";
+    ASSERT_TRUE(writePng(path, rgba, 2, 2));
+    DecodedImage back;
+    ASSERT_TRUE(decodeImageFile(path.c_str(), back));
+    std::remove(path.c_str());
+    ASSERT_EQ(back.width, 2);
+    ASSERT_EQ(back.height, 2);
+    std::vector<uint8_t> opaque = rgba;
+    for (size_t i = 3; i < opaque.size(); i += 4) opaque[i] = 255;
+    EXPECT_EQ(back.rgba, opaque);
+    // Sizes that do not fit the bytes, and a folder that does not exist, write nothing.
+    EXPECT_FALSE(writePng(path, rgba, 3, 2));
+    EXPECT_FALSE(writePng("/nonexistent/frame.png", rgba, 2, 2));
 }
 
 }  // namespace

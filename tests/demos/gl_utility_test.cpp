@@ -12,6 +12,7 @@
 #include "demos/gl_utility/image_codec.h"
 #include "demos/gl_utility/mesh_gl.h"
 #include "demos/gl_utility/render_window_gl.h"
+#include "demos/gl_utility/textured_quad.h"
 #include "engine/vx_math.h"
 
 namespace {
@@ -150,6 +151,43 @@ TEST_F(HeadlessWindow, MeshesWithThirtyTwoBitIndicesDrawAsWellAsSixteenBitOnes) 
         EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR)) << segments;
     }
     program.release();
+}
+
+TEST_F(HeadlessWindow, TexturedQuadCoversTheViewportAndHandsBackTheStatesItTurnedOff) {
+    TexturedQuad quad;
+    EXPECT_FALSE(quad.create("#version 9999"));
+    EXPECT_STRNE(quad.errorText(), "");
+    ASSERT_TRUE(quad.create("#version 150 core")) << quad.errorText();
+    // A 2x2 texture: red, green on the bottom row, blue, white on the top one.
+    const uint8_t texels[16] = {255, 0, 0, 255, 0, 255, 0, 255, 0, 0, 255, 255, 255, 255, 255, 255};
+    GLuint texture = 0;
+    glGenTextures(1, &texture);
+    glBindTexture(GL_TEXTURE_2D, texture);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 2, 2, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+    glClearColor(0, 0, 0, 1);
+    glClearDepth(0.0);  // a depth test left on would hide the quad
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glViewport(0, 0, kSize, kSize);
+    glEnable(GL_CULL_FACE);
+    quad.draw(texture);
+    EXPECT_TRUE(glIsEnabled(GL_DEPTH_TEST));
+    EXPECT_TRUE(glIsEnabled(GL_CULL_FACE));
+    GLboolean depthWrites = GL_FALSE;
+    glGetBooleanv(GL_DEPTH_WRITEMASK, &depthWrites);
+    EXPECT_EQ(depthWrites, GL_TRUE);
+    window.present();
+    std::vector<uint8_t> frame;
+    ASSERT_TRUE(window.readLastFrame(frame));
+    EXPECT_EQ(pixelAt(frame, 8, 8), (std::vector<uint8_t>{255, 0, 0, 255}));
+    EXPECT_EQ(pixelAt(frame, kSize - 8, 8), (std::vector<uint8_t>{0, 255, 0, 255}));
+    EXPECT_EQ(pixelAt(frame, 8, kSize - 8), (std::vector<uint8_t>{0, 0, 255, 255}));
+    EXPECT_EQ(pixelAt(frame, kSize - 8, kSize - 8), (std::vector<uint8_t>{255, 255, 255, 255}));
+    glClearDepth(1.0);
+    glDeleteTextures(1, &texture);
+    quad.release();
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
 }
 
 TEST(HeadlessContexts, EveryKindComesUpAtLeastAtItsVersionAndUnknownKindsMakeNothing) {

@@ -4,10 +4,12 @@
 
 #include <cmath>
 
-#include "app/app_log.h"
+#include "base/log_sink.h"
 #include "demo_context.h"
+#include "engine/vx_math.h"
 #include "gl_demo_support.h"
 #include "gl_utility/render_window_gl.h"
+#include "gl_utility/shader_texts.h"
 #include "harness/demo_media.h"
 #include "harness/demo_table.h"
 #include "opencl/cl_demo_scene.h"
@@ -16,23 +18,7 @@
 
 namespace {
 
-constexpr const char* kVertexShader = R"(
-in vec4 In_Position;
-uniform mat4 WorldViewProjectionMatrix;
-void main()
-{
-    gl_Position = WorldViewProjectionMatrix * In_Position;
-}
-)";
-
-constexpr const char* kPixelShader = R"(
-uniform vec4 partColor;
-out vec4 Out_Color;
-void main()
-{
-    Out_Color = partColor;
-}
-)";
+using Vantalux_nsp::vxMat4;
 
 constexpr ClDemoTraits kTraits = {.fpsWhat = "Particles",
                                   .needsPlatformList = false,
@@ -75,10 +61,12 @@ public:
 
 protected:
     bool _buildGraphics(DemoContext& context, RenderWindowGL&, const std::string& language) override {
-        if (!buildDemoProgram(m_program, {_vertexLanguage(language) + kVertexShader, "", "", language + kPixelShader}))
+        if (!buildDemoProgram(m_program, {shaderSource(_vertexLanguage(language), "transformed_position.vert"), "", "",
+                                          shaderSource(language, "particles.frag")}))
             return false;
-        m_program.setMatrix("WorldViewProjectionMatrix",
-                            Mat4::orthographic(0, float(context.clientWidth), 0, float(context.clientHeight), -1, 1));
+        const vxMat4 pixelsToClip =
+            vxMat4::orthographic(0, float(context.clientWidth), 0, float(context.clientHeight), -1, 1);
+        m_program.setMatrix("WorldViewProjectionMatrix", pixelsToClip.data());
         glPointSize(1.2f);
         setDemoMouse(context.clientWidth / 2, context.clientHeight / 2);
         return true;
@@ -97,7 +85,7 @@ protected:
                                 s.clNativeSin, s.clExplicitWorkgroupSize, &error))
             return _failCompute(context, error);
         if (m_particles.range().explicitLocal)
-            appLog().write("OpenCL 1M particle - global_work_items: %d - local_work_items: %d",
+            base::logLine("OpenCL 1M particle - global_work_items: %d - local_work_items: %d",
                            int(m_particles.range().global[0]), int(m_particles.range().local[0]));
         glGenBuffers(1, &m_positionBuffer);
         glBindBuffer(GL_ARRAY_BUFFER, m_positionBuffer);

@@ -3,9 +3,11 @@
 #include <GL/glew.h>
 
 #include "demo_context.h"
+#include "engine/vx_math.h"
 #include "gl_demo_support.h"
 #include "gl_utility/mesh_gl.h"
 #include "gl_utility/render_window_gl.h"
+#include "gl_utility/shader_texts.h"
 #include "harness/demo_host.h"
 #include "harness/demo_media.h"
 #include "harness/demo_table.h"
@@ -15,55 +17,10 @@
 
 namespace {
 
+using Vantalux_nsp::vxMat4;
+using Vantalux_nsp::vxVec3;
+
 constexpr float kDegreesPerSecond = 14.5f;
-
-constexpr const char* kVertexShader = R"(
-in vec4 In_Position;
-in vec4 In_Normal;
-uniform mat4 WorldMatrix;
-uniform mat4 ViewMatrix;
-uniform mat4 ProjectionMatrix;
-out vec3 Normal;
-out vec3 EyeVector;
-out vec3 LightDirection;
-void main()
-{
-    const vec4 lightPosition = vec4(20.0, 100.0, 500.0, 1.0);
-    mat4 modelView = ViewMatrix * WorldMatrix;
-    vec4 viewPosition = modelView * In_Position;
-    Normal = mat3(modelView) * In_Normal.xyz;
-    EyeVector = -viewPosition.xyz;
-    LightDirection = (ViewMatrix * lightPosition).xyz - viewPosition.xyz;
-    gl_Position = ProjectionMatrix * viewPosition;
-}
-)";
-
-constexpr const char* kPixelShader = R"(
-in vec3 Normal;
-in vec3 EyeVector;
-in vec3 LightDirection;
-out vec4 Out_Color;
-void main()
-{
-    const vec4 lightDiffuse = vec4(0.9, 0.9, 0.8, 1.0);
-    const vec4 lightSpecular = vec4(0.96, 0.96, 0.96, 1.0);
-    const vec4 materialDiffuse = vec4(0.9, 0.2, 0.2, 1.0);
-    const vec4 materialSpecular = vec4(0.9, 0.9, 0.9, 1.0);
-    const float shininess = 90.0;
-    vec3 N = normalize(Normal);
-    vec3 L = normalize(LightDirection);
-    vec3 E = normalize(EyeVector);
-    vec4 color = vec4(0.0, 0.0, 0.0, 1.0);
-    float lambert = dot(N, L);
-    if (lambert > 0.0)
-    {
-        color += lightDiffuse * materialDiffuse * lambert;
-        float specular = pow(max(dot(reflect(-L, N), E), 0.0), shininess);
-        color += lightSpecular * materialSpecular * specular * lambert;
-    }
-    Out_Color = vec4(color.rgb, 1.0);
-}
-)";
 
 constexpr ClDemoTraits kTraits = {.fpsWhat = "PostFX",
                                   .needsPlatformList = false,
@@ -83,10 +40,11 @@ public:
         glEnable(GL_DEPTH_TEST);
         glClearDepth(1.0);
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-        const Mat4 world = Mat4::rotationEuler(m_rotationAngle, m_rotationAngle - 90.0f, m_rotationAngle - 90.0f);
+        const vxMat4 world =
+            vxMat4::rotationAboutXYZ(m_rotationAngle, m_rotationAngle - 90.0f, m_rotationAngle - 90.0f);
         m_rotationAngle += dt * kDegreesPerSecond;
         m_program.use();
-        m_program.setMatrix("WorldMatrix", world);
+        m_program.setMatrix("WorldMatrix", world.data());
         m_torus.positionAttrib = uint32_t(m_program.attribLocation("In_Position"));
         m_torus.normalAttrib = uint32_t(m_program.attribLocation("In_Normal"));
         MeshDrawOptions options;
@@ -113,13 +71,14 @@ protected:
     bool _buildGraphics(DemoContext& context, RenderWindowGL& window, const std::string& language) override {
         const int width = context.clientWidth, height = context.clientHeight;
         m_rotationAngle = 90.0f;
-        if (!buildDemoProgram(m_program, {_vertexLanguage(language) + kVertexShader, "", "", language + kPixelShader}))
+        if (!buildDemoProgram(m_program, {shaderSource(_vertexLanguage(language), "post_fx_phong.vert"), "", "",
+                                          shaderSource(language, "post_fx_phong.frag")}))
             return false;
-        const float eye[3] = {0, 20, 50}, center[3] = {0, 0, 0}, up[3] = {0, 1, 0};
-        m_program.setMatrix("WorldMatrix", Mat4::identity());
-        m_program.setMatrix("ViewMatrix", Mat4::lookAt(eye, center, up));
+        const vxVec3 eye{0, 20, 50}, center{0, 0, 0}, up{0, 1, 0};
+        m_program.setMatrix("WorldMatrix", vxMat4::identity().data());
+        m_program.setMatrix("ViewMatrix", vxMat4::lookAt(eye, center, up).data());
         m_program.setMatrix("ProjectionMatrix",
-                            Mat4::perspective(60.0f, float(width) / float(height), 1.0f, 500.0f, 1e-5f));
+                            vxMat4::perspective(60.0f, float(width) / float(height), 1.0f, 500.0f).data());
         if (!m_torus.makeTorus(20.0f, 8.0f, 100)) return false;
         if (!m_image.create(language.c_str(), width, height)) {
             demoShowError("Shader program creation failed: %s", m_image.errorText());

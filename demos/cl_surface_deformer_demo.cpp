@@ -5,11 +5,13 @@
 #include <cmath>
 #include <cstdio>
 
-#include "app/app_log.h"
+#include "base/log_sink.h"
 #include "demo_context.h"
+#include "engine/vx_math.h"
 #include "gl_demo_support.h"
 #include "gl_utility/mesh_gl.h"
 #include "gl_utility/render_window_gl.h"
+#include "gl_utility/shader_texts.h"
 #include "harness/demo_host.h"
 #include "harness/demo_table.h"
 #include "opencl/cl_demo_scene.h"
@@ -17,54 +19,8 @@
 
 namespace {
 
-constexpr const char* kVertexShader = R"(
-in vec4 In_Position;
-in vec4 In_Normal;
-uniform mat4 WorldMatrix;
-uniform mat4 ViewMatrix;
-uniform mat4 ProjectionMatrix;
-out vec3 Normal;
-out vec3 EyeVector;
-out vec3 LightDirection;
-void main()
-{
-    const vec4 lightPosition = vec4(-10.0, 20.0, 10.0, 1.0);
-    mat4 modelView = ViewMatrix * WorldMatrix;
-    vec4 viewPosition = modelView * In_Position;
-    Normal = (modelView * In_Normal).xyz;
-    EyeVector = -viewPosition.xyz;
-    LightDirection = (ViewMatrix * lightPosition).xyz - viewPosition.xyz;
-    gl_Position = ProjectionMatrix * viewPosition;
-}
-)";
-
-// The kernel's normals face down, away from the light above: lambert is the negated cosine.
-constexpr const char* kPixelShader = R"(
-uniform vec4 matDiffuse;
-in vec3 Normal;
-in vec3 EyeVector;
-in vec3 LightDirection;
-out vec4 Out_Color;
-void main()
-{
-    const vec4 lightDiffuse = vec4(0.8, 0.4, 0.4, 1.0);
-    const vec4 lightSpecular = vec4(0.6, 0.6, 0.6, 1.0);
-    const vec4 materialSpecular = vec4(0.9, 0.9, 0.9, 1.0);
-    const float shininess = 90.0;
-    vec3 N = normalize(Normal);
-    vec3 L = normalize(LightDirection);
-    vec3 E = normalize(EyeVector);
-    vec4 color = vec4(0.0, 0.0, 0.0, 1.0);
-    float lambert = -dot(N, L);
-    if (lambert > 0.0)
-    {
-        color += lightDiffuse * matDiffuse * lambert;
-        float specular = pow(max(dot(reflect(-L, N), E), 0.0), shininess);
-        color += lightSpecular * materialSpecular * specular * lambert;
-    }
-    Out_Color = vec4(color.rgb, 1.0);
-}
-)";
+using Vantalux_nsp::vxMat4;
+using Vantalux_nsp::vxVec3;
 
 constexpr ClDemoTraits kTraits = {.fpsWhat = "Surface Deformer",
                                   .needsPlatformList = true,
@@ -113,14 +69,15 @@ public:
 protected:
     bool _buildGraphics(DemoContext& context, RenderWindowGL&, const std::string& language) override {
         const DemoSettings& s = context.settings;
-        if (!buildDemoProgram(m_program, {_vertexLanguage(language) + kVertexShader, "", "", language + kPixelShader}))
+        if (!buildDemoProgram(m_program, {shaderSource(_vertexLanguage(language), "deformer_phong.vert"), "", "",
+                                          shaderSource(language, "deformer_phong.frag")}))
             return false;
-        const float eye[3] = {0, 3, 3}, center[3] = {0, 0, 0}, up[3] = {0, 1, 0};
-        m_program.setMatrix("WorldMatrix", Mat4::identity());
-        m_program.setMatrix("ViewMatrix", Mat4::lookAt(eye, center, up));
+        const vxVec3 eye{0, 3, 3}, center{0, 0, 0}, up{0, 1, 0};
+        m_program.setMatrix("WorldMatrix", vxMat4::identity().data());
+        m_program.setMatrix("ViewMatrix", vxMat4::lookAt(eye, center, up).data());
         m_program.setMatrix(
             "ProjectionMatrix",
-            Mat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f, 1e-5f));
+            vxMat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f).data());
         if (!m_grid.makeGrid(10.0f, 10.0f, segments(s.clSurfaceSegsX), segments(s.clSurfaceSegsZ))) {
             demoShowError("The surface of %d x %d segments is too large for this machine. Bye...",
                           segments(s.clSurfaceSegsX), segments(s.clSurfaceSegsZ));
@@ -191,7 +148,7 @@ private:
     void _appendCheckSum() const {
         FILE* file = std::fopen(kCheckSumFile, "a");
         if (!file) {
-            appLog().write("The check sum could not be written to %s", kCheckSumFile);
+            base::logLine("The check sum could not be written to %s", kCheckSumFile);
             return;
         }
         std::fprintf(file, "sum = %f\n", m_checkSum);

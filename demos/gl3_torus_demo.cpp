@@ -5,76 +5,21 @@
 #include <cstdlib>
 
 #include "demo_context.h"
+#include "engine/vx_math.h"
 #include "gl_demo_support.h"
 #include "gl_utility/corner_logo.h"
 #include "gl_utility/mesh_gl.h"
 #include "gl_utility/render_window_gl.h"
+#include "gl_utility/shader_texts.h"
 #include "harness/demo_table.h"
 
 namespace {
 
+using Vantalux_nsp::vxMat4;
+using Vantalux_nsp::vxVec3;
+
 constexpr int kLightCount = 13;
 constexpr float kDegreesPerSecond = 14.5f;
-
-constexpr const char* kVertexShader = R"(
-#define NUM_LIGHTS 13
-in vec4 In_Position;
-in vec4 In_Normal;
-in vec4 In_Color;
-uniform mat4 WorldMatrix;
-uniform mat4 ViewMatrix;
-uniform mat4 ProjectionMatrix;
-uniform vec4 lightsPosition[NUM_LIGHTS];
-uniform int numLights;
-out vec3 Normal;
-out vec3 EyeVector;
-out vec3 LightDirection[NUM_LIGHTS];
-out vec4 Vertex_Color;
-void main()
-{
-    mat4 modelView = ViewMatrix * WorldMatrix;
-    vec4 viewPosition = modelView * In_Position;
-    Normal = mat3(modelView) * In_Normal.xyz;
-    EyeVector = -viewPosition.xyz;
-    for (int i = 0; i < LIGHT_LOOP_END; ++i)
-        LightDirection[i] = lightsPosition[i].xyz - viewPosition.xyz;
-    Vertex_Color = In_Color;
-    gl_Position = ProjectionMatrix * viewPosition;
-}
-)";
-
-constexpr const char* kPixelShader = R"(
-#define NUM_LIGHTS 13
-uniform vec4 lightsDiffuse[NUM_LIGHTS];
-uniform int numLights;
-in vec3 Normal;
-in vec3 EyeVector;
-in vec3 LightDirection[NUM_LIGHTS];
-in vec4 Vertex_Color;
-out vec4 Out_Color;
-void main()
-{
-    const vec4 lightDiffuse = vec4(0.1, 0.1, 0.1, 1.0);
-    const vec4 materialDiffuse = vec4(0.8, 0.8, 0.8, 1.0);
-    const vec4 materialSpecular = vec4(0.9, 0.9, 0.9, 1.0);
-    const float shininess = 90.0;
-    vec3 N = normalize(Normal);
-    vec3 E = normalize(EyeVector);
-    vec4 color = vec4(0.0);
-    for (int i = 0; i < LIGHT_LOOP_END; ++i)
-    {
-        vec3 L = normalize(LightDirection[i]);
-        float lambert = dot(N, L);
-        if (lambert > 0.0)
-        {
-            color += lightDiffuse * materialDiffuse * lambert;
-            float specular = pow(max(dot(reflect(-L, N), E), 0.0), shininess);
-            color += lightsDiffuse[i] * materialSpecular * specular * lambert;
-        }
-    }
-    Out_Color = vec4(color.rgb, 1.0);
-}
-)";
 
 // A number from 0 to 32767 as the lights were designed for; the generator's own range is wider here.
 float randomNumber() { return float(std::rand() & 0x7FFF); }
@@ -85,10 +30,10 @@ public:
         int major = 0, minor = 0;
         if (!requireGl31(window, &major, &minor)) return false;
         m_rotationAngle = 90.0f;
-        const float eye[3] = {0, 0, 10}, center[3] = {0, 0, 0}, up[3] = {0, 1, 0};
-        const Mat4 projection =
-            Mat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f, 1e-5f);
-        const Mat4 view = Mat4::lookAt(eye, center, up);
+        const vxVec3 eye{0, 0, 10}, center{0, 0, 0}, up{0, 1, 0};
+        const vxMat4 projection =
+            vxMat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f);
+        const vxMat4 view = vxMat4::lookAt(eye, center, up);
         _placeLights();
 
         // Some drivers miscompile the light loop over a uniform bound; by default the loop runs to the
@@ -97,10 +42,11 @@ public:
         const std::string language = gl3LanguageLine(minor);
         const std::string prelude = language + "\n#define LIGHT_LOOP_END " + loopEnd + "\n";
         const std::string vertexPrelude = minor < 2 ? prelude + "precision highp float;\n" : prelude;
-        if (!buildDemoProgram(m_program, {vertexPrelude + kVertexShader, "", "", prelude + kPixelShader})) return false;
-        m_program.setMatrix("WorldMatrix", Mat4::identity());
-        m_program.setMatrix("ViewMatrix", view);
-        m_program.setMatrix("ProjectionMatrix", projection);
+        if (!buildDemoProgram(m_program, {shaderSource(vertexPrelude, "lit_torus.vert"), "", "",
+                                          shaderSource(prelude, "lit_torus.frag")})) return false;
+        m_program.setMatrix("WorldMatrix", vxMat4::identity().data());
+        m_program.setMatrix("ViewMatrix", view.data());
+        m_program.setMatrix("ProjectionMatrix", projection.data());
         m_program.set4fArray("lightsPosition", kLightCount, m_lightsPosition);
         m_program.set4fArray("lightsDiffuse", kLightCount, m_lightsDiffuse);
         m_program.set1i("numLights", kLightCount);
@@ -120,10 +66,11 @@ public:
         glClearDepth(1.0);
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 
-        const Mat4 world = Mat4::rotationEuler(m_rotationAngle, m_rotationAngle - 90.0f, m_rotationAngle - 90.0f);
+        const vxMat4 world =
+            vxMat4::rotationAboutXYZ(m_rotationAngle, m_rotationAngle - 90.0f, m_rotationAngle - 90.0f);
         m_rotationAngle += dt * kDegreesPerSecond;
         m_program.use();
-        m_program.setMatrix("WorldMatrix", world);
+        m_program.setMatrix("WorldMatrix", world.data());
         m_torus.positionAttrib = uint32_t(m_program.attribLocation("In_Position"));
         m_torus.normalAttrib = uint32_t(m_program.attribLocation("In_Normal"));
         m_torus.colorAttrib = uint32_t(m_program.attribLocation("In_Color"));

@@ -2,51 +2,36 @@
 #include <GL/glew.h>
 
 #include "demo_context.h"
+#include "engine/vx_math.h"
 #include "gl_demo_support.h"
 #include "gl_utility/corner_logo.h"
 #include "gl_utility/mesh_gl.h"
 #include "gl_utility/render_window_gl.h"
+#include "gl_utility/shader_texts.h"
 #include "harness/demo_table.h"
 
 namespace {
 
-constexpr const char* kVertexShader = R"(
-in vec4 In_Position;
-in vec4 In_Color;
-uniform mat4 WorldViewProjectionMatrix;
-out vec4 Vertex_Color;
-void main()
-{
-    gl_Position = WorldViewProjectionMatrix * In_Position;
-    Vertex_Color = In_Color;
-}
-)";
-
-constexpr const char* kPixelShader = R"(
-in vec4 Vertex_Color;
-out vec4 Out_Color;
-void main()
-{
-    Out_Color = Vertex_Color;
-}
-)";
+using Vantalux_nsp::vxMat4;
+using Vantalux_nsp::vxVec3;
 
 class Gl3TriangleDemo : public DemoScene {
 public:
     bool setUp(DemoContext& context, RenderWindowGL& window) override {
         int major = 0, minor = 0;
         if (!requireGl31(window, &major, &minor)) return false;
-        const float eye[3] = {0, 0, 2}, center[3] = {0, 0, 0}, up[3] = {0, 1, 0};
-        const Mat4 projection =
-            Mat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f, 1e-5f);
-        m_worldViewProjection = projection * Mat4::lookAt(eye, center, up) * Mat4::identity();
+        const vxVec3 eye{0, 0, 2}, center{0, 0, 0}, up{0, 1, 0};
+        const vxMat4 projection =
+            vxMat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f);
+        m_worldViewProjection = projection * vxMat4::lookAt(eye, center, up) * vxMat4::identity();
 
         const std::string language = gl3LanguageLine(minor);
         // The 1.40 set states the float precision in the vertex stage as well.
         const std::string vertexPrelude = minor < 2 ? language + "\nprecision highp float;" : language;
-        if (!buildDemoProgram(m_program, {vertexPrelude + kVertexShader, "", "", language + kPixelShader}))
+        if (!buildDemoProgram(m_program, {shaderSource(vertexPrelude, "colored_triangle.vert"), "", "",
+                                          shaderSource(language, "vertex_color.frag")}))
             return false;
-        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection);
+        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection.data());
         if (!m_triangle.makeTriangle()) return false;
         glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
         glDisable(GL_CULL_FACE);
@@ -62,7 +47,7 @@ public:
         glClearDepth(1.0);
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
         m_program.use();
-        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection);
+        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection.data());
         m_triangle.positionAttrib = uint32_t(m_program.attribLocation("In_Position"));
         m_triangle.colorAttrib = uint32_t(m_program.attribLocation("In_Color"));
         MeshDrawOptions options;
@@ -85,7 +70,7 @@ private:
     GpuProgram m_program;
     MeshGL m_triangle;
     CornerLogo m_logo;
-    Mat4 m_worldViewProjection;
+    vxMat4 m_worldViewProjection;
 };
 
 }  // namespace

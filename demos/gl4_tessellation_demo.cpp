@@ -7,64 +7,20 @@
 
 #include "demo_context.h"
 #include "engine/vantalux.h"
+#include "engine/vx_math.h"
 #include "gl_demo_support.h"
 #include "gl_utility/corner_logo.h"
 #include "gl_utility/mesh_gl.h"
 #include "gl_utility/render_window_gl.h"
+#include "gl_utility/shader_texts.h"
 #include "harness/demo_table.h"
 
 namespace {
 
+using Vantalux_nsp::vxMat4;
+using Vantalux_nsp::vxVec3;
+
 constexpr const char* kLanguage = "#version 400 core\n";
-
-constexpr const char* kVertexShader = R"(
-in vec4 In_Position;
-uniform mat4 WorldViewProjectionMatrix;
-void main()
-{
-    gl_Position = WorldViewProjectionMatrix * In_Position;
-}
-)";
-
-constexpr const char* kTessControlShader = R"(
-layout(vertices = 3) out;
-uniform float tessLevelOuter;
-uniform float tessLevelInner;
-out vec4 Control_Color[];
-void main()
-{
-    vec4 position = gl_in[gl_InvocationID].gl_Position;
-    gl_out[gl_InvocationID].gl_Position = position;
-    float y = (1.0 + sin(position.y)) * 0.5;
-    Control_Color[gl_InvocationID] = vec4(1.0 - y, y, 0.0, 1.0);
-    gl_TessLevelOuter[0] = tessLevelOuter;
-    gl_TessLevelOuter[1] = tessLevelOuter;
-    gl_TessLevelOuter[2] = tessLevelOuter;
-    gl_TessLevelInner[0] = tessLevelInner;
-}
-)";
-
-constexpr const char* kTessEvaluationShader = R"(
-layout(triangles, equal_spacing, ccw) in;
-in vec4 Control_Color[];
-out vec4 Vertex_Color;
-void main()
-{
-    gl_Position = gl_TessCoord.x * gl_in[0].gl_Position + gl_TessCoord.y * gl_in[1].gl_Position +
-                  gl_TessCoord.z * gl_in[2].gl_Position;
-    Vertex_Color = gl_TessCoord.x * Control_Color[0] + gl_TessCoord.y * Control_Color[1] +
-                   gl_TessCoord.z * Control_Color[2];
-}
-)";
-
-constexpr const char* kPixelShader = R"(
-in vec4 Vertex_Color;
-out vec4 Out_Color;
-void main()
-{
-    Out_Color = Vertex_Color;
-}
-)";
 
 class Gl4TessellationDemo : public DemoScene {
 public:
@@ -81,16 +37,18 @@ public:
         settings.gl4TessLevelOuter = std::max(1.0f, std::min(settings.gl4TessLevelOuter, maxTessLevel));
         settings.gl4TessLevelInner = std::max(1.0f, std::min(settings.gl4TessLevelInner, maxTessLevel));
 
-        const float eye[3] = {0, 0, 2}, center[3] = {0, 0, 0}, up[3] = {0, 1, 0};
-        const Mat4 projection =
-            Mat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f, 1e-5f);
-        m_worldViewProjection = projection * Mat4::lookAt(eye, center, up) * Mat4::identity();
+        const vxVec3 eye{0, 0, 2}, center{0, 0, 0}, up{0, 1, 0};
+        const vxMat4 projection =
+            vxMat4::perspective(60.0f, float(context.clientWidth) / float(context.clientHeight), 1.0f, 500.0f);
+        m_worldViewProjection = projection * vxMat4::lookAt(eye, center, up) * vxMat4::identity();
 
         const std::string language = kLanguage;
-        if (!buildDemoProgram(m_program, {language + kVertexShader, language + kTessControlShader,
-                                          language + kTessEvaluationShader, language + kPixelShader}))
+        if (!buildDemoProgram(m_program, {shaderSource(language, "transformed_position.vert"),
+                                          shaderSource(language, "tessellated_triangle.tesc"),
+                                          shaderSource(language, "tessellated_triangle.tese"),
+                                          shaderSource(language, "vertex_color.frag")}))
             return false;
-        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection);
+        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection.data());
         m_program.set1f("tessLevelOuter", settings.gl4TessLevelOuter);
         m_program.set1f("tessLevelInner", settings.gl4TessLevelInner);
         if (!m_triangle.makeTriangle()) return false;
@@ -108,7 +66,7 @@ public:
         glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
 
         m_program.use();
-        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection);
+        m_program.setMatrix("WorldViewProjectionMatrix", m_worldViewProjection.data());
         if (context.settings.gl4TessLevelAnim) {
             // Not clamped: the swing stays within 4 to 60 and 2 to 62, inside every 4.0 driver's range of 64.
             const float t = float(context.stats.elapsedMs) * 0.001f;
@@ -139,7 +97,7 @@ private:
     GpuProgram m_program;
     MeshGL m_triangle;
     CornerLogo m_logo;
-    Mat4 m_worldViewProjection;
+    vxMat4 m_worldViewProjection;
 };
 
 }  // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gl_api.h"
+#include <GL/glew.h>
 
 namespace Vantalux_nsp {
 

@@ -1,11 +1,13 @@
 #include "vantalux.h"
 
+#include <GL/glew.h>
+
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <filesystem>
 
-#include "gl_api.h"
+#include "demos/gl_utility/gl_entry_points.h"
 #include "vx_hardware_caps.h"
 #include "vx_hud.h"
 #include "vx_material.h"
@@ -68,6 +70,8 @@ void Vantalux::shutdown(void*) {
 vxRenderWindow* Vantalux::createRenderWindow(vxWindowSurface* window, int width, int height, int, int, int, int,
                                              int glMajor, int glMinor, int) {
     if (!m_started || !window || width < 1 || height < 1 || !window->makeCurrent()) return nullptr;
+    // The engine calls OpenGL through GLEW's table, which a context must fill before the first call.
+    if (!bindGlEntryPoints()) return nullptr;
     vxHardwareCaps* caps = vxHardwareCaps::getInstance();
     if (!caps->read()) return nullptr;
     auto below = [&](int major, int minor) {

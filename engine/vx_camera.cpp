@@ -1,6 +1,7 @@
 #include "vx_camera.h"
 
-#include "gl_api.h"
+#include <GL/glew.h>
+
 #include "vantalux.h"
 #include "vx_render_window.h"
 

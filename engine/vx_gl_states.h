@@ -1,6 +1,7 @@
 #pragma once
 
-#include "gl_api.h"
+#include <GL/glew.h>
+
 #include "vx_enums.h"
 
 namespace Vantalux_nsp {

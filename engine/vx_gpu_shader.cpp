@@ -1,32 +1,14 @@
 #include "vx_gpu_shader.h"
 
-#include "gl_api.h"
+#include <GL/glew.h>
+
+#include "demos/gl_utility/glsl_build.h"
 #include "vantalux.h"
 #include "vx_render_window.h"
 
 namespace Vantalux_nsp {
 
 namespace {
-
-std::string shaderLog(GLuint shader) {
-    GLint length = 0;
-    glGetShaderiv(shader, GL_INFO_LOG_LENGTH, &length);
-    if (length <= 0) return "unknown error";
-    std::string text(size_t(length), '\0');
-    glGetShaderInfoLog(shader, length, nullptr, text.data());
-    text.resize(std::char_traits<char>::length(text.c_str()));
-    return text;
-}
-
-std::string programLog(GLuint program) {
-    GLint length = 0;
-    glGetProgramiv(program, GL_INFO_LOG_LENGTH, &length);
-    if (length <= 0) return "unknown error";
-    std::string text(size_t(length), '\0');
-    glGetProgramInfoLog(program, length, nullptr, text.data());
-    text.resize(std::char_traits<char>::length(text.c_str()));
-    return text;
-}
 
 // Runs `set` with `program` in use and puts back the program that was, so that setting a uniform never
 // changes what is bound.
@@ -59,18 +41,9 @@ int vxGpuShader::_compile(unsigned stage, const char* source, uint32_t& shaderOu
         m_errorText = "no program object";
         return -1;
     }
-    const GLuint shader = glCreateShader(stage);
+    const GLuint shader = compileGlslStage(stage, source, m_errorText);
     if (!shader) {
-        m_errorText = "no shader object";
-        return -1;
-    }
-    glShaderSource(shader, 1, &source, nullptr);
-    glCompileShader(shader);
-    GLint compiled = 0;
-    glGetShaderiv(shader, GL_COMPILE_STATUS, &compiled);
-    if (!compiled) {
-        m_errorText = shaderLog(shader);
-        glDeleteShader(shader);
+        if (m_errorText.empty()) m_errorText = "unknown error";
         return -1;
     }
     if (shaderOut) {
@@ -98,11 +71,8 @@ int vxGpuShader::link() {
         if (!m_program) m_errorText = "no stage loaded";
         return -1;
     }
-    glLinkProgram(m_program);
-    GLint linked = 0;
-    glGetProgramiv(m_program, GL_LINK_STATUS, &linked);
-    if (!linked) {
-        m_errorText = programLog(m_program);
+    if (!linkGlslProgram(m_program, m_errorText)) {
+        if (m_errorText.empty()) m_errorText = "unknown error";
         m_linkFailed = true;  // a failed link is not retried every frame
         return -1;
     }

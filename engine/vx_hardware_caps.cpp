@@ -1,9 +1,10 @@
 #include "vx_hardware_caps.h"
 
+#include <GL/glew.h>
+
 #include <cstdio>
 #include <cstring>
 
-#include "gl_api.h"
 #include "gl_errors.h"
 
 namespace Vantalux_nsp {

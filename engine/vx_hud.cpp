@@ -1,6 +1,7 @@
 #include "vx_hud.h"
 
-#include "gl_api.h"
+#include <GL/glew.h>
+
 #include "vx_material.h"
 
 namespace Vantalux_nsp {

@@ -1,6 +1,7 @@
 #include "vx_material.h"
 
-#include "gl_api.h"
+#include <GL/glew.h>
+
 #include "vantalux.h"
 #include "vx_gl_states.h"
 #include "vx_gpu_shader.h"

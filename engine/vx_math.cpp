@@ -37,6 +37,17 @@ vxMat4 vxMat4::rotationZ(float degrees) {
 
 vxMat4 vxMat4::rotationEuler(const vxVec3& a) { return rotationY(a.y) * rotationX(a.x) * rotationZ(a.z); }
 
+vxMat4 vxMat4::rotationAboutXYZ(float aboutX, float aboutY, float aboutZ) {
+    const float sa = std::sin(aboutX * kVxDegToRad), ca = std::cos(aboutX * kVxDegToRad);
+    const float sb = std::sin(aboutY * kVxDegToRad), cb = std::cos(aboutY * kVxDegToRad);
+    const float sc = std::sin(aboutZ * kVxDegToRad), cc = std::cos(aboutZ * kVxDegToRad);
+    vxMat4 r;
+    r.m[0] = sa * sb * sc + cb * cc, r.m[4] = -ca * sc, r.m[8] = sa * cb * sc - sb * cc;
+    r.m[1] = cb * sc - sa * sb * cc, r.m[5] = ca * cc, r.m[9] = -sb * sc - sa * cb * cc;
+    r.m[2] = ca * sb, r.m[6] = sa, r.m[10] = ca * cb;
+    return r;
+}
+
 vxMat4 vxMat4::perspective(float fovYDegrees, float aspect, float zNear, float zFar) {
     vxMat4 r;
     const float f = 1.0f / std::tan(fovYDegrees * 0.5f * kVxDegToRad);

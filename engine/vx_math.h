@@ -53,6 +53,9 @@ struct vxMat4 {
     static vxMat4 rotationZ(float degrees);
     // Yaw about Y, then pitch about X, then roll about Z, as an object turns: Ry * Rx * Rz.
     static vxMat4 rotationEuler(const vxVec3& pitchYawRollDegrees);
+    // The spin of the GL 3 and OpenCL demos' tori, in degrees: each angle alone turns about its own axis
+    // (X, Y, Z), but together they compose in the order those demos were drawn with, not rotationEuler's.
+    static vxMat4 rotationAboutXYZ(float aboutX, float aboutY, float aboutZ);
     static vxMat4 perspective(float fovYDegrees, float aspect, float zNear, float zFar);
     static vxMat4 orthographic(float left, float right, float bottom, float top, float zNear, float zFar);
     static vxMat4 lookAt(const vxVec3& eye, const vxVec3& target, const vxVec3& up);
@@ -63,6 +66,7 @@ struct vxMat4 {
     // The inverse of a general matrix; the identity when the matrix is singular.
     vxMat4 inverse() const;
     vxVec3 translationPart() const { return {m[12], m[13], m[14]}; }
+    float at(int row, int column) const { return m[column * 4 + row]; }
     const float* data() const { return m; }
 };
 

@@ -1,8 +1,9 @@
 #include "vx_mesh.h"
 
+#include <GL/glew.h>
+
 #include <algorithm>
 
-#include "gl_api.h"
 #include "vx_material.h"
 
 namespace Vantalux_nsp {

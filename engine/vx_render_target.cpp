@@ -1,6 +1,7 @@
 #include "vx_render_target.h"
 
-#include "gl_api.h"
+#include <GL/glew.h>
+
 #include "gl_errors.h"
 #include "vantalux.h"
 #include "vx_render_window.h"

@@ -1,6 +1,6 @@
 #include "vx_render_window.h"
 
-#include "gl_api.h"
+#include <GL/glew.h>
 
 namespace Vantalux_nsp {
 

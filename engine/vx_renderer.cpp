@@ -1,8 +1,9 @@
 #include "vx_renderer.h"
 
+#include <GL/glew.h>
+
 #include <algorithm>
 
-#include "gl_api.h"
 #include "vantalux.h"
 #include "vx_font.h"
 #include "vx_gl_states.h"

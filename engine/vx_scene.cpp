@@ -1,8 +1,9 @@
 #include "vx_scene.h"
 
+#include <GL/glew.h>
+
 #include <algorithm>
 
-#include "gl_api.h"
 #include "vantalux.h"
 #include "vx_camera.h"
 #include "vx_light.h"

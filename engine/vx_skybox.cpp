@@ -1,6 +1,7 @@
 #include "vx_skybox.h"
 
-#include "gl_api.h"
+#include <GL/glew.h>
+
 #include "vx_cube_faces.h"
 #include "vx_gpu_shader.h"
 #include "vx_texture.h"

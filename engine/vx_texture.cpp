@@ -1,12 +1,13 @@
 #include "vx_texture.h"
 
+#include <GL/glew.h>
+
 #include <algorithm>
 #include <vector>
 
-#include "gl_api.h"
+#include "demos/gl_utility/image_codec.h"
 #include "gl_errors.h"
 #include "vantalux.h"
-#include "vx_image.h"
 #include "vx_render_window.h"
 
 namespace Vantalux_nsp {
@@ -178,8 +179,8 @@ vxTextureMgr* vxTextureMgr::getInstance() {
 
 vxTexture* vxTextureMgr::createTexture2D(const char* path, const vxTextureData& options) {
     vxRenderWindow* window = currentWindow();
-    vxImage image;
-    if (!window || !vxDecodeImageFile(path, image)) {
+    DecodedImage image;
+    if (!window || !decodeImageFile(path, image)) {
         vxTraceMgr::getInstance()->logTrace(1, "Unable to load image from file %s", path ? path : "(null)");
         return nullptr;
     }
@@ -192,8 +193,8 @@ vxTexture* vxTextureMgr::createTexture2D(const char* path, const vxTextureData& 
 vxTexture* vxTextureMgr::createTexture2D(const char* name, const uint8_t* data, size_t size,
                                          const vxTextureData& options) {
     vxRenderWindow* window = currentWindow();
-    vxImage image;
-    if (!window || !vxDecodeImageMemory(data, size, image)) {
+    DecodedImage image;
+    if (!window || !decodeImageMemory(data, size, image)) {
         vxTraceMgr::getInstance()->logTrace(1, "Unable to load image from memory");
         return nullptr;
     }

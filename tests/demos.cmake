@@ -5,7 +5,6 @@ lumenscope_unit_test(unit_demos
   demos/context_choice_test.cpp
   demos/frame_stats_test.cpp
   demos/harness_rules_test.cpp
-  demos/mat4_test.cpp
   demos/mesh_builders_test.cpp
 )
 target_link_libraries(unit_demos PRIVATE demos)
@@ -13,6 +12,10 @@ target_link_libraries(unit_demos PRIVATE demos)
 # The same layer on Mesa through a headless EGL context.
 lumenscope_integration_test(integration_gl_utility demos/gl_utility_test.cpp)
 target_link_libraries(integration_gl_utility PRIVATE demos)
+
+# Every shader program the demos build from media/shaders/, compiled and linked on the same driver.
+lumenscope_integration_test(integration_shader_programs demos/shader_programs_test.cpp)
+target_link_libraries(integration_shader_programs PRIVATE demos)
 
 # The program itself running each demo headless as a one-second benchmark.
 lumenscope_integration_test(integration_demo_runs demos/demo_runs_test.cpp)

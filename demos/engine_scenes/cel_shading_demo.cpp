@@ -5,51 +5,13 @@
 
 #include "demo_context.h"
 #include "engine_demo.h"
+#include "gl_utility/shader_texts.h"
 #include "harness/demo_host.h"
 #include "harness/demo_table.h"
 
 namespace {
 
 using namespace Vantalux_nsp;
-
-constexpr const char* kVertexShader = R"(
-varying vec3 normal;
-varying vec3 eyePosition;
-void main()
-{
-    normal = gl_NormalMatrix * gl_Normal;
-    eyePosition = (gl_ModelViewMatrix * gl_Vertex).xyz;
-    gl_Position = ftransform();
-}
-)";
-
-constexpr const char* kPixelShader = R"(
-uniform float silhouetteThreshold;
-varying vec3 normal;
-varying vec3 eyePosition;
-void main()
-{
-    vec3 v = eyePosition;
-    vec3 N = normalize(normal);
-    vec3 E = normalize(normalize(-v) - v);
-    vec3 L = normalize(gl_LightSource[0].position.xyz - v);
-    vec3 H = normalize(L + E);
-    if (max(dot(N, E), 0.0) < silhouetteThreshold)
-    {
-        gl_FragColor = vec4(0.0, 0.0, 0.0, 1.0);
-        return;
-    }
-    vec4 color = gl_FrontMaterial.diffuse;
-    float specular = pow(max(dot(N, H), 0.0), 90.0);
-    if (specular < 0.2)
-        color *= 0.76;
-    else
-        color = gl_FrontMaterial.specular;
-    if (max(dot(N, L), 0.0) < 0.5)
-        color *= 0.7;
-    gl_FragColor = vec4(color.rgb, 1.0);
-}
-)";
 
 class CelShadingDemo : public EngineDemo {
 protected:
@@ -80,7 +42,8 @@ protected:
             m_material->setSpecular({0.8f, 0.2f, 0.2f});
         }
         if (vxHardwareCaps::getInstance()->getGPUCap(VX_CAP_OPENGL_2_0)) {
-            vxGpuShader* shader = buildShader("ToonShader", kVertexShader, kPixelShader, "Vertex Shader Error: %s",
+            vxGpuShader* shader = buildShader("ToonShader", shaderText("toon.vert").data(),
+                                              shaderText("toon.frag").data(), "Vertex Shader Error: %s",
                                               "Pixel Shader Error: %s", "Pixel Shader Error: %s", false);
             if (shader) {
                 shader->setUniform1f("silhouetteThreshold", 0.3f);

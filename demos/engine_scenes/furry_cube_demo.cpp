@@ -7,6 +7,7 @@
 #include "demo_context.h"
 #include "engine/vx_hud.h"
 #include "engine_demo.h"
+#include "gl_utility/shader_texts.h"
 #include "harness/demo_host.h"
 #include "harness/demo_table.h"
 
@@ -21,48 +22,6 @@ constexpr int kFurLayers = 100;
 constexpr int kFurTextureCount = 10;
 constexpr int kFurTextureSize = 512;
 constexpr int kFurDensity = 350000;
-
-constexpr const char* kVertexShader = R"(
-uniform float UVScale;
-uniform float FurLength;
-uniform mat4 mv;
-varying vec3 normal;
-varying vec3 lightDir[2];
-void main()
-{
-    vec4 P = vec4(gl_Vertex.xyz + gl_Normal * FurLength, 1.0);
-    gl_TexCoord[0] = gl_MultiTexCoord0 * UVScale;
-    gl_Position = gl_ModelViewProjectionMatrix * P;
-    vec3 eyePosition = (gl_ModelViewMatrix * P).xyz;
-    normal = gl_NormalMatrix * gl_Normal;
-    lightDir[0] = (mv * vec4(20.0, 150.0, 100.0, 1.0)).xyz - eyePosition;
-    lightDir[1] = (mv * vec4(-20.0, -150.0, 100.0, 1.0)).xyz - eyePosition;
-}
-)";
-
-constexpr const char* kPixelShader = R"(
-uniform sampler2D tigerMap;
-uniform sampler2D furMap;
-uniform float Layer;
-varying vec3 normal;
-varying vec3 lightDir[2];
-void main()
-{
-    float k = pow(1.0 - Layer, 1.2);
-    vec4 fur = texture2D(furMap, gl_TexCoord[0].st);
-    fur.a *= k;
-    vec4 base = texture2D(tigerMap, gl_TexCoord[0].st) * fur;
-    vec3 N = normalize(normal);
-    vec4 color = vec4(0.0);
-    for (int i = 0; i < 2; ++i)
-    {
-        float lambert = clamp(dot(N, normalize(lightDir[i])), 0.0, 1.0);
-        color += gl_LightSource[i].ambient * gl_FrontMaterial.ambient * base;
-        color += gl_LightSource[i].diffuse * gl_FrontMaterial.diffuse * lambert * base;
-    }
-    gl_FragColor = vec4(color.rgb, base.a);
-}
-)";
 
 class FurryCubeDemo : public EngineDemo {
 protected:
@@ -95,8 +54,9 @@ protected:
             demoShowError("Could not load fur color texture. Fur Benchmark startup failed.");
             return false;
         }
-        m_shader = buildShader("FurShader", kVertexShader, kPixelShader, "Fur Vertex Shader Error: %s",
-                               "Fur Pixel Shader Error: %s", "Fur Pixel Shader Error: %s", false);
+        m_shader = buildShader("FurShader", shaderText("fur.vert").data(), shaderText("fur.frag").data(),
+                               "Fur Vertex Shader Error: %s", "Fur Pixel Shader Error: %s",
+                               "Fur Pixel Shader Error: %s", false);
         if (!m_shader) return false;
         m_shader->setUniform1f("UVScale", 1.0f);
         m_shader->setUniform1i("tigerMap", 0);

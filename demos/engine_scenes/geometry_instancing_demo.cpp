@@ -10,6 +10,7 @@
 #include "demo_context.h"
 #include "engine/vx_skybox.h"
 #include "engine_demo.h"
+#include "gl_utility/shader_texts.h"
 #include "harness/demo_host.h"
 #include "harness/demo_table.h"
 #include "instancing_batches.h"
@@ -24,101 +25,6 @@ constexpr int kAsteroids = 10000;
 constexpr const char* kLongArrays = "#version 120\n#extension GL_EXT_gpu_shader4 : enable\n"
                                     "#extension GL_EXT_draw_instanced : enable\n#define ARRAY_SIZE 400\n";
 constexpr const char* kShortArrays = "#define ARRAY_SIZE 64\n";
-
-constexpr const char* kInstancingVertexShader = R"(
-uniform vec4 position[ARRAY_SIZE];
-uniform vec4 rotation[ARRAY_SIZE];
-uniform mat4 ViewMat4x4;
-uniform vec4 light_position[2];
-varying vec3 normal;
-varying vec3 eyeVec;
-varying vec3 lightDir[2];
-void main()
-{
-    vec4 q = rotation[gl_InstanceID];
-    mat3 turn = mat3(1.0 - 2.0 * (q.y * q.y + q.z * q.z), 2.0 * (q.x * q.y + q.z * q.w), 2.0 * (q.x * q.z - q.y * q.w),
-                     2.0 * (q.x * q.y - q.z * q.w), 1.0 - 2.0 * (q.x * q.x + q.z * q.z), 2.0 * (q.y * q.z + q.x * q.w),
-                     2.0 * (q.x * q.z + q.y * q.w), 2.0 * (q.y * q.z - q.x * q.w), 1.0 - 2.0 * (q.x * q.x + q.y * q.y));
-    mat4 model = mat4(vec4(turn[0], 0.0), vec4(turn[1], 0.0), vec4(turn[2], 0.0),
-                      vec4(position[gl_InstanceID].xyz, 1.0));
-    mat4 modelView = ViewMat4x4 * model;
-    vec4 P = modelView * gl_Vertex;
-    normal = mat3(modelView) * gl_Normal;
-    for (int i = 0; i < 2; ++i)
-        lightDir[i] = (ViewMat4x4 * light_position[i]).xyz - P.xyz;
-    eyeVec = -P.xyz;
-    gl_TexCoord[0] = gl_MultiTexCoord0;
-    gl_Position = gl_ProjectionMatrix * P;
-}
-)";
-
-constexpr const char* kPhongVertexShader = R"(
-uniform mat4 ViewMat4x4;
-uniform vec4 light_position[2];
-varying vec3 normal;
-varying vec3 eyeVec;
-varying vec3 lightDir[2];
-void main()
-{
-    vec4 P = gl_ModelViewMatrix * gl_Vertex;
-    normal = gl_NormalMatrix * gl_Normal;
-    for (int i = 0; i < 2; ++i)
-        lightDir[i] = (ViewMat4x4 * light_position[i]).xyz - P.xyz;
-    eyeVec = -P.xyz;
-    gl_TexCoord[0] = gl_MultiTexCoord0;
-    gl_Position = ftransform();
-}
-)";
-
-constexpr const char* kPhongPixelShader = R"(
-uniform sampler2D colorMap;
-uniform vec4 light_diffuse[2];
-varying vec3 normal;
-varying vec3 eyeVec;
-varying vec3 lightDir[2];
-void main()
-{
-    vec4 texel = texture2D(colorMap, gl_TexCoord[0].st);
-    vec3 N = normalize(normal);
-    vec3 E = normalize(eyeVec);
-    vec4 color = 0.02 * gl_FrontMaterial.ambient * texel;
-    for (int i = 0; i < 2; ++i)
-    {
-        vec3 L = normalize(lightDir[i]);
-        float lambert = dot(N, L);
-        if (lambert > 0.0)
-        {
-            color += light_diffuse[i] * gl_FrontMaterial.diffuse * lambert * texel;
-            color += 0.1 * gl_FrontMaterial.specular *
-                     pow(max(dot(reflect(-L, N), E), 0.0), gl_FrontMaterial.shininess) * lambert;
-        }
-    }
-    gl_FragColor = vec4(color.rgb, 1.0);
-}
-)";
-
-constexpr const char* kBeltVertexShader = R"(
-varying vec3 normal;
-varying vec3 eyeVec;
-void main()
-{
-    normal = gl_NormalMatrix * gl_Normal;
-    eyeVec = -(gl_ModelViewMatrix * gl_Vertex).xyz;
-    gl_TexCoord[0] = gl_MultiTexCoord0;
-    gl_Position = ftransform();
-}
-)";
-
-constexpr const char* kBeltPixelShader = R"(
-uniform sampler2D colorMap;
-varying vec3 normal;
-varying vec3 eyeVec;
-void main()
-{
-    float facing = abs(dot(normalize(normal), normalize(eyeVec)));
-    gl_FragColor = vec4(texture2D(colorMap, gl_TexCoord[0].st).rgb * facing, 1.0);
-}
-)";
 
 constexpr float kLightPositions[8] = {-460, 100, -460, 1, 460, 100, 460, 1};
 constexpr float kLightDiffuse[8] = {0.6f, 0.6f, 0.9f, 1, 0.9f, 0.6f, 0.6f, 1};
@@ -164,10 +70,14 @@ protected:
         }
 
         const std::string instancingVertex =
-            std::string(caps.getGPUVendor() == VX_GPU_VENDOR_AMD ? kShortArrays : kLongArrays) + kInstancingVertexShader;
-        m_instancing = _effect("GIEffectInstancing", instancingVertex.c_str(), kPhongPixelShader);
-        m_phong = m_instancing ? _effect("GIEffectPhong", kPhongVertexShader, kPhongPixelShader) : nullptr;
-        vxGpuShader* belt = m_phong ? _effect("GIEffectBelt", kBeltVertexShader, kBeltPixelShader) : nullptr;
+            std::string(caps.getGPUVendor() == VX_GPU_VENDOR_AMD ? kShortArrays : kLongArrays) +
+            std::string(shaderText("instanced_asteroid.vert"));
+        const char* phongPixel = shaderText("planet_phong.frag").data();
+        m_instancing = _effect("GIEffectInstancing", instancingVertex.c_str(), phongPixel);
+        m_phong = m_instancing ? _effect("GIEffectPhong", shaderText("planet_phong.vert").data(), phongPixel) : nullptr;
+        vxGpuShader* belt = m_phong ? _effect("GIEffectBelt", shaderText("asteroid_belt.vert").data(),
+                                              shaderText("asteroid_belt.frag").data())
+                                    : nullptr;
         if (!belt) {
             demoShowError("Could not create effect shaders.");
             return false;

@@ -3,6 +3,7 @@
 // a depth and blur target written beside the colour, a bright pass blurred down four times (bloom), and a
 // radial blur with the tone mapping.
 #include <cmath>
+#include <string_view>
 
 #include "demo_context.h"
 #include "engine/vx_model.h"
@@ -10,6 +11,7 @@
 #include "engine/vx_rgbe_reader.h"
 #include "engine/vx_skybox.h"
 #include "engine_demo.h"
+#include "gl_utility/shader_texts.h"
 #include "harness/demo_host.h"
 #include "harness/demo_table.h"
 
@@ -33,172 +35,6 @@ constexpr float kFilterTaps[12][2] = {
     {0.507431f, 0.064425f},   {0.89642f, 0.412458f},   {-0.32194f, -0.932615f}, {-0.791559f, -0.597705f},
 };
 
-constexpr const char* kQuadVertexShader = R"(
-void main()
-{
-    gl_TexCoord[0] = gl_MultiTexCoord0;
-    gl_Position = ftransform();
-}
-)";
-
-constexpr const char* kDofPixelShader = R"(
-uniform sampler2D SceneColorSampler;
-uniform sampler2D DepthBlurSampler;
-uniform float w;
-uniform float h;
-uniform float fMaxCoC;
-uniform vec2 vFilterTaps[12];
-void main()
-{
-    vec2 st = gl_TexCoord[0].st;
-    vec4 sum = texture2D(SceneColorSampler, st);
-    vec2 centre = texture2D(DepthBlurSampler, st).xy;
-    float size = centre.y * fMaxCoC;
-    float total = 1.0;
-    for (int i = 0; i < 12; ++i)
-    {
-        vec2 at = st + vFilterTaps[i] * size;
-        vec2 tap = texture2D(DepthBlurSampler, at).xy;
-        float contribution = tap.x < centre.x ? centre.y : tap.y;
-        sum += texture2D(SceneColorSampler, at) * contribution;
-        total += contribution;
-    }
-    gl_FragColor = sum / total;
-}
-)";
-
-constexpr const char* kBloomPixelShader = R"(
-uniform sampler2D tex;
-uniform float brightThreshold;
-void main()
-{
-    vec4 color = texture2D(tex, gl_TexCoord[0].st);
-    float luminance = dot(vec4(0.30, 0.59, 0.11, 0.0), color);
-    gl_FragColor = luminance > brightThreshold ? color : vec4(0.0);
-}
-)";
-
-constexpr const char* kBlurPixelShader = R"(
-uniform sampler2D tex;
-uniform float w;
-uniform float h;
-void main()
-{
-    vec2 st = gl_TexCoord[0].st;
-    vec2 dx = vec2(1.0 / w, 0.0), dy = vec2(0.0, 1.0 / h);
-    vec4 sum = texture2D(tex, st) * 4.0;
-    sum += (texture2D(tex, st - dx) + texture2D(tex, st + dx) + texture2D(tex, st - dy) + texture2D(tex, st + dy)) * 2.0;
-    sum += texture2D(tex, st - dx - dy) + texture2D(tex, st + dx - dy) + texture2D(tex, st - dx + dy) +
-           texture2D(tex, st + dx + dy);
-    gl_FragColor = sum / 16.0;
-}
-)";
-
-constexpr const char* kViewerPixelShader = R"(
-uniform sampler2D tex;
-void main()
-{
-    gl_FragColor = texture2D(tex, gl_TexCoord[0].st);
-}
-)";
-
-// The radial blur samples the depth-of-field picture along the line to the blur centre; the bloom (the
-// blurred bright pass) is added at its factor; the exposure scales the sum into the displayable range.
-constexpr const char* kToneMappingPixelShader = R"(
-uniform sampler2D tex;
-uniform sampler2D bloom;
-uniform float exposure;
-uniform float brightThreshold;
-uniform float radialBlurFactor;
-uniform float bloomFactor;
-uniform float blurStart;
-uniform float blurWidth;
-uniform int blurSamples;
-uniform vec2 blurCenter;
-void main()
-{
-    vec2 st = gl_TexCoord[0].st;
-    vec4 c = vec4(0.0);
-    for (int i = 0; i < blurSamples; ++i)
-    {
-        float scale = blurStart + blurWidth * (float(i) / float(blurSamples - 1));
-        c += texture2D(tex, (st - blurCenter) * scale + blurCenter);
-    }
-    c /= float(blurSamples);
-    vec4 color = texture2D(tex, st) + c * radialBlurFactor + texture2D(bloom, st) * bloomFactor;
-    float YD = exposure * (exposure / brightThreshold + 1.0) / (exposure + 1.0);
-    gl_FragColor = vec4(color.rgb * YD, 1.0);
-}
-)";
-
-constexpr const char* kSkyVertexShader = R"(
-void main()
-{
-    gl_TexCoord[0] = gl_MultiTexCoord0;
-    gl_Position = ftransform();
-}
-)";
-
-constexpr const char* kSkyPixelShader = R"(
-uniform samplerCube env;
-uniform float skyDepth;
-void main()
-{
-    gl_FragData[0] = vec4(textureCube(env, gl_TexCoord[0].xyz).rgb, 1.0);
-    gl_FragData[1] = vec4(skyDepth, 1.0, 0.0, 0.0);
-}
-)";
-
-constexpr const char* kChromaticVertexShader = R"(#version 120
-uniform mat4 ModelWorld4x4;
-uniform vec3 eyePos;
-varying vec3 N;
-varying vec3 E;
-varying float depth_z;
-void main()
-{
-    gl_Position = ftransform();
-    depth_z = gl_Position.z;
-    N = mat3(ModelWorld4x4) * gl_Normal;
-    E = (ModelWorld4x4 * gl_Vertex).xyz - eyePos;
-    gl_TexCoord[0] = gl_MultiTexCoord0;
-}
-)";
-
-constexpr const char* kChromaticPixelShader = R"(#version 120
-uniform sampler2D tex;
-uniform samplerCube env;
-uniform float reflectionFactor;
-uniform vec3 IoR_Values;
-uniform vec3 fresnelValues;
-uniform float focalDistance;
-uniform float focalRange;
-varying vec3 N;
-varying vec3 E;
-varying float depth_z;
-vec3 refraction(vec3 i, vec3 n, float eta)
-{
-    float cosi = dot(-i, n);
-    float cost2 = 1.0 - eta * eta * (1.0 - cosi * cosi);
-    vec3 t = eta * i + (eta * cosi - sqrt(abs(cost2))) * n;
-    return cost2 > 0.0 ? t : vec3(0.0);
-}
-void main()
-{
-    vec3 n = normalize(N);
-    vec3 i = normalize(E);
-    vec3 reflectColor = textureCube(env, normalize(reflect(i, n))).rgb;
-    vec3 refractColor;
-    refractColor.r = textureCube(env, refraction(i, n, IoR_Values.x)).r;
-    refractColor.g = textureCube(env, refraction(i, n, IoR_Values.y)).g;
-    refractColor.b = textureCube(env, refraction(i, n, IoR_Values.z)).b;
-    float fresnel = fresnelValues.x + pow(1.0 - dot(-i, n), fresnelValues.y) * (1.0 - fresnelValues.x);
-    vec3 base = texture2D(tex, gl_TexCoord[0].st).rgb;
-    gl_FragData[0] = vec4(mix(base, mix(refractColor, reflectColor, fresnel), reflectionFactor), 1.0);
-    gl_FragData[1] = vec4(depth_z, clamp(abs(depth_z - focalDistance), 0.0, focalRange) / focalRange, 0.0, 0.0);
-}
-)";
-
 class HdrDofDemo : public EngineDemo {
 protected:
     bool checkCapabilities(const vxHardwareCaps& caps) override {
@@ -221,17 +57,17 @@ protected:
         m_radialBlurFactor = vendorOne ? 0.2f : 0.6f;
         m_bloomFactor = vendorOne ? 0.05f : 0.15f;
 
-        m_dof = _program("DOF", kQuadVertexShader, kDofPixelShader);
-        m_bloom = m_dof ? _program("Bloom", kQuadVertexShader, kBloomPixelShader) : nullptr;
-        m_blur = m_bloom ? _program("Blur", kQuadVertexShader, kBlurPixelShader) : nullptr;
-        m_viewer = m_blur ? _program("FinalViewer", kQuadVertexShader, kViewerPixelShader) : nullptr;
-        m_toneMapping = m_viewer ? _program("ToneMapping", kQuadVertexShader, kToneMappingPixelShader) : nullptr;
+        m_dof = _program("DOF", "texcoord_passthrough.vert", "depth_of_field.frag");
+        m_bloom = m_dof ? _program("Bloom", "texcoord_passthrough.vert", "bright_pass.frag") : nullptr;
+        m_blur = m_bloom ? _program("Blur", "texcoord_passthrough.vert", "blur_3x3.frag") : nullptr;
+        m_viewer = m_blur ? _program("FinalViewer", "texcoord_passthrough.vert", "texture_copy.frag") : nullptr;
+        m_toneMapping = m_viewer ? _program("ToneMapping", "texcoord_passthrough.vert", "tone_mapping.frag") : nullptr;
         if (!m_toneMapping) {
             demoShowError("Could not create post-processing shaders.");
             return false;
         }
-        m_chromatic = _program("ChromaticEffect", kChromaticVertexShader, kChromaticPixelShader);
-        vxGpuShader* sky = m_chromatic ? _program("SkyEffect", kSkyVertexShader, kSkyPixelShader) : nullptr;
+        m_chromatic = _program("ChromaticEffect", "chromatic_glass.vert", "chromatic_glass.frag");
+        vxGpuShader* sky = m_chromatic ? _program("SkyEffect", "texcoord_passthrough.vert", "hdr_sky.frag") : nullptr;
         if (!sky) {
             demoShowError("Could not create effects shaders.");
             return false;
@@ -350,9 +186,10 @@ protected:
     }
 
 private:
-    vxGpuShader* _program(const char* name, const char* vertex, const char* pixel) {
-        return buildShader(name, vertex, pixel, "[%s] Vertex Shader Error: %s", "[%s] Pixel Shader Error: %s",
-                           "[%s] GPU Shader Error: %s", true);
+    // A program of two held stages, by their file names.
+    vxGpuShader* _program(const char* name, std::string_view vertex, std::string_view pixel) {
+        return buildShader(name, shaderText(vertex).data(), shaderText(pixel).data(), "[%s] Vertex Shader Error: %s",
+                           "[%s] Pixel Shader Error: %s", "[%s] GPU Shader Error: %s", true);
     }
 
     void _setConstants(vxGpuShader* sky) {

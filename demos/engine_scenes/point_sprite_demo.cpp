@@ -1,6 +1,7 @@
 // "GL 2.1 - GLSL Point Sprite Particles": a fountain of 40,000 textured points whose flight the vertex
 // stage computes from each particle's birth velocity and age; the processor only bears and retires them.
 #include "engine_demo.h"
+#include "gl_utility/shader_texts.h"
 #include "harness/demo_host.h"
 #include "harness/demo_table.h"
 #include "particle_pool.h"
@@ -8,27 +9,6 @@
 namespace {
 
 using namespace Vantalux_nsp;
-
-constexpr const char* kVertexShader = R"(#version 120
-uniform float timelife;
-void main()
-{
-    vec3 v = gl_MultiTexCoord0.xyz;
-    float t = gl_MultiTexCoord0.w;
-    vec3 position = gl_Vertex.xyz + v * t + vec3(0.0, -130.0, 0.0) * t * t / 2.0;
-    gl_Position = gl_ModelViewProjectionMatrix * vec4(position, 1.0);
-    gl_FrontColor = vec4(gl_Color.rgb, 1.0 - t / timelife);
-    gl_PointSize = 10.0;
-}
-)";
-
-constexpr const char* kPixelShader = R"(#version 120
-uniform sampler2D colorMap;
-void main()
-{
-    gl_FragColor = vec4(texture2D(colorMap, gl_PointCoord).rgb * gl_Color.rgb, gl_Color.a);
-}
-)";
 
 class PointSpriteDemo : public EngineDemo {
 protected:
@@ -60,7 +40,8 @@ protected:
             demoShowError("Could not load particle system textures!");
             return false;
         }
-        m_shader = buildShader("PSShader", kVertexShader, kPixelShader, "PSShader Vertex Shader Error: %s",
+        m_shader = buildShader("PSShader", shaderText("point_sprite.vert").data(),
+                               shaderText("point_sprite.frag").data(), "PSShader Vertex Shader Error: %s",
                                "PSShader Pixel Shader Error: %s", "PSShader Shader Program Error: %s", false);
         if (!m_shader) return false;
         m_shader->setUniform1i("colorMap", 0);

@@ -4,6 +4,7 @@
 
 #include "demo_context.h"
 #include "engine_demo.h"
+#include "gl_utility/shader_texts.h"
 #include "harness/demo_host.h"
 #include "harness/demo_table.h"
 
@@ -12,34 +13,6 @@ namespace {
 #include "vtf_terrain_jpeg.inc"
 
 using namespace Vantalux_nsp;
-
-constexpr const char* kVertexShader = R"(
-uniform sampler2D displacementMap;
-uniform float time;
-void main()
-{
-    gl_TexCoord[0] = gl_MultiTexCoord0;
-    vec4 dm = texture2D(displacementMap, gl_MultiTexCoord0.st);
-    float df = 0.30 * dm.r + 0.59 * dm.g + 0.11 * dm.b;
-    float dnoise = 0.0;
-    if (df > 0.3)
-    {
-        float px = gl_Vertex.x / 200.0, pz = gl_Vertex.z / 200.0;
-        dnoise = (1.414 - sqrt(px * px + pz * pz)) * df * 10.0 * cos(2.0 * time) * sin(8.0 * time);
-    }
-    vec4 position = gl_Vertex;
-    position.y = df * 120.0 + dnoise + gl_Vertex.y;
-    gl_Position = gl_ModelViewProjectionMatrix * position;
-}
-)";
-
-constexpr const char* kPixelShader = R"(
-uniform sampler2D colorMap;
-void main()
-{
-    gl_FragColor = vec4(texture2D(colorMap, gl_TexCoord[0].st).rgb, 1.0);
-}
-)";
 
 class VertexDisplacementDemo : public EngineDemo {
 protected:
@@ -76,7 +49,8 @@ protected:
             demoShowError("Could not load the displacement map.");
             return false;
         }
-        m_shader = buildShader("VTFShader", kVertexShader, kPixelShader, "Vertex Shader Error: %s",
+        m_shader = buildShader("VTFShader", shaderText("displaced_terrain.vert").data(),
+                               shaderText("displaced_terrain.frag").data(), "Vertex Shader Error: %s",
                                "Pixel Shader Error: %s", "Pixel Shader Error: %s", false);
         if (!m_shader) return false;
         m_shader->setUniform1i("displacementMap", 0);

@@ -3,50 +3,17 @@
 #include <GL/glew.h>
 
 #include <cstdint>
-#include <string>
 
 namespace {
 
 #include "corner_logo_jpeg.inc"
 
-constexpr const char* kVertexBody = R"(
-in vec4 In_Position;
-in vec4 In_UV;
-uniform mat4 WorldViewProjectionMatrix;
-out vec4 Vertex_Color;
-void main()
-{
-    gl_Position = WorldViewProjectionMatrix * In_Position;
-    Vertex_Color = In_UV;
-}
-)";
-
-constexpr const char* kPixelBody = R"(
-uniform sampler2D colorMap;
-in vec4 Vertex_Color;
-out vec4 Out_Color;
-void main()
-{
-    Out_Color = vec4(texture(colorMap, Vertex_Color.xy).rgb, 1.0);
-}
-)";
-
 }  // namespace
 
 bool CornerLogo::create(const char* versionLine) {
     release();
-    const std::string vertex = std::string(versionLine) + "\n" + kVertexBody;
-    const std::string pixel = std::string(versionLine) + "\n" + kPixelBody;
     if (!m_image.loadFromMemory(kCornerLogoJpeg, sizeof kCornerLogoJpeg) || !m_image.createTexture()) return false;
-    if (!m_program.loadVertexShader(vertex.c_str(), vertex.size()) ||
-        !m_program.loadPixelShader(pixel.c_str(), pixel.size()) || !m_program.use()) {
-        release();
-        return false;
-    }
-    m_program.set1i("colorMap", 0);
-    m_program.setMatrix("WorldViewProjectionMatrix", Mat4::orthographic(0, 1, 0, 1, -1, 1));
-    m_program.unuse();
-    if (!m_quad.makeQuad()) {
+    if (!m_quad.create(versionLine)) {
         release();
         return false;
     }
@@ -56,33 +23,15 @@ bool CornerLogo::create(const char* versionLine) {
 
 void CornerLogo::draw(int clientWidth) {
     if (!m_ready) return;
-    // The quad winds clockwise on screen; culling, which some demos keep on, would drop it.
-    const bool culling = glIsEnabled(GL_CULL_FACE);
-    glDisable(GL_CULL_FACE);
     glViewport(clientWidth - kSize, 0, kSize, kSize);
-    glDisable(GL_DEPTH_TEST);
-    glDepthMask(GL_FALSE);
     glEnable(GL_BLEND);
     glBlendFunc(GL_ONE, GL_ONE);
-    glActiveTexture(GL_TEXTURE0);
-    glBindTexture(GL_TEXTURE_2D, m_image.textureId);
-    m_program.use();
-    m_quad.positionAttrib = uint32_t(m_program.attribLocation("In_Position"));
-    m_quad.texCoordAttrib = uint32_t(m_program.attribLocation("In_UV"));
-    MeshDrawOptions options;
-    options.useTexCoords = true;
-    m_quad.draw(options);
-    m_program.unuse();
-    glBindTexture(GL_TEXTURE_2D, 0);
+    m_quad.draw(m_image.textureId());
     glDisable(GL_BLEND);
-    glEnable(GL_DEPTH_TEST);
-    glDepthMask(GL_TRUE);
-    if (culling) glEnable(GL_CULL_FACE);
 }
 
 void CornerLogo::release() {
     m_ready = false;
     m_image.release();
-    m_program.release();
     m_quad.release();
 }

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "gpu_program.h"
 #include "image_file.h"
-#include "mesh_gl.h"
+#include "textured_quad.h"
 
 // The 128x128 logo every GL 3/4 and OpenCL demo lays over the lower right corner of its frame, added to
 // the picture (blending one, one) so that its black ground leaves the scene as it is.
@@ -15,12 +14,11 @@ public:
     bool create(const char* versionLine);
     // Draws over the frame in a window of `clientWidth` pixels, then restores depth testing and writes.
     void draw(int clientWidth);
-    // The image first, then the program and the quad.
+    // The image first, then the quad.
     void release();
 
 private:
     ImageFile m_image;
-    GpuProgram m_program;
-    MeshGL m_quad;
+    TexturedQuad m_quad;
     bool m_ready = false;
 };

@@ -2,9 +2,8 @@
 
 #include <GL/glew.h>
 
-#include <vector>
-
-#include "app/app_log.h"
+#include "base/log_sink.h"
+#include "glsl_build.h"
 
 namespace {
 
@@ -12,24 +11,6 @@ constexpr GLenum kStageTypes[GpuProgram::kStageCount] = {GL_VERTEX_SHADER, GL_FR
                                                          GL_TESS_CONTROL_SHADER, GL_TESS_EVALUATION_SHADER};
 constexpr const char* kStageNames[GpuProgram::kStageCount] = {"Vertex", "Pixel", "Geometry", "Tessellation control",
                                                               "Tessellation evaluation"};
-
-std::string shaderLog(GLuint shader) {
-    GLint length = 0;
-    glGetShaderiv(shader, GL_INFO_LOG_LENGTH, &length);
-    if (length <= 0) return {};
-    std::vector<char> text(size_t(length) + 1, '\0');
-    glGetShaderInfoLog(shader, length, nullptr, text.data());
-    return text.data();
-}
-
-std::string programLog(GLuint program) {
-    GLint length = 0;
-    glGetProgramiv(program, GL_INFO_LOG_LENGTH, &length);
-    if (length <= 0) return {};
-    std::vector<char> text(size_t(length) + 1, '\0');
-    glGetProgramInfoLog(program, length, nullptr, text.data());
-    return text.data();
-}
 
 }  // namespace
 
@@ -61,25 +42,14 @@ bool GpuProgram::_compile(StageKind stage, const char* text, const char* errorFo
         glDetachShader(m_programId, m_stageShaderIds[stage]);
         glDeleteShader(m_stageShaderIds[stage]);
     }
-    const GLuint shader = glCreateShader(kStageTypes[stage]);
+    // Only attached shaders stay in the table, so that release() detaches nothing that never was.
+    const GLuint shader = compileGlslStage(kStageTypes[stage], text, m_errorText);
     m_stageShaderIds[stage] = shader;
     if (shader == 0) {
-        m_errorText = "the driver made no shader object";
-        return false;
-    }
-    glShaderSource(shader, 1, &text, nullptr);
-    glCompileShader(shader);
-    GLint compiled = 0;
-    glGetShaderiv(shader, GL_COMPILE_STATUS, &compiled);
-    if (compiled == 0) {
-        m_errorText = shaderLog(shader);
-        // Only attached shaders stay in the table, so that release() detaches nothing that never was.
-        glDeleteShader(shader);
-        m_stageShaderIds[stage] = 0;
         if (errorFormat)
-            appLog().write(errorFormat, m_errorText.c_str());
+            base::logLine(errorFormat, m_errorText.c_str());
         else
-            appLog().write("%s shader error: %s", kStageNames[stage], m_errorText.c_str());
+            base::logLine("%s shader error: %s", kStageNames[stage], m_errorText.c_str());
         return false;
     }
     glAttachShader(m_programId, shader);
@@ -90,12 +60,8 @@ bool GpuProgram::_compile(StageKind stage, const char* text, const char* errorFo
 bool GpuProgram::use() {
     if (m_programId == 0 || !glUseProgram) return false;
     if (!m_linked) {
-        glLinkProgram(m_programId);
-        GLint status = 0;
-        glGetProgramiv(m_programId, GL_LINK_STATUS, &status);
-        if (status == 0) {
-            m_errorText = programLog(m_programId);
-            appLog().write("Shader program Error: %s", m_errorText.c_str());
+        if (!linkGlslProgram(m_programId, m_errorText)) {
+            base::logLine("Shader program Error: %s", m_errorText.c_str());
             return false;
         }
         m_linked = true;
@@ -144,8 +110,8 @@ void GpuProgram::set4fArray(const char* name, int count, const float* values) {
     if (const int at = _uniformLocation(name); at >= 0 && count > 0 && values) glUniform4fv(at, count, values);
 }
 
-void GpuProgram::setMatrix(const char* name, const Mat4& matrix) {
-    if (const int at = _uniformLocation(name); at >= 0) glUniformMatrix4fv(at, 1, GL_FALSE, matrix.m);
+void GpuProgram::setMatrix(const char* name, const float matrix[16]) {
+    if (const int at = _uniformLocation(name); at >= 0 && matrix) glUniformMatrix4fv(at, 1, GL_FALSE, matrix);
 }
 
 void GpuProgram::release() {

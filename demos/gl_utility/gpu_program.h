@@ -4,8 +4,6 @@
 #include <memory>
 #include <string>
 
-#include "mat4.h"
-
 // A GLSL program of up to five stages. Stages compile when loaded; the program links at its first use(), so
 // a program must be used once before its uniforms can be set, and that first use is where a link error shows.
 // Every call needs the program's context current on this thread.
@@ -41,7 +39,8 @@ public:
     void set4f(const char* name, float x, float y, float z, float w);
     void set4fv(const char* name, const float value[4]);
     void set4fArray(const char* name, int count, const float* values);
-    void setMatrix(const char* name, const Mat4& matrix);
+    // A 4x4 matrix in OpenGL's column order.
+    void setMatrix(const char* name, const float matrix[16]);
 
     // Detaches and deletes every shader, then the program.
     void release();

@@ -3,33 +3,28 @@
 #include <cstddef>
 #include <cstdint>
 
-struct FIBITMAP;
+#include "image_codec.h"
 
-// An image decoded by FreeImage, kept as 24 or 32 bits a pixel in FreeImage's bottom-up BGR(A) order, and
-// the texture made from it. Loading needs no context; createTexture and release need the current one.
+// An image decoded by image_codec and the texture made from it. Loading needs no context; createTexture and
+// release need the current one.
 class ImageFile {
 public:
     ImageFile() = default;
-    ~ImageFile();
     ImageFile(const ImageFile&) = delete;
     ImageFile& operator=(const ImageFile&) = delete;
 
-    // False (and one trace line) when the bytes or the file are not an image FreeImage can read.
-    bool loadFromMemory(const uint8_t* data, size_t size);
-    bool loadFromFile(const char* path);
-    // Makes a GL_TEXTURE_2D with nearest filtering from the bitmap; 0 without a bitmap.
+    // False when the bytes or the file are not an image the codec can read.
+    bool loadFromMemory(const uint8_t* data, size_t size) { return decodeImageMemory(data, size, m_image); }
+    bool loadFromFile(const char* path) { return decodeImageFile(path, m_image); }
+    int width() const { return m_image.width; }
+    int height() const { return m_image.height; }
+    // Makes an RGBA GL_TEXTURE_2D with nearest filtering from the image; 0 without one.
     uint32_t createTexture();
-    // Deletes the texture, if any, and unloads the bitmap.
+    uint32_t textureId() const { return m_textureId; }
+    // Deletes the texture, if any, and forgets the image.
     void release();
 
-    FIBITMAP* bitmap = nullptr;
-    uint32_t width = 0;
-    uint32_t height = 0;
-    uint32_t pixelFormat = 0x80E1;     // GL_BGRA; GL_BGR (0x80E0) for 24-bit images
-    uint32_t internalFormat = 0x1908;  // GL_RGBA
-    uint32_t textureId = 0;
-
 private:
-    bool _adopt(FIBITMAP* loaded);
-    void _unloadBitmap();
+    DecodedImage m_image;
+    uint32_t m_textureId = 0;
 };

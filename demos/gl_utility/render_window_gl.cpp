@@ -2,7 +2,7 @@
 
 #include <GL/glew.h>
 
-#include "app/app_log.h"
+#include "base/log_sink.h"
 #include "context_attempts.h"
 #include "sample_choice.h"
 
@@ -103,7 +103,7 @@ void RenderWindowGL::_setStartingState(int msaaSamples) {
     }
     for (int check = 0; check < 2; ++check) {
         const GLenum error = glGetError();
-        if (error != GL_NO_ERROR) appLog().write("Tholos - OpenGL error has occured: %d", int(error));
+        if (error != GL_NO_ERROR) base::logLine("Tholos - OpenGL error has occured: %d", int(error));
     }
     glViewport(0, 0, width, height);
     glClearColor(0.0f, 1.0f, 0.0f, 1.0f);

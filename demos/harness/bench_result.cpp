@@ -10,7 +10,7 @@
 #include <cstring>
 #include <vector>
 
-#include "app/app_log.h"
+#include "base/log_sink.h"
 
 namespace {
 
@@ -85,12 +85,12 @@ bool appendBenchResultRow(const char* path, const std::string& row) {
         fd = open(path, O_WRONLY | O_APPEND | O_CLOEXEC);
     }
     if (fd < 0) {
-        appLog().write("Benchmark result not written to %s: %s", path, std::strerror(errno));
+        base::logLine("Benchmark result not written to %s: %s", path, std::strerror(errno));
         return false;
     }
     const bool written = writeAll(fd, row + "\n");
     const int writeError = errno;
     close(fd);
-    if (!written) appLog().write("Benchmark result not written to %s: %s", path, std::strerror(writeError));
+    if (!written) base::logLine("Benchmark result not written to %s: %s", path, std::strerror(writeError));
     return written;
 }

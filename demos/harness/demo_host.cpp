@@ -4,13 +4,13 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include "app/app_log.h"
+#include "base/log_sink.h"
 
 namespace {
 
 void showOnStandardError(const char* text) {
     std::fprintf(stderr, "%s\n", text);
-    appLog().write("%s", text);
+    base::logLine("%s", text);
 }
 
 // Installed once before any demo starts; read by demo threads afterwards.

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <exception>
 
-#include "app/app_log.h"
+#include "base/log_sink.h"
 #include "demo_thread.h"
 #include "engine/vantalux.h"
 
@@ -74,7 +74,7 @@ bool startDemo(DemoId id, const DemoSettings& settings) {
     } catch (const std::exception& error) {
         std::lock_guard<std::mutex> guard(context.aliveLock);
         context.threadAlive = false;
-        appLog().write("The demo thread could not be started: %s", error.what());
+        base::logLine("The demo thread could not be started: %s", error.what());
         return false;
     }
     return true;

@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <thread>
 
-#include "app/app_log.h"
+#include "base/log_sink.h"
 #include "base/version.h"
 #include "bench_result.h"
 #include "compute/opencl_discovery.h"
@@ -16,6 +16,7 @@
 #include "demo_host.h"
 #include "demo_window.h"
 #include "frame_capture.h"
+#include "gl_utility/image_codec.h"
 #include "gl_utility/render_window_gl.h"
 #include "kalidor/kalidor.h"
 #include "machine_texts.h"
@@ -31,7 +32,7 @@ void captureLastFrame(RenderWindowGL& renderWindow, const char* resultName) {
     std::vector<uint8_t> rgba;
     const std::string name = capturedFrameName(resultName);
     if (!renderWindow.readLastFrame(rgba) || !writePng(name, rgba, renderWindow.width, renderWindow.height))
-        appLog().write("The last frame of %s could not be written to %s", resultName, name.c_str());
+        base::logLine("The last frame of %s could not be written to %s", resultName, name.c_str());
 }
 
 void runFrameLoop(DemoContext& context, const DemoRow& demo, DemoScene& scene, RenderWindowGL& renderWindow,
@@ -141,7 +142,7 @@ void runDemoThread(DemoContext& context, const DemoRow& demo, std::unique_ptr<De
         } else if (!renderWindow.create(native, context.clientWidth, context.clientHeight,
                                         int(context.msaaSamples), demo.contextKind, settings.captureLastFrame)) {
             if (engineLock.owns_lock()) engineLock.unlock();
-            appLog().write("%s: %s", rowTitle(context), demo.windowFailureText);
+            base::logLine("%s: %s", rowTitle(context), demo.windowFailureText);
             demoShowError("%s", demo.windowFailureText);
         } else if (!scene->setUp(context, renderWindow)) {
             scene->release(context);

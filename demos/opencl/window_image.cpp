@@ -2,45 +2,9 @@
 
 #include <GL/glew.h>
 
-#include <string>
-
-namespace {
-
-constexpr const char* kVertexBody = R"(
-in vec4 In_Position;
-in vec4 In_UV;
-uniform mat4 WorldViewProjectionMatrix;
-out vec4 Vertex_Color;
-void main()
-{
-    gl_Position = WorldViewProjectionMatrix * In_Position;
-    Vertex_Color = In_UV;
-}
-)";
-
-constexpr const char* kPixelBody = R"(
-uniform sampler2D colorMap;
-in vec4 Vertex_Color;
-out vec4 Out_Color;
-void main()
-{
-    Out_Color = vec4(texture(colorMap, Vertex_Color.xy).rgb, 1.0);
-}
-)";
-
-}  // namespace
-
 bool WindowImage::create(const char* versionLine, int width, int height) {
     release();
-    const std::string vertex = std::string(versionLine) + "\n" + kVertexBody;
-    const std::string pixel = std::string(versionLine) + "\n" + kPixelBody;
-    if (!m_program.loadVertexShader(vertex.c_str(), vertex.size()) ||
-        !m_program.loadPixelShader(pixel.c_str(), pixel.size()) || !m_program.use())
-        return false;
-    m_program.set1i("colorMap", 0);
-    m_program.setMatrix("WorldViewProjectionMatrix", Mat4::orthographic(0, 1, 0, 1, -1, 1));
-    m_program.unuse();
-    if (!m_quad.makeQuad()) return false;
+    if (!m_quad.create(versionLine)) return false;
 
     glGenTextures(1, &m_texture);
     glBindTexture(GL_TEXTURE_2D, m_texture);
@@ -53,29 +17,11 @@ bool WindowImage::create(const char* versionLine, int width, int height) {
 
 void WindowImage::draw(int clientWidth, int clientHeight) {
     glViewport(0, 0, clientWidth, clientHeight);
-    glDisable(GL_DEPTH_TEST);
-    glDepthMask(GL_FALSE);
-    // The quad winds clockwise on screen.
-    const bool culling = glIsEnabled(GL_CULL_FACE);
-    glDisable(GL_CULL_FACE);
-    glActiveTexture(GL_TEXTURE0);
-    glBindTexture(GL_TEXTURE_2D, m_texture);
-    m_program.use();
-    m_quad.positionAttrib = uint32_t(m_program.attribLocation("In_Position"));
-    m_quad.texCoordAttrib = uint32_t(m_program.attribLocation("In_UV"));
-    MeshDrawOptions options;
-    options.useTexCoords = true;
-    m_quad.draw(options);
-    m_program.unuse();
-    glBindTexture(GL_TEXTURE_2D, 0);
-    if (culling) glEnable(GL_CULL_FACE);
-    glEnable(GL_DEPTH_TEST);
-    glDepthMask(GL_TRUE);
+    m_quad.draw(m_texture);
 }
 
 void WindowImage::release() {
     if (m_texture) glDeleteTextures(1, &m_texture);
     m_texture = 0;
-    m_program.release();
     m_quad.release();
 }

@@ -2,11 +2,10 @@
 
 #include <cstdint>
 
-#include "gl_utility/gpu_program.h"
-#include "gl_utility/mesh_gl.h"
+#include "gl_utility/textured_quad.h"
 
 // A picture that an OpenCL demo computes, shown over the whole window: a texture (RGBA, nearest filtering)
-// on a unit quad, drawn through the same textured-quad shaders as the corner logo.
+// drawn by the same textured quad as the corner logo.
 class WindowImage {
 public:
     WindowImage() = default;
@@ -20,10 +19,9 @@ public:
     // Over the whole client area with depth testing and depth writes off, which it turns back on.
     void draw(int clientWidth, int clientHeight);
     void release();
-    const char* errorText() const { return m_program.errorText(); }
+    const char* errorText() const { return m_quad.errorText(); }
 
 private:
-    GpuProgram m_program;
-    MeshGL m_quad;
+    TexturedQuad m_quad;
     uint32_t m_texture = 0;
 };

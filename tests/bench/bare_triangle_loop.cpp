@@ -17,10 +17,14 @@
 #include "demos/gl_utility/corner_logo.h"
 #include "demos/gl_utility/gpu_program.h"
 #include "demos/gl_utility/mesh_gl.h"
+#include "engine/vx_math.h"
 // Xlib last: its macros clash with the headers above.
 #include <X11/Xlib.h>
 
 namespace {
+
+using Vantalux_nsp::vxMat4;
+using Vantalux_nsp::vxVec3;
 
 constexpr int kSize = 600;
 
@@ -114,9 +118,9 @@ int main(int argc, char** argv) {
     if (!program.loadVertexShader(kVertex, std::strlen(kVertex)) || !program.loadPixelShader(kPixel, std::strlen(kPixel)) ||
         !program.use())
         return fail(program.errorText());
-    const float eye[3] = {0, 0, 2}, center[3] = {0, 0, 0}, up[3] = {0, 1, 0};
-    const Mat4 worldViewProjection =
-        Mat4::perspective(60.0f, 1.0f, 1.0f, 500.0f, 1e-5f) * Mat4::lookAt(eye, center, up) * Mat4::identity();
+    const vxVec3 eye{0, 0, 2}, center{0, 0, 0}, up{0, 1, 0};
+    const vxMat4 worldViewProjection =
+        vxMat4::perspective(60.0f, 1.0f, 1.0f, 500.0f) * vxMat4::lookAt(eye, center, up) * vxMat4::identity();
     MeshGL triangle;
     triangle.makeTriangle();
     CornerLogo logo;
@@ -135,7 +139,7 @@ int main(int argc, char** argv) {
         glClearDepth(1.0);
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
         program.use();
-        program.setMatrix("WorldViewProjectionMatrix", worldViewProjection);
+        program.setMatrix("WorldViewProjectionMatrix", worldViewProjection.data());
         triangle.positionAttrib = uint32_t(program.attribLocation("In_Position"));
         triangle.colorAttrib = uint32_t(program.attribLocation("In_Color"));
         MeshDrawOptions options;

@@ -2,17 +2,22 @@
 #include <GL/glew.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <string>
 #include <vector>
 
 #include "demos/gl_utility/gpu_program.h"
-#include "demos/gl_utility/image_file.h"
+#include "demos/gl_utility/image_codec.h"
 #include "demos/gl_utility/mesh_gl.h"
 #include "demos/gl_utility/render_window_gl.h"
+#include "demos/gl_utility/textured_quad.h"
+#include "engine/vx_math.h"
 
 namespace {
+
+using Vantalux_nsp::vxMat4;
 
 constexpr int kSize = 64;
 
@@ -101,7 +106,7 @@ TEST_F(HeadlessWindow, UniformsTheCompilerDroppedAreSkippedWithoutAnError) {
     ASSERT_TRUE(program.use()) << program.errorText();
     program.set4f("tint", 1, 1, 1, 1);
     program.set1f("no_such_uniform", 2.0f);
-    program.setMatrix("also_missing", Mat4::identity());
+    program.setMatrix("also_missing", vxMat4::identity().data());
     const float values[8] = {};
     program.set4fArray("missing_array", 2, values);
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
@@ -148,6 +153,43 @@ TEST_F(HeadlessWindow, MeshesWithThirtyTwoBitIndicesDrawAsWellAsSixteenBitOnes) 
     program.release();
 }
 
+TEST_F(HeadlessWindow, TexturedQuadCoversTheViewportAndHandsBackTheStatesItTurnedOff) {
+    TexturedQuad quad;
+    EXPECT_FALSE(quad.create("#version 9999"));
+    EXPECT_STRNE(quad.errorText(), "");
+    ASSERT_TRUE(quad.create("#version 150 core")) << quad.errorText();
+    // A 2x2 texture: red, green on the bottom row, blue, white on the top one.
+    const uint8_t texels[16] = {255, 0, 0, 255, 0, 255, 0, 255, 0, 0, 255, 255, 255, 255, 255, 255};
+    GLuint texture = 0;
+    glGenTextures(1, &texture);
+    glBindTexture(GL_TEXTURE_2D, texture);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 2, 2, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+    glClearColor(0, 0, 0, 1);
+    glClearDepth(0.0);  // a depth test left on would hide the quad
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glViewport(0, 0, kSize, kSize);
+    glEnable(GL_CULL_FACE);
+    quad.draw(texture);
+    EXPECT_TRUE(glIsEnabled(GL_DEPTH_TEST));
+    EXPECT_TRUE(glIsEnabled(GL_CULL_FACE));
+    GLboolean depthWrites = GL_FALSE;
+    glGetBooleanv(GL_DEPTH_WRITEMASK, &depthWrites);
+    EXPECT_EQ(depthWrites, GL_TRUE);
+    window.present();
+    std::vector<uint8_t> frame;
+    ASSERT_TRUE(window.readLastFrame(frame));
+    EXPECT_EQ(pixelAt(frame, 8, 8), (std::vector<uint8_t>{255, 0, 0, 255}));
+    EXPECT_EQ(pixelAt(frame, kSize - 8, 8), (std::vector<uint8_t>{0, 255, 0, 255}));
+    EXPECT_EQ(pixelAt(frame, 8, kSize - 8), (std::vector<uint8_t>{0, 0, 255, 255}));
+    EXPECT_EQ(pixelAt(frame, kSize - 8, kSize - 8), (std::vector<uint8_t>{255, 255, 255, 255}));
+    glClearDepth(1.0);
+    glDeleteTextures(1, &texture);
+    quad.release();
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
 TEST(HeadlessContexts, EveryKindComesUpAtLeastAtItsVersionAndUnknownKindsMakeNothing) {
     for (uint32_t kind = RenderWindowGL::kGl20; kind <= RenderWindowGL::kGl41; ++kind) {
         RenderWindowGL window;
@@ -180,26 +222,42 @@ TEST(HeadlessContexts, AMultisampledFramebufferIsResolvedForReading) {
     window.release();
 }
 
-TEST(ImageFiles, DecodesImagesAndRefusesWhatIsNotOne) {
-    ImageFile image;
+TEST(ImageCodec, DecodesImagesAndRefusesWhatIsNotOne) {
+    DecodedImage image;
     const uint8_t garbage[] = {1, 2, 3, 4, 5, 6, 7, 8};
-    EXPECT_FALSE(image.loadFromMemory(garbage, sizeof garbage));
-    EXPECT_FALSE(image.loadFromMemory(nullptr, 10));
-    EXPECT_FALSE(image.loadFromFile("/nonexistent/texture.png"));
-    EXPECT_FALSE(image.loadFromFile(nullptr));
+    EXPECT_FALSE(decodeImageMemory(garbage, sizeof garbage, image));
+    EXPECT_FALSE(decodeImageMemory(nullptr, 10, image));
+    EXPECT_FALSE(decodeImageFile("/nonexistent/texture.png", image));
+    EXPECT_FALSE(decodeImageFile(nullptr, image));
     // A truncated PNG header is not an image either.
     const uint8_t truncatedPng[] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n', 0, 0, 0, 13};
-    EXPECT_FALSE(image.loadFromMemory(truncatedPng, sizeof truncatedPng));
-    EXPECT_EQ(image.bitmap, nullptr);
+    EXPECT_FALSE(decodeImageMemory(truncatedPng, sizeof truncatedPng, image));
+    EXPECT_TRUE(image.rgba.empty());
 
-    // A 2x1 grey-scale PGM comes out as 24-bit BGR.
+    // A 2x1 grey-scale PGM comes out as opaque RGBA.
     const char pgm[] = "P5\n2 1\n255\n\x10\x20";
-    ASSERT_TRUE(image.loadFromMemory(reinterpret_cast<const uint8_t*>(pgm), sizeof pgm - 1));
-    EXPECT_EQ(image.width, 2u);
-    EXPECT_EQ(image.height, 1u);
-    EXPECT_EQ(image.pixelFormat, uint32_t(GL_BGR));
-    image.release();
-    EXPECT_EQ(image.bitmap, nullptr);
+    ASSERT_TRUE(decodeImageMemory(reinterpret_cast<const uint8_t*>(pgm), sizeof pgm - 1, image));
+    EXPECT_EQ(image.width, 2);
+    EXPECT_EQ(image.height, 1);
+    EXPECT_EQ(image.rgba, (std::vector<uint8_t>{0x10, 0x10, 0x10, 255, 0x20, 0x20, 0x20, 255}));
+}
+
+TEST(ImageCodec, AWrittenPngReadsBackWithItsRowsInOrderAndItsAlphaDropped) {
+    // Bottom row red and green, top row blue and white, half transparent: the file keeps the colours only.
+    const std::vector<uint8_t> rgba = {255, 0, 0, 128, 0, 255, 0, 128, 0, 0, 255, 128, 255, 255, 255, 128};
+    const std::string path = ::testing::TempDir() + "codec_round_trip.png";
+    ASSERT_TRUE(writePng(path, rgba, 2, 2));
+    DecodedImage back;
+    ASSERT_TRUE(decodeImageFile(path.c_str(), back));
+    std::remove(path.c_str());
+    ASSERT_EQ(back.width, 2);
+    ASSERT_EQ(back.height, 2);
+    std::vector<uint8_t> opaque = rgba;
+    for (size_t i = 3; i < opaque.size(); i += 4) opaque[i] = 255;
+    EXPECT_EQ(back.rgba, opaque);
+    // Sizes that do not fit the bytes, and a folder that does not exist, write nothing.
+    EXPECT_FALSE(writePng(path, rgba, 3, 2));
+    EXPECT_FALSE(writePng("/nonexistent/frame.png", rgba, 2, 2));
 }
 
 }  // namespace

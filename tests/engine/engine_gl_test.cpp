@@ -1,11 +1,8 @@
 // The engine drawing on Mesa's llvmpipe through a headless EGL context: pictures checked at known pixels,
 // and the failures a demo reports (a shader that does not compile, a target the driver refuses, an image
 // that cannot be read) answered as failures with the window still whole.
+#include <GL/glew.h>
 #include <gtest/gtest.h>
-
-#define GL_GLEXT_PROTOTYPES 1
-#include <GL/gl.h>
-#include <GL/glext.h>
 
 #include <cmath>
 #include <vector>

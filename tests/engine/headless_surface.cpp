@@ -2,9 +2,9 @@
 
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
-#define GL_GLEXT_PROTOTYPES 1
-#include <GL/gl.h>
-#include <GL/glext.h>
+#include <GL/glew.h>
+
+#include "demos/gl_utility/gl_entry_points.h"
 
 HeadlessSurface::~HeadlessSurface() {
     if (!m_context) return;
@@ -31,7 +31,8 @@ bool HeadlessSurface::create(int width, int height) {
     if (context == EGL_NO_CONTEXT) return false;
     m_display = display;
     m_context = context;
-    if (!makeCurrent()) return false;
+    // The surface draws through GLEW's table, as the engine does.
+    if (!makeCurrent() || !bindGlEntryPoints()) return false;
     m_width = width, m_height = height;
     glGenRenderbuffers(1, &m_color);
     glBindRenderbuffer(GL_RENDERBUFFER, m_color);

@@ -1,9 +1,6 @@
-// Image decoding through FreeImage.
+#include "image_codec.h"
+
 #include <FreeImage.h>
-
-#include "vx_image.h"
-
-namespace Vantalux_nsp {
 
 namespace {
 
@@ -29,10 +26,10 @@ struct MemoryStream {
     MemoryStream& operator=(const MemoryStream&) = delete;
 };
 
-bool toRgba(FIBITMAP* source, vxImage& image) {
+bool toRgba(FIBITMAP* source, DecodedImage& image) {
     if (!source) return false;
     const int width = int(FreeImage_GetWidth(source)), height = int(FreeImage_GetHeight(source));
-    if (width < 1 || height < 1 || width > kVxMaxImageSide || height > kVxMaxImageSide) return false;
+    if (width < 1 || height < 1 || width > kMaxImageSide || height > kMaxImageSide) return false;
     Bitmap converted(FreeImage_ConvertTo32Bits(source));
     if (!converted.handle) return false;
     image.width = width;
@@ -54,7 +51,7 @@ bool toRgba(FIBITMAP* source, vxImage& image) {
 
 }  // namespace
 
-bool vxDecodeImageFile(const char* path, vxImage& image) {
+bool decodeImageFile(const char* path, DecodedImage& image) {
     if (!path || !*path) return false;
     FREE_IMAGE_FORMAT format = FreeImage_GetFileType(path, 0);
     if (format == FIF_UNKNOWN) format = FreeImage_GetFIFFromFilename(path);
@@ -63,7 +60,7 @@ bool vxDecodeImageFile(const char* path, vxImage& image) {
     return toRgba(bitmap.handle, image);
 }
 
-bool vxDecodeImageMemory(const uint8_t* data, size_t size, vxImage& image) {
+bool decodeImageMemory(const uint8_t* data, size_t size, DecodedImage& image) {
     if (!data || size == 0 || size > 0x7fffffffu) return false;
     MemoryStream stream(data, size);
     if (!stream.handle) return false;
@@ -73,4 +70,19 @@ bool vxDecodeImageMemory(const uint8_t* data, size_t size, vxImage& image) {
     return toRgba(bitmap.handle, image);
 }
 
-}  // namespace Vantalux_nsp
+bool writePng(const std::string& path, const std::vector<uint8_t>& rgba, int width, int height) {
+    if (width <= 0 || height <= 0 || rgba.size() != size_t(width) * size_t(height) * 4) return false;
+    Bitmap image(FreeImage_Allocate(width, height, 24));
+    if (!image.handle) return false;
+    // FreeImage keeps its rows bottom-up too, so row y of the read-back is scan line y.
+    for (int y = 0; y < height; ++y) {
+        BYTE* out = FreeImage_GetScanLine(image.handle, y);
+        const uint8_t* in = rgba.data() + size_t(y) * size_t(width) * 4;
+        for (int x = 0; x < width; ++x, in += 4, out += 3) {
+            out[FI_RGBA_RED] = in[0];
+            out[FI_RGBA_GREEN] = in[1];
+            out[FI_RGBA_BLUE] = in[2];
+        }
+    }
+    return FreeImage_Save(FIF_PNG, image.handle, path.c_str(), PNG_DEFAULT);
+}

@@ -1,0 +1,9 @@
+in vec4 In_Position;
+in vec4 In_UV;
+uniform mat4 WorldViewProjectionMatrix;
+out vec4 Vertex_Color;
+void main()
+{
+    gl_Position = WorldViewProjectionMatrix * In_Position;
+    Vertex_Color = In_UV;
+}

@@ -1,4 +1,4 @@
-#include "app_log.h"
+#include "app/app_log.h"
 
 #include <cstdarg>
 #include <ctime>

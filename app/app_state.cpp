@@ -1,8 +1,8 @@
-#include "app_state.h"
+#include "app/app_state.h"
 
 #include <cstring>
 
-#include "platform/process.h"
+#include "app/platform/process.h"
 
 AppState gApp;
 

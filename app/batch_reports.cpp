@@ -1,9 +1,9 @@
-#include "batch_reports.h"
+#include "app/batch_reports.h"
 
 #include <cstdio>
 #include <system_error>
 
-#include "app_state.h"
+#include "app/app_state.h"
 #include "report/json_report.h"
 #include "report/report_generator.h"
 #include "report/report_snapshot_from_facade.h"

@@ -1,4 +1,4 @@
-#include "command_line.h"
+#include "app/command_line.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string>
 
-#include "app_state.h"
+#include "app/app_state.h"
 #include "demos/harness/demo_table.h"
 
 namespace {

@@ -1,10 +1,10 @@
-#include "command_line_help.h"
+#include "app/command_line_help.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <vector>
 
-#include "command_line.h"
+#include "app/command_line.h"
 #include "base/version.h"
 
 namespace {

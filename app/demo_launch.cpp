@@ -1,15 +1,15 @@
-#include "demo_launch.h"
+#include "app/demo_launch.h"
 
 #include <algorithm>
 #include <atomic>
 #include <optional>
 
-#include "app_state.h"
+#include "app/app_state.h"
 #include "compute/opencl_discovery.h"
 #include "compute/opencl_entry_points.h"
 #include "demos/harness/demo_host.h"
 #include "demos/harness/demo_launcher.h"
-#include "message_boxes.h"
+#include "app/message_boxes.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "gpu_log_block.h"
+#include "app/gpu_log_block.h"
 
-#include "app_log.h"
+#include "app/app_log.h"
 #include "kalidor/kalidor.h"
 
 namespace {

@@ -2,11 +2,11 @@
 #include <cstdlib>
 #include <string>
 
-#include "app_state.h"
-#include "command_line.h"
-#include "command_line_help.h"
-#include "lifecycle.h"
-#include "panels/qt_desktop_shell.h"
+#include "app/app_state.h"
+#include "app/command_line.h"
+#include "app/command_line_help.h"
+#include "app/lifecycle.h"
+#include "app/panels/qt_desktop_shell.h"
 
 int main(int argc, char** argv) {
     // Answered before anything else runs: asking for help opens no log, touches no hardware, writes no file.

@@ -1,10 +1,10 @@
-#include "message_boxes.h"
+#include "app/message_boxes.h"
 
 #include <cstdarg>
 #include <cstdio>
 
 #include "engine/vantalux.h"
-#include "platform/process.h"
+#include "app/platform/process.h"
 
 namespace {
 

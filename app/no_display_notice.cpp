@@ -1,9 +1,9 @@
-#include "no_display_notice.h"
+#include "app/no_display_notice.h"
 
 #include <cstdio>
 #include <string>
 
-#include "app_log.h"
+#include "app/app_log.h"
 #include "base/version.h"
 
 void reportNoDisplay(const char* why) {

@@ -1,11 +1,11 @@
-#include "online_check.h"
+#include "app/online_check.h"
 
 #include <atomic>
 #include <cstdio>
 #include <mutex>
 
-#include "app_log.h"
-#include "app_state.h"
+#include "app/app_log.h"
+#include "app/app_state.h"
 #include "report/online/submission_facts_from_snapshot.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "cuda_device_fields.h"
+#include "compute/cuda_device_fields.h"
 
 #include <cinttypes>
 #include <cstdio>

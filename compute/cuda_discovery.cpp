@@ -1,11 +1,11 @@
-#include "cuda_discovery.h"
+#include "compute/cuda_discovery.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "cuda_device_fields.h"
-#include "cuda_driver_api.h"
-#include "driver_limits.h"
+#include "compute/cuda_device_fields.h"
+#include "compute/cuda_driver_api.h"
+#include "compute/driver_limits.h"
 #include "base/dynamic_library.h"
 
 namespace compute {

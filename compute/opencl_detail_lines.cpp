@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "opencl_device_fields.h"
-#include "opencl_discovery.h"
+#include "compute/opencl_device_fields.h"
+#include "compute/opencl_discovery.h"
 
 namespace compute {
 namespace {

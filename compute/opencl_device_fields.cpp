@@ -1,4 +1,4 @@
-#include "opencl_device_fields.h"
+#include "compute/opencl_device_fields.h"
 
 #include <array>
 #include <iterator>

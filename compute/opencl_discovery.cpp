@@ -1,4 +1,4 @@
-#include "opencl_discovery.h"
+#include "compute/opencl_discovery.h"
 
 #include <algorithm>
 #include <concepts>
@@ -6,10 +6,10 @@
 #include <utility>
 #include <vector>
 
-#include "driver_limits.h"
-#include "opencl_device_fields.h"
-#include "opencl_entry_points.h"
-#include "opencl_state.h"
+#include "compute/driver_limits.h"
+#include "compute/opencl_device_fields.h"
+#include "compute/opencl_entry_points.h"
+#include "compute/opencl_state.h"
 
 namespace compute {
 namespace {

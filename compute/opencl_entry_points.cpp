@@ -1,4 +1,4 @@
-#include "opencl_entry_points.h"
+#include "compute/opencl_entry_points.h"
 
 #include <array>
 #include <atomic>

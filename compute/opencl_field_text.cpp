@@ -2,8 +2,8 @@
 #include <cstdio>
 #include <iterator>
 
-#include "opencl_device_fields.h"
-#include "opencl_discovery.h"
+#include "compute/opencl_device_fields.h"
+#include "compute/opencl_discovery.h"
 
 namespace compute {
 namespace {

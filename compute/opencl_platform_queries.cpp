@@ -1,7 +1,7 @@
 #include <cstring>
 
-#include "opencl_discovery.h"
-#include "opencl_state.h"
+#include "compute/opencl_discovery.h"
+#include "compute/opencl_state.h"
 
 namespace compute {
 namespace {

@@ -1,4 +1,4 @@
-#include "opencl_records.h"
+#include "compute/opencl_records.h"
 
 #include <cstring>
 

@@ -7,14 +7,14 @@
 #include <new>
 #include <vector>
 
-#include "demo_context.h"
-#include "gl_utility/render_window_gl.h"
-#include "harness/demo_host.h"
-#include "harness/demo_media.h"
-#include "harness/demo_table.h"
-#include "opencl/cl_demo_scene.h"
-#include "opencl/julia_cl.h"
-#include "opencl/window_image.h"
+#include "demos/demo_context.h"
+#include "demos/gl_utility/render_window_gl.h"
+#include "demos/harness/demo_host.h"
+#include "demos/harness/demo_media.h"
+#include "demos/harness/demo_table.h"
+#include "demos/opencl/cl_demo_scene.h"
+#include "demos/opencl/julia_cl.h"
+#include "demos/opencl/window_image.h"
 
 namespace {
 

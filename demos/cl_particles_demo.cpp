@@ -5,16 +5,16 @@
 #include <cmath>
 
 #include "base/log_sink.h"
-#include "demo_context.h"
+#include "demos/demo_context.h"
 #include "engine/vx_math.h"
-#include "gl_demo_support.h"
-#include "gl_utility/render_window_gl.h"
-#include "gl_utility/shader_texts.h"
-#include "harness/demo_media.h"
-#include "harness/demo_table.h"
-#include "opencl/cl_demo_scene.h"
-#include "opencl/cl_device_choice.h"
-#include "opencl/particle_system_cl.h"
+#include "demos/gl_demo_support.h"
+#include "demos/gl_utility/render_window_gl.h"
+#include "demos/gl_utility/shader_texts.h"
+#include "demos/harness/demo_media.h"
+#include "demos/harness/demo_table.h"
+#include "demos/opencl/cl_demo_scene.h"
+#include "demos/opencl/cl_device_choice.h"
+#include "demos/opencl/particle_system_cl.h"
 
 namespace {
 

@@ -2,18 +2,18 @@
 // and shown over the whole window.
 #include <GL/glew.h>
 
-#include "demo_context.h"
+#include "demos/demo_context.h"
 #include "engine/vx_math.h"
-#include "gl_demo_support.h"
-#include "gl_utility/mesh_gl.h"
-#include "gl_utility/render_window_gl.h"
-#include "gl_utility/shader_texts.h"
-#include "harness/demo_host.h"
-#include "harness/demo_media.h"
-#include "harness/demo_table.h"
-#include "opencl/cl_demo_scene.h"
-#include "opencl/post_fx_cl.h"
-#include "opencl/window_image.h"
+#include "demos/gl_demo_support.h"
+#include "demos/gl_utility/mesh_gl.h"
+#include "demos/gl_utility/render_window_gl.h"
+#include "demos/gl_utility/shader_texts.h"
+#include "demos/harness/demo_host.h"
+#include "demos/harness/demo_media.h"
+#include "demos/harness/demo_table.h"
+#include "demos/opencl/cl_demo_scene.h"
+#include "demos/opencl/post_fx_cl.h"
+#include "demos/opencl/window_image.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "demo_context.h"
+#include "demos/demo_context.h"
 
 #include <chrono>
 

@@ -6,10 +6,10 @@
 #include <mutex>
 #include <thread>
 
-#include "harness/demo_settings.h"
-#include "harness/demo_table.h"
-#include "harness/demo_timers.h"
-#include "harness/frame_stats.h"
+#include "demos/harness/demo_settings.h"
+#include "demos/harness/demo_table.h"
+#include "demos/harness/demo_timers.h"
+#include "demos/harness/frame_stats.h"
 
 class DemoWindow;
 class RenderWindowGL;

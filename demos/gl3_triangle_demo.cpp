@@ -1,14 +1,14 @@
 // "GL 3.x - Triangle of Death": one triangle with a colour at each corner.
 #include <GL/glew.h>
 
-#include "demo_context.h"
+#include "demos/demo_context.h"
 #include "engine/vx_math.h"
-#include "gl_demo_support.h"
-#include "gl_utility/corner_logo.h"
-#include "gl_utility/mesh_gl.h"
-#include "gl_utility/render_window_gl.h"
-#include "gl_utility/shader_texts.h"
-#include "harness/demo_table.h"
+#include "demos/gl_demo_support.h"
+#include "demos/gl_utility/corner_logo.h"
+#include "demos/gl_utility/mesh_gl.h"
+#include "demos/gl_utility/render_window_gl.h"
+#include "demos/gl_utility/shader_texts.h"
+#include "demos/harness/demo_table.h"
 
 namespace {
 

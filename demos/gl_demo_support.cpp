@@ -1,11 +1,11 @@
-#include "gl_demo_support.h"
+#include "demos/gl_demo_support.h"
 
 #include <cstdio>
 
 #include "base/version.h"
-#include "demo_context.h"
-#include "gl_utility/render_window_gl.h"
-#include "harness/demo_host.h"
+#include "demos/demo_context.h"
+#include "demos/gl_utility/render_window_gl.h"
+#include "demos/harness/demo_host.h"
 
 bool requireGl31(const RenderWindowGL& window, int* major, int* minor) {
     *major = *minor = 0;

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "gl_utility/gpu_program.h"
+#include "demos/gl_utility/gpu_program.h"
 
 struct DemoContext;
 class RenderWindowGL;

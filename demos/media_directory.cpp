@@ -1,4 +1,4 @@
-#include "media_directory.h"
+#include "demos/media_directory.h"
 
 #include <filesystem>
 #include <system_error>

@@ -1,4 +1,4 @@
-#include "vantalux.h"
+#include "engine/vantalux.h"
 
 #include <GL/glew.h>
 
@@ -8,15 +8,15 @@
 #include <filesystem>
 
 #include "demos/gl_utility/gl_entry_points.h"
-#include "vx_hardware_caps.h"
-#include "vx_hud.h"
-#include "vx_material.h"
-#include "vx_mesh.h"
-#include "vx_model.h"
-#include "vx_model_data.h"
-#include "vx_render_window.h"
-#include "vx_skybox.h"
-#include "vx_texture.h"
+#include "engine/vx_hardware_caps.h"
+#include "engine/vx_hud.h"
+#include "engine/vx_material.h"
+#include "engine/vx_mesh.h"
+#include "engine/vx_model.h"
+#include "engine/vx_model_data.h"
+#include "engine/vx_render_window.h"
+#include "engine/vx_skybox.h"
+#include "engine/vx_texture.h"
 
 namespace Vantalux_nsp {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "vx_renderer.h"
+#include "engine/vx_renderer.h"
 
 // The scene-graph renderer that the engine demos draw through: OpenGL compatibility contexts, fixed-function
 // lights and GLSL programs, scenes of meshes, render targets, text. Calls are not locked: the program lets one

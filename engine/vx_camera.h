@@ -1,6 +1,6 @@
 #pragma once
 
-#include "vx_object.h"
+#include "engine/vx_object.h"
 
 namespace Vantalux_nsp {
 

@@ -1,4 +1,4 @@
-#include "vx_cube_cross.h"
+#include "engine/vx_cube_cross.h"
 
 #include <algorithm>
 #include <cmath>

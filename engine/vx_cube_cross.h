@@ -3,8 +3,8 @@
 #include <array>
 #include <vector>
 
-#include "vx_math.h"
-#include "vx_rgbe_reader.h"
+#include "engine/vx_math.h"
+#include "engine/vx_rgbe_reader.h"
 
 namespace Vantalux_nsp {
 

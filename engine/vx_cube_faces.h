@@ -1,6 +1,6 @@
 #pragma once
 
-#include "vx_math.h"
+#include "engine/vx_math.h"
 
 namespace Vantalux_nsp {
 

@@ -1,4 +1,4 @@
-#include "vx_font.h"
+#include "engine/vx_font.h"
 
 #include <cstdarg>
 #include <cstdio>

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "vx_math.h"
+#include "engine/vx_math.h"
 
 namespace Vantalux_nsp {
 

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <mutex>
 
-#include "vx_font.h"
+#include "engine/vx_font.h"
 
 namespace Vantalux_nsp {
 

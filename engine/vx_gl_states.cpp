@@ -1,4 +1,4 @@
-#include "vx_gl_states.h"
+#include "engine/vx_gl_states.h"
 
 #include <cstddef>
 

@@ -2,7 +2,7 @@
 
 #include <GL/glew.h>
 
-#include "vx_enums.h"
+#include "engine/vx_enums.h"
 
 namespace Vantalux_nsp {
 

@@ -1,10 +1,10 @@
-#include "vx_gpu_shader.h"
+#include "engine/vx_gpu_shader.h"
 
 #include <GL/glew.h>
 
 #include "demos/gl_utility/glsl_build.h"
-#include "vantalux.h"
-#include "vx_render_window.h"
+#include "engine/vantalux.h"
+#include "engine/vx_render_window.h"
 
 namespace Vantalux_nsp {
 

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "vx_math.h"
-#include "vx_resource.h"
+#include "engine/vx_math.h"
+#include "engine/vx_resource.h"
 
 namespace Vantalux_nsp {
 

@@ -1,11 +1,11 @@
-#include "vx_hardware_caps.h"
+#include "engine/vx_hardware_caps.h"
 
 #include <GL/glew.h>
 
 #include <cstdio>
 #include <cstring>
 
-#include "gl_errors.h"
+#include "engine/gl_errors.h"
 
 namespace Vantalux_nsp {
 

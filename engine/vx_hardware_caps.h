@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "vx_enums.h"
+#include "engine/vx_enums.h"
 
 namespace Vantalux_nsp {
 

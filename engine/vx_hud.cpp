@@ -1,8 +1,8 @@
-#include "vx_hud.h"
+#include "engine/vx_hud.h"
 
 #include <GL/glew.h>
 
-#include "vx_material.h"
+#include "engine/vx_material.h"
 
 namespace Vantalux_nsp {
 

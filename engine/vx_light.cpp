@@ -1,9 +1,9 @@
-#include "vx_light.h"
+#include "engine/vx_light.h"
 
 #include <GL/glew.h>
 
-#include "vantalux.h"
-#include "vx_render_window.h"
+#include "engine/vantalux.h"
+#include "engine/vx_render_window.h"
 
 namespace Vantalux_nsp {
 

@@ -1,12 +1,12 @@
-#include "vx_material.h"
+#include "engine/vx_material.h"
 
 #include <GL/glew.h>
 
-#include "vantalux.h"
-#include "vx_gl_states.h"
-#include "vx_gpu_shader.h"
-#include "vx_render_window.h"
-#include "vx_texture.h"
+#include "engine/vantalux.h"
+#include "engine/vx_gl_states.h"
+#include "engine/vx_gpu_shader.h"
+#include "engine/vx_render_window.h"
+#include "engine/vx_texture.h"
 
 namespace Vantalux_nsp {
 

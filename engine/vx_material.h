@@ -3,9 +3,9 @@
 #include <array>
 #include <string>
 
-#include "vx_enums.h"
-#include "vx_math.h"
-#include "vx_resource.h"
+#include "engine/vx_enums.h"
+#include "engine/vx_math.h"
+#include "engine/vx_resource.h"
 
 namespace Vantalux_nsp {
 

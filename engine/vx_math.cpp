@@ -1,4 +1,4 @@
-#include "vx_math.h"
+#include "engine/vx_math.h"
 
 namespace Vantalux_nsp {
 

@@ -1,10 +1,10 @@
-#include "vx_mesh.h"
+#include "engine/vx_mesh.h"
 
 #include <GL/glew.h>
 
 #include <algorithm>
 
-#include "vx_material.h"
+#include "engine/vx_material.h"
 
 namespace Vantalux_nsp {
 

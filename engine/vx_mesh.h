@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "vx_mesh_data.h"
-#include "vx_object.h"
+#include "engine/vx_mesh_data.h"
+#include "engine/vx_object.h"
 
 namespace Vantalux_nsp {
 

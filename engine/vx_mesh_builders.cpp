@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "vx_mesh_data.h"
+#include "engine/vx_mesh_data.h"
 
 namespace Vantalux_nsp::vxMeshBuilders {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "vx_math.h"
+#include "engine/vx_math.h"
 
 namespace Vantalux_nsp {
 

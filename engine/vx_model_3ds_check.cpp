@@ -2,7 +2,7 @@
 // by our own bounds checks rather than read past its end.
 #include <cstring>
 
-#include "vx_model_data.h"
+#include "engine/vx_model_data.h"
 
 namespace Vantalux_nsp {
 

@@ -10,7 +10,7 @@
 #include <new>
 #include <strings.h>
 
-#include "vx_model_data.h"
+#include "engine/vx_model_data.h"
 
 namespace Vantalux_nsp {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "vx_math.h"
-#include "vx_mesh_data.h"
+#include "engine/vx_math.h"
+#include "engine/vx_mesh_data.h"
 
 namespace Vantalux_nsp {
 

@@ -1,8 +1,8 @@
-#include "vx_object.h"
+#include "engine/vx_object.h"
 
 #include <cmath>
 
-#include "vantalux.h"
+#include "engine/vantalux.h"
 
 namespace Vantalux_nsp {
 

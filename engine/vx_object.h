@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "vx_math.h"
-#include "vx_resource.h"
+#include "engine/vx_math.h"
+#include "engine/vx_resource.h"
 
 namespace Vantalux_nsp {
 

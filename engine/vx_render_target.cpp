@@ -1,11 +1,11 @@
-#include "vx_render_target.h"
+#include "engine/vx_render_target.h"
 
 #include <GL/glew.h>
 
-#include "gl_errors.h"
-#include "vantalux.h"
-#include "vx_render_window.h"
-#include "vx_texture.h"
+#include "engine/gl_errors.h"
+#include "engine/vantalux.h"
+#include "engine/vx_render_window.h"
+#include "engine/vx_texture.h"
 
 namespace Vantalux_nsp {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "vx_enums.h"
-#include "vx_resource.h"
+#include "engine/vx_enums.h"
+#include "engine/vx_resource.h"
 
 namespace Vantalux_nsp {
 

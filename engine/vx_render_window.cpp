@@ -1,4 +1,4 @@
-#include "vx_render_window.h"
+#include "engine/vx_render_window.h"
 
 #include <GL/glew.h>
 

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "vx_resource.h"
+#include "engine/vx_resource.h"
 
 namespace Vantalux_nsp {
 

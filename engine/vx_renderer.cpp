@@ -1,16 +1,16 @@
-#include "vx_renderer.h"
+#include "engine/vx_renderer.h"
 
 #include <GL/glew.h>
 
 #include <algorithm>
 
-#include "vantalux.h"
-#include "vx_font.h"
-#include "vx_gl_states.h"
-#include "vx_hud.h"
-#include "vx_material.h"
-#include "vx_object.h"
-#include "vx_render_window.h"
+#include "engine/vantalux.h"
+#include "engine/vx_font.h"
+#include "engine/vx_gl_states.h"
+#include "engine/vx_hud.h"
+#include "engine/vx_material.h"
+#include "engine/vx_object.h"
+#include "engine/vx_render_window.h"
 
 namespace Vantalux_nsp {
 

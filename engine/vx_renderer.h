@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "vx_enums.h"
-#include "vx_math.h"
+#include "engine/vx_enums.h"
+#include "engine/vx_math.h"
 
 namespace Vantalux_nsp {
 

@@ -1,8 +1,8 @@
 // vxRgbeReader::loadRGBECubeMap: the reader's picture made into an OpenGL cube map.
-#include "vantalux.h"
-#include "vx_cube_cross.h"
-#include "vx_rgbe_reader.h"
-#include "vx_texture.h"
+#include "engine/vantalux.h"
+#include "engine/vx_cube_cross.h"
+#include "engine/vx_rgbe_reader.h"
+#include "engine/vx_texture.h"
 
 namespace Vantalux_nsp {
 

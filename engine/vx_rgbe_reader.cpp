@@ -1,4 +1,4 @@
-#include "vx_rgbe_reader.h"
+#include "engine/vx_rgbe_reader.h"
 
 #include <cmath>
 #include <cstdio>

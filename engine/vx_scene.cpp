@@ -1,14 +1,14 @@
-#include "vx_scene.h"
+#include "engine/vx_scene.h"
 
 #include <GL/glew.h>
 
 #include <algorithm>
 
-#include "vantalux.h"
-#include "vx_camera.h"
-#include "vx_light.h"
-#include "vx_render_window.h"
-#include "vx_renderer.h"
+#include "engine/vantalux.h"
+#include "engine/vx_camera.h"
+#include "engine/vx_light.h"
+#include "engine/vx_render_window.h"
+#include "engine/vx_renderer.h"
 
 namespace Vantalux_nsp {
 

@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "vx_math.h"
-#include "vx_object.h"
-#include "vx_resource.h"
+#include "engine/vx_math.h"
+#include "engine/vx_object.h"
+#include "engine/vx_resource.h"
 
 namespace Vantalux_nsp {
 

@@ -1,10 +1,10 @@
-#include "vx_skybox.h"
+#include "engine/vx_skybox.h"
 
 #include <GL/glew.h>
 
-#include "vx_cube_faces.h"
-#include "vx_gpu_shader.h"
-#include "vx_texture.h"
+#include "engine/vx_cube_faces.h"
+#include "engine/vx_gpu_shader.h"
+#include "engine/vx_texture.h"
 
 namespace Vantalux_nsp {
 

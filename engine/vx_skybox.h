@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "vx_object.h"
+#include "engine/vx_object.h"
 
 namespace Vantalux_nsp {
 

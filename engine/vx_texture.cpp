@@ -1,4 +1,4 @@
-#include "vx_texture.h"
+#include "engine/vx_texture.h"
 
 #include <GL/glew.h>
 
@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "demos/gl_utility/image_codec.h"
-#include "gl_errors.h"
-#include "vantalux.h"
-#include "vx_render_window.h"
+#include "engine/gl_errors.h"
+#include "engine/vantalux.h"
+#include "engine/vx_render_window.h"
 
 namespace Vantalux_nsp {
 

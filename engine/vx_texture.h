@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
-#include "vx_enums.h"
-#include "vx_resource.h"
+#include "engine/vx_enums.h"
+#include "engine/vx_resource.h"
 
 namespace Vantalux_nsp {
 

@@ -1,11 +1,11 @@
-#include "cpu_os_info.h"
+#include "kalidor/cpu_os_info.h"
 
 #include <cstring>
 #include <limits>
 
-#include "hardware_caps.h"
-#include "platform/cpu_x86.h"
-#include "platform/proc_system.h"
+#include "kalidor/hardware_caps.h"
+#include "kalidor/platform/cpu_x86.h"
+#include "kalidor/platform/proc_system.h"
 
 namespace Kalidornm {
 

@@ -1,10 +1,10 @@
 #include <cstdio>
 #include <cstring>
 
-#include "hardware_caps.h"
-#include "library_log.h"
-#include "platform/display_device_source.h"
-#include "vendors/vendor_backend.h"
+#include "kalidor/hardware_caps.h"
+#include "kalidor/library_log.h"
+#include "kalidor/platform/display_device_source.h"
+#include "kalidor/vendors/vendor_backend.h"
 
 namespace Kalidornm {
 

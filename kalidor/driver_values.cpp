@@ -1,13 +1,13 @@
-#include "driver_values.h"
+#include "kalidor/driver_values.h"
 
 #include <array>
 #include <cstring>
 #include <limits>
 #include <string_view>
 
-#include "hardware_caps.h"
-#include "library_log.h"
-#include "vendors/vendor_backend.h"
+#include "kalidor/hardware_caps.h"
+#include "kalidor/library_log.h"
+#include "kalidor/vendors/vendor_backend.h"
 
 namespace Kalidornm {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/pci_driver_facts.h"
+#include "kalidor/platform/pci_driver_facts.h"
 
 namespace Kalidornm {
 

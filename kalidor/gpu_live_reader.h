@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "gpu_record.h"
+#include "kalidor/gpu_record.h"
 
 namespace Kalidornm {
 

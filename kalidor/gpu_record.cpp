@@ -1,4 +1,4 @@
-#include "gpu_record.h"
+#include "kalidor/gpu_record.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/pci_address.h"
+#include "kalidor/platform/pci_address.h"
 
 namespace Kalidornm {
 

@@ -1,8 +1,8 @@
-#include "hardware_caps.h"
+#include "kalidor/hardware_caps.h"
 
 #include <algorithm>
 
-#include "library_log.h"
+#include "kalidor/library_log.h"
 
 namespace Kalidornm {
 

@@ -3,16 +3,16 @@
 #include <cstdint>
 #include <memory>
 
-#include "cpu_os_info.h"
-#include "display_devices.h"
-#include "gpu_live_reader.h"
-#include "gpu_record.h"
-#include "opengl/opengl_state.h"
-#include "platform/pci_bus.h"
-#include "platform/sources.h"
-#include "vendors/amd_reader.h"
-#include "vendors/nvidia_reader.h"
-#include "vendors/vendor_backend.h"
+#include "kalidor/cpu_os_info.h"
+#include "kalidor/display_devices.h"
+#include "kalidor/gpu_live_reader.h"
+#include "kalidor/gpu_record.h"
+#include "kalidor/opengl/opengl_state.h"
+#include "kalidor/platform/pci_bus.h"
+#include "kalidor/platform/sources.h"
+#include "kalidor/vendors/amd_reader.h"
+#include "kalidor/vendors/nvidia_reader.h"
+#include "kalidor/vendors/vendor_backend.h"
 
 namespace Kalidornm {
 

@@ -1,11 +1,11 @@
-#include "kalidor.h"
+#include "kalidor/kalidor.h"
 
 #include <cstring>
 #include <new>
 
-#include "library_globals.h"
-#include "library_log.h"
-#include "machine_snapshot_reader.h"
+#include "kalidor/library_globals.h"
+#include "kalidor/library_log.h"
+#include "kalidor/machine_snapshot_reader.h"
 
 namespace Kalidornm {
 

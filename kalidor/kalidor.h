@@ -2,10 +2,10 @@
 
 #include <cstdint>
 
-#include "gpu_record.h"
-#include "hardware_caps.h"
-#include "machine_snapshot.h"
-#include "platform/sources.h"
+#include "kalidor/gpu_record.h"
+#include "kalidor/hardware_caps.h"
+#include "kalidor/machine_snapshot.h"
+#include "kalidor/platform/sources.h"
 
 namespace Kalidornm {
 

@@ -1,5 +1,5 @@
-#include "kalidor.h"
-#include "vendors/amd_live_reader.h"
+#include "kalidor/kalidor.h"
+#include "kalidor/vendors/amd_live_reader.h"
 
 namespace Kalidornm {
 

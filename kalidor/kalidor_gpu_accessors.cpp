@@ -1,8 +1,8 @@
-#include "kalidor.h"
-#include "gpu_database/gpu_database.h"
-#include "gpu_database/gpu_naming.h"
-#include "gpu_database/pci_vendor_table.h"
-#include "library_globals.h"
+#include "kalidor/kalidor.h"
+#include "kalidor/gpu_database/gpu_database.h"
+#include "kalidor/gpu_database/gpu_naming.h"
+#include "kalidor/gpu_database/pci_vendor_table.h"
+#include "kalidor/library_globals.h"
 
 namespace Kalidornm {
 

@@ -1,7 +1,7 @@
-#include "kalidor.h"
+#include "kalidor/kalidor.h"
 #include <utility>
 
-#include "library_globals.h"
+#include "kalidor/library_globals.h"
 
 namespace Kalidornm {
 

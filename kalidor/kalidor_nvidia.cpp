@@ -1,9 +1,9 @@
 #include <cstring>
 
-#include "kalidor.h"
-#include "library_globals.h"
-#include "vendors/nvidia_gpu.h"
-#include "vendors/nvml_library.h"
+#include "kalidor/kalidor.h"
+#include "kalidor/library_globals.h"
+#include "kalidor/vendors/nvidia_gpu.h"
+#include "kalidor/vendors/nvml_library.h"
 
 namespace Kalidornm {
 

@@ -1,9 +1,9 @@
 #include <cstring>
 
-#include "kalidor.h"
-#include "library_globals.h"
-#include "opengl/extension_list.h"
-#include "opengl/gl_capability_reader.h"
+#include "kalidor/kalidor.h"
+#include "kalidor/library_globals.h"
+#include "kalidor/opengl/extension_list.h"
+#include "kalidor/opengl/gl_capability_reader.h"
 
 namespace Kalidornm {
 

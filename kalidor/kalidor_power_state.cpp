@@ -1,4 +1,4 @@
-#include "kalidor.h"
+#include "kalidor/kalidor.h"
 
 namespace Kalidornm {
 

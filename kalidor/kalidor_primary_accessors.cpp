@@ -1,5 +1,5 @@
-#include "kalidor.h"
-#include "library_globals.h"
+#include "kalidor/kalidor.h"
+#include "kalidor/library_globals.h"
 
 namespace Kalidornm {
 

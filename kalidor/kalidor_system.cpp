@@ -1,10 +1,10 @@
 #include <cstring>
 
-#include "kalidor.h"
-#include "library_globals.h"
-#include "platform/cpu_x86.h"
-#include "platform/proc_system.h"
-#include "platform/x11_display_mode.h"
+#include "kalidor/kalidor.h"
+#include "kalidor/library_globals.h"
+#include "kalidor/platform/cpu_x86.h"
+#include "kalidor/platform/proc_system.h"
+#include "kalidor/platform/x11_display_mode.h"
 
 namespace Kalidornm {
 

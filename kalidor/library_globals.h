@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "gpu_record.h"
-#include "machine_snapshot.h"
-#include "render_window.h"
+#include "kalidor/gpu_record.h"
+#include "kalidor/machine_snapshot.h"
+#include "kalidor/render_window.h"
 
 namespace Kalidornm {
 

@@ -1,4 +1,4 @@
-#include "library_log.h"
+#include "kalidor/library_log.h"
 
 #include <cstdarg>
 #include <ctime>

@@ -1,10 +1,10 @@
-#include "machine_snapshot_reader.h"
+#include "kalidor/machine_snapshot_reader.h"
 
 #include <cmath>
 #include <limits>
 
-#include "kalidor.h"
-#include "opengl/extension_link_table.h"
+#include "kalidor/kalidor.h"
+#include "kalidor/opengl/extension_link_table.h"
 
 namespace Kalidornm {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "machine_snapshot.h"
+#include "kalidor/machine_snapshot.h"
 
 namespace Kalidornm {
 

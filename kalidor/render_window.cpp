@@ -1,9 +1,9 @@
-#include "render_window.h"
+#include "kalidor/render_window.h"
 
 #include <atomic>
 
-#include "opengl/gl_api.h"
-#include "opengl/platform/egl_probe.h"
+#include "kalidor/opengl/gl_api.h"
+#include "kalidor/opengl/platform/egl_probe.h"
 
 namespace Kalidornm {
 

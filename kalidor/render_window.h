@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "hardware_caps.h"
+#include "kalidor/hardware_caps.h"
 
 namespace Kalidornm {
 

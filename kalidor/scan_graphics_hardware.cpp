@@ -1,11 +1,11 @@
 #include <cstring>
 #include <string>
 
-#include "gpu_database/gpu_naming.h"
-#include "kalidor.h"
-#include "library_globals.h"
-#include "library_log.h"
-#include "opengl/opengl_summary.h"
+#include "kalidor/gpu_database/gpu_naming.h"
+#include "kalidor/kalidor.h"
+#include "kalidor/library_globals.h"
+#include "kalidor/library_log.h"
+#include "kalidor/opengl/opengl_summary.h"
 
 namespace Kalidornm {
 

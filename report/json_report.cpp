@@ -1,4 +1,4 @@
-#include "json_report.h"
+#include "report/json_report.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
-#include "report_file.h"
+#include "report/report_file.h"
 #include "compute/cuda_device_fields.h"
 #include "compute/opencl_device_fields.h"
 

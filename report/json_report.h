@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "report_snapshot.h"
+#include "report/report_snapshot.h"
 
 // The report as JSON for scripts: the same snapshot as the text and XML forms, every value typed, and a
 // value the machine did not give written as null, never as 0.

@@ -1,4 +1,4 @@
-#include "report_buffers.h"
+#include "report/report_buffers.h"
 
 #include <cstdio>
 

@@ -1,6 +1,6 @@
 #include "compute/cuda_device_fields.h"
 #include "compute/opencl_device_fields.h"
-#include "report_sections.h"
+#include "report/report_sections.h"
 
 namespace report {
 

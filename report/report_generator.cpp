@@ -1,8 +1,8 @@
-#include "report_generator.h"
+#include "report/report_generator.h"
 
-#include "report_file.h"
-#include "report_sections.h"
-#include "xml_text.h"
+#include "report/report_file.h"
+#include "report/report_sections.h"
+#include "report/xml_text.h"
 
 namespace report {
 

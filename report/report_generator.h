@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "report_buffers.h"
-#include "report_snapshot.h"
+#include "report/report_buffers.h"
+#include "report/report_snapshot.h"
 
 // The report of everything the program knows, built once as text and XML from one snapshot.
 namespace report {

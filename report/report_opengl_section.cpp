@@ -1,6 +1,6 @@
 #include <cinttypes>
 
-#include "report_sections.h"
+#include "report/report_sections.h"
 
 namespace report {
 

@@ -3,9 +3,9 @@
 #include <string>
 
 #include "base/text_format.h"
-#include "report_buffers.h"
-#include "report_snapshot.h"
-#include "xml_text.h"
+#include "report/report_buffers.h"
+#include "report/report_snapshot.h"
+#include "report/xml_text.h"
 
 // The sections of the report in document order, and the small writing helpers they share. Internal to
 // the report generator.

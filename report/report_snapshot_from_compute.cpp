@@ -2,7 +2,7 @@
 
 #include "compute/cuda_discovery.h"
 #include "compute/opencl_discovery.h"
-#include "report_snapshot_from_facade.h"
+#include "report/report_snapshot_from_facade.h"
 
 namespace report {
 

@@ -1,4 +1,4 @@
-#include "report_snapshot_from_facade.h"
+#include "report/report_snapshot_from_facade.h"
 
 #include "base/version.h"
 #include "kalidor/kalidor.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "report_snapshot.h"
+#include "report/report_snapshot.h"
 
 namespace Kalidornm {
 class Kalidor;

@@ -1,4 +1,4 @@
-#include "report_sections.h"
+#include "report/report_sections.h"
 
 namespace report {
 

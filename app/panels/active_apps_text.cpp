@@ -1,4 +1,4 @@
-#include "active_apps_text.h"
+#include "app/panels/active_apps_text.h"
 
 #include <cstdio>
 #include <cstring>

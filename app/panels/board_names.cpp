@@ -1,4 +1,4 @@
-#include "board_names.h"
+#include "app/panels/board_names.h"
 
 #include <cstdio>
 #include <iterator>

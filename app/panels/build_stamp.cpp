@@ -1,5 +1,5 @@
 // Kept to itself so that only this file is compiled again when the stamp changes.
-#include "build_stamp.h"
+#include "app/panels/build_stamp.h"
 
 namespace panels {
 

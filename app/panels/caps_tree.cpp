@@ -1,4 +1,4 @@
-#include "caps_tree.h"
+#include "app/panels/caps_tree.h"
 
 #include <cinttypes>
 #include <cstdio>

@@ -1,11 +1,11 @@
-#include "controls.h"
+#include "app/panels/controls.h"
 
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
 
-#include "panel_look.h"
+#include "app/panels/panel_look.h"
 
 namespace panels {
 

@@ -5,7 +5,7 @@
 #include <QWidget>
 #include <cstdint>
 
-#include "dialog_units.h"
+#include "app/panels/dialog_units.h"
 
 class QComboBox;
 class QLineEdit;

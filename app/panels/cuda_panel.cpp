@@ -1,4 +1,4 @@
-#include "cuda_panel.h"
+#include "app/panels/cuda_panel.h"
 
 #include <QComboBox>
 #include <QPushButton>
@@ -8,7 +8,7 @@
 #include "app/message_boxes.h"
 #include "compute/cuda_device_fields.h"
 #include "compute/cuda_discovery.h"
-#include "web_links.h"
+#include "app/panels/web_links.h"
 
 namespace panels {
 

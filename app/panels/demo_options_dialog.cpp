@@ -1,4 +1,4 @@
-#include "demo_options_dialog.h"
+#include "app/panels/demo_options_dialog.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -8,7 +8,7 @@
 
 #include "app/app_state.h"
 #include "app/message_boxes.h"
-#include "controls.h"
+#include "app/panels/controls.h"
 #include "demos/harness/demo_table.h"
 #include "kalidor/kalidor.h"
 

@@ -1,4 +1,4 @@
-#include "dialog_units.h"
+#include "app/panels/dialog_units.h"
 
 #include <QFontMetrics>
 #include <QStringList>

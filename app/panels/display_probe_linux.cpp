@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "display_probe.h"
+#include "app/panels/display_probe.h"
 
 namespace panels {
 

@@ -1,4 +1,4 @@
-#include "extension_dialog.h"
+#include "app/panels/extension_dialog.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -7,7 +7,7 @@
 #include "app/app_state.h"
 #include "app/message_boxes.h"
 #include "base/version.h"
-#include "controls.h"
+#include "app/panels/controls.h"
 #include "kalidor/kalidor.h"
 #include "kalidor/opengl/extension_link_table.h"
 

@@ -1,4 +1,4 @@
-#include "extension_lines.h"
+#include "app/panels/extension_lines.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,4 +1,4 @@
-#include "gl_caps_dialog.h"
+#include "app/panels/gl_caps_dialog.h"
 
 #include <QHeaderView>
 #include <QLabel>
@@ -7,8 +7,8 @@
 
 #include "app/app_state.h"
 #include "base/version.h"
-#include "caps_tree.h"
-#include "controls.h"
+#include "app/panels/caps_tree.h"
+#include "app/panels/controls.h"
 #include "kalidor/kalidor.h"
 
 namespace panels {

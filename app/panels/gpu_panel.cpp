@@ -1,4 +1,4 @@
-#include "gpu_panel.h"
+#include "app/panels/gpu_panel.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -10,11 +10,11 @@
 #include <iterator>
 
 #include "app/app_state.h"
-#include "board_names.h"
+#include "app/panels/board_names.h"
 #include "compute/cuda_discovery.h"
 #include "compute/opencl_discovery.h"
 #include "kalidor/kalidor.h"
-#include "machine_summary.h"
+#include "app/panels/machine_summary.h"
 
 namespace panels {
 

@@ -3,9 +3,9 @@
 #include <QPixmap>
 
 #include "app/app_state.h"
-#include "gpu_panel.h"
+#include "app/panels/gpu_panel.h"
 #include "kalidor/kalidor.h"
-#include "vendor_logo.h"
+#include "app/panels/vendor_logo.h"
 
 namespace panels {
 

@@ -1,10 +1,10 @@
-#include "hyperlink.h"
+#include "app/panels/hyperlink.h"
 
 #include <QEvent>
 #include <QLabel>
 #include <QMouseEvent>
 
-#include "panel_look.h"
+#include "app/panels/panel_look.h"
 
 namespace panels {
 

@@ -1,4 +1,4 @@
-#include "machine_summary.h"
+#include "app/panels/machine_summary.h"
 
 #include <cstdarg>
 #include <cstdio>

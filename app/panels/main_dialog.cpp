@@ -1,4 +1,4 @@
-#include "main_dialog.h"
+#include "app/panels/main_dialog.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -19,17 +19,17 @@
 #include "app/online_check.h"
 #include "app/platform/interrupt.h"
 #include "base/version.h"
-#include "controls.h"
-#include "cuda_panel.h"
-#include "demo_options_dialog.h"
+#include "app/panels/controls.h"
+#include "app/panels/cuda_panel.h"
+#include "app/panels/demo_options_dialog.h"
 #include "demos/harness/demo_table.h"
-#include "gpu_panel.h"
-#include "opencl_demo_choice.h"
-#include "opencl_panel.h"
-#include "opengl_panel.h"
-#include "tools_panel.h"
-#include "validation_panel.h"
-#include "vendor_logo.h"
+#include "app/panels/gpu_panel.h"
+#include "app/panels/opencl_demo_choice.h"
+#include "app/panels/opencl_panel.h"
+#include "app/panels/opengl_panel.h"
+#include "app/panels/tools_panel.h"
+#include "app/panels/validation_panel.h"
+#include "app/panels/vendor_logo.h"
 
 namespace panels {
 

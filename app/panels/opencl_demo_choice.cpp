@@ -1,8 +1,8 @@
-#include "opencl_demo_choice.h"
+#include "app/panels/opencl_demo_choice.h"
 
 #include <QComboBox>
 
-#include "controls.h"
+#include "app/panels/controls.h"
 
 namespace panels {
 

@@ -1,4 +1,4 @@
-#include "opencl_info_dialog.h"
+#include "app/panels/opencl_info_dialog.h"
 
 #include <QListWidget>
 #include <QPushButton>
@@ -6,7 +6,7 @@
 #include "app/app_state.h"
 #include "base/version.h"
 #include "compute/opencl_discovery.h"
-#include "controls.h"
+#include "app/panels/controls.h"
 
 namespace panels {
 

@@ -1,4 +1,4 @@
-#include "opencl_panel.h"
+#include "app/panels/opencl_panel.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -11,8 +11,8 @@
 #include "app/message_boxes.h"
 #include "compute/opencl_device_fields.h"
 #include "compute/opencl_discovery.h"
-#include "opencl_info_dialog.h"
-#include "web_links.h"
+#include "app/panels/opencl_info_dialog.h"
+#include "app/panels/web_links.h"
 
 namespace panels {
 

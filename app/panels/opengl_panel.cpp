@@ -1,4 +1,4 @@
-#include "opengl_panel.h"
+#include "app/panels/opengl_panel.h"
 
 #include <QLineEdit>
 #include <QListWidget>
@@ -8,11 +8,11 @@
 
 #include "app/app_state.h"
 #include "app/message_boxes.h"
-#include "extension_dialog.h"
-#include "extension_lines.h"
-#include "gl_caps_dialog.h"
+#include "app/panels/extension_dialog.h"
+#include "app/panels/extension_lines.h"
+#include "app/panels/gl_caps_dialog.h"
 #include "kalidor/kalidor.h"
-#include "web_links.h"
+#include "app/panels/web_links.h"
 
 namespace panels {
 

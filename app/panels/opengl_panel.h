@@ -2,7 +2,7 @@
 
 #include <QPointer>
 
-#include "panel.h"
+#include "app/panels/panel.h"
 
 class QListWidget;
 class QListWidgetItem;

@@ -1,4 +1,4 @@
-#include "panel.h"
+#include "app/panels/panel.h"
 
 #include "app/app_state.h"
 

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "controls.h"
+#include "app/panels/controls.h"
 
 struct AppState;
 

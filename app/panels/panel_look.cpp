@@ -1,4 +1,4 @@
-#include "panel_look.h"
+#include "app/panels/panel_look.h"
 
 #include <QLineEdit>
 #include <QPalette>

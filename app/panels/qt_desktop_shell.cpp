@@ -1,4 +1,4 @@
-#include "qt_desktop_shell.h"
+#include "app/panels/qt_desktop_shell.h"
 
 #include <QApplication>
 #include <cstdlib>
@@ -7,11 +7,11 @@
 #include "app/app_state.h"
 #include "app/no_display_notice.h"
 #include "base/version.h"
-#include "display_probe.h"
-#include "main_dialog.h"
-#include "qt_message_boxes.h"
-#include "splash_dialog.h"
-#include "vendor_logo.h"
+#include "app/panels/display_probe.h"
+#include "app/panels/main_dialog.h"
+#include "app/panels/qt_message_boxes.h"
+#include "app/panels/splash_dialog.h"
+#include "app/panels/vendor_logo.h"
 
 namespace panels {
 

@@ -1,4 +1,4 @@
-#include "qt_message_boxes.h"
+#include "app/panels/qt_message_boxes.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -8,7 +8,7 @@
 
 #include "app/message_boxes.h"
 #include "app/online_check.h"
-#include "update_dialog.h"
+#include "app/panels/update_dialog.h"
 
 namespace panels {
 

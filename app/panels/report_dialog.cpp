@@ -1,4 +1,4 @@
-#include "report_dialog.h"
+#include "app/panels/report_dialog.h"
 
 #include <QFileDialog>
 #include <QPlainTextEdit>
@@ -8,11 +8,11 @@
 #include "app/app_state.h"
 #include "app/message_boxes.h"
 #include "base/version.h"
-#include "controls.h"
+#include "app/panels/controls.h"
 #include "kalidor/kalidor.h"
 #include "report/report_generator.h"
 #include "report/report_snapshot_from_facade.h"
-#include "web_links.h"
+#include "app/panels/web_links.h"
 
 namespace panels {
 

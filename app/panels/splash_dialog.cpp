@@ -1,4 +1,4 @@
-#include "splash_dialog.h"
+#include "app/panels/splash_dialog.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -8,8 +8,8 @@
 #include <QWindow>
 
 #include "base/version.h"
-#include "controls.h"
-#include "vendor_logo.h"
+#include "app/panels/controls.h"
+#include "app/panels/vendor_logo.h"
 
 namespace panels {
 

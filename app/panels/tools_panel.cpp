@@ -1,4 +1,4 @@
-#include "tools_panel.h"
+#include "app/panels/tools_panel.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -8,13 +8,13 @@
 #include <iterator>
 #include <string>
 
-#include "active_apps_text.h"
+#include "app/panels/active_apps_text.h"
 #include "app/app_state.h"
 #include "app/message_boxes.h"
-#include "hyperlink.h"
+#include "app/panels/hyperlink.h"
 #include "kalidor/kalidor.h"
-#include "report_dialog.h"
-#include "web_links.h"
+#include "app/panels/report_dialog.h"
+#include "app/panels/web_links.h"
 
 namespace panels {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "panel.h"
+#include "app/panels/panel.h"
 
 class QComboBox;
 

@@ -1,4 +1,4 @@
-#include "update_dialog.h"
+#include "app/panels/update_dialog.h"
 
 #include <QCoreApplication>
 #include <QLabel>
@@ -6,7 +6,7 @@
 #include <string>
 
 #include "app/message_boxes.h"
-#include "controls.h"
+#include "app/panels/controls.h"
 
 namespace panels {
 

@@ -1,4 +1,4 @@
-#include "validation_panel.h"
+#include "app/panels/validation_panel.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -8,11 +8,11 @@
 #include "app/message_boxes.h"
 #include "app/online_check.h"
 #include "base/version.h"
-#include "build_stamp.h"
-#include "hyperlink.h"
+#include "app/panels/build_stamp.h"
+#include "app/panels/hyperlink.h"
 #include "report/online/online_hosts.h"
 #include "report/online/validation_submission.h"
-#include "update_dialog.h"
+#include "app/panels/update_dialog.h"
 
 namespace panels {
 

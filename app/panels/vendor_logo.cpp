@@ -1,4 +1,4 @@
-#include "vendor_logo.h"
+#include "app/panels/vendor_logo.h"
 
 #include <QPixmapCache>
 

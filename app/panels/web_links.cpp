@@ -1,4 +1,4 @@
-#include "web_links.h"
+#include "app/panels/web_links.h"
 
 #include <cstring>
 #include <iterator>
@@ -7,7 +7,7 @@ namespace panels {
 
 namespace {
 
-#include "web_link_tables.inc"
+#include "app/panels/web_link_tables.inc"
 
 // One more row than the tables list: the terminator.
 static_assert(std::size(kNvidiaDriverLinks) == 5 + 1 && std::size(kNvidiaReviewLinks) == 167 + 1);

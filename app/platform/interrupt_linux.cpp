@@ -1,4 +1,4 @@
-#include "interrupt.h"
+#include "app/platform/interrupt.h"
 
 #include <csignal>
 

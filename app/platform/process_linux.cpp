@@ -1,4 +1,4 @@
-#include "process.h"
+#include "app/platform/process.h"
 
 #include <sys/wait.h>
 #include <unistd.h>

@@ -3,11 +3,11 @@
 // draw it instead and the demo goes on.
 #include <cmath>
 
-#include "demo_context.h"
-#include "engine_demo.h"
-#include "gl_utility/shader_texts.h"
-#include "harness/demo_host.h"
-#include "harness/demo_table.h"
+#include "demos/demo_context.h"
+#include "demos/engine_scenes/engine_demo.h"
+#include "demos/gl_utility/shader_texts.h"
+#include "demos/harness/demo_host.h"
+#include "demos/harness/demo_table.h"
 
 namespace {
 

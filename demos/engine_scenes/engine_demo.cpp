@@ -1,18 +1,18 @@
-#include "engine_demo.h"
+#include "demos/engine_scenes/engine_demo.h"
 
 #include <cmath>
 #include <cstdio>
 
-#include "demo_context.h"
-#include "gl_utility/render_window_gl.h"
-#include "harness/demo_host.h"
-#include "harness/demo_media.h"
-#include "harness/machine_texts.h"
+#include "demos/demo_context.h"
+#include "demos/gl_utility/render_window_gl.h"
+#include "demos/harness/demo_host.h"
+#include "demos/harness/demo_media.h"
+#include "demos/harness/machine_texts.h"
 #include "kalidor/kalidor.h"
 
 namespace {
 
-#include "gl_utility/corner_logo_jpeg.inc"
+#include "demos/gl_utility/corner_logo_jpeg.inc"
 
 using namespace Vantalux_nsp;
 

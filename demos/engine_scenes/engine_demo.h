@@ -16,7 +16,7 @@
 #include "engine/vx_render_window.h"
 #include "engine/vx_scene.h"
 #include "engine/vx_texture.h"
-#include "harness/demo_scene.h"
+#include "demos/harness/demo_scene.h"
 
 class RenderWindowGL;
 

@@ -4,16 +4,16 @@
 #include <cstdlib>
 #include <vector>
 
-#include "demo_context.h"
+#include "demos/demo_context.h"
 #include "engine/vx_hud.h"
-#include "engine_demo.h"
-#include "gl_utility/shader_texts.h"
-#include "harness/demo_host.h"
-#include "harness/demo_table.h"
+#include "demos/engine_scenes/engine_demo.h"
+#include "demos/gl_utility/shader_texts.h"
+#include "demos/harness/demo_host.h"
+#include "demos/harness/demo_table.h"
 
 namespace {
 
-#include "fur_background_jpeg.inc"
+#include "demos/engine_scenes/fur_background_jpeg.inc"
 
 using namespace Vantalux_nsp;
 

@@ -7,13 +7,13 @@
 #include <string>
 #include <vector>
 
-#include "demo_context.h"
+#include "demos/demo_context.h"
 #include "engine/vx_skybox.h"
-#include "engine_demo.h"
-#include "gl_utility/shader_texts.h"
-#include "harness/demo_host.h"
-#include "harness/demo_table.h"
-#include "instancing_batches.h"
+#include "demos/engine_scenes/engine_demo.h"
+#include "demos/gl_utility/shader_texts.h"
+#include "demos/harness/demo_host.h"
+#include "demos/harness/demo_table.h"
+#include "demos/engine_scenes/instancing_batches.h"
 
 namespace {
 

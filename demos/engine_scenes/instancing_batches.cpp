@@ -1,4 +1,4 @@
-#include "instancing_batches.h"
+#include "demos/engine_scenes/instancing_batches.h"
 
 #include <algorithm>
 

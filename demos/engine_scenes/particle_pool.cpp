@@ -1,4 +1,4 @@
-#include "particle_pool.h"
+#include "demos/engine_scenes/particle_pool.h"
 
 #include <cmath>
 #include <cstdlib>

@@ -1,10 +1,10 @@
 // "GL 2.1 - GLSL Point Sprite Particles": a fountain of 40,000 textured points whose flight the vertex
 // stage computes from each particle's birth velocity and age; the processor only bears and retires them.
-#include "engine_demo.h"
-#include "gl_utility/shader_texts.h"
-#include "harness/demo_host.h"
-#include "harness/demo_table.h"
-#include "particle_pool.h"
+#include "demos/engine_scenes/engine_demo.h"
+#include "demos/gl_utility/shader_texts.h"
+#include "demos/harness/demo_host.h"
+#include "demos/harness/demo_table.h"
+#include "demos/engine_scenes/particle_pool.h"
 
 namespace {
 

@@ -2,13 +2,13 @@
 // a circling camera. No programs at all.
 #include <cstdio>
 
-#include "engine_demo.h"
-#include "harness/demo_host.h"
-#include "harness/demo_table.h"
+#include "demos/engine_scenes/engine_demo.h"
+#include "demos/harness/demo_host.h"
+#include "demos/harness/demo_table.h"
 
 namespace {
 
-#include "torus_stack_color_jpeg.inc"
+#include "demos/engine_scenes/torus_stack_color_jpeg.inc"
 
 using namespace Vantalux_nsp;
 

@@ -2,15 +2,15 @@
 // picture read in the vertex stage, with ripples running over its heights.
 #include <cstdio>
 
-#include "demo_context.h"
-#include "engine_demo.h"
-#include "gl_utility/shader_texts.h"
-#include "harness/demo_host.h"
-#include "harness/demo_table.h"
+#include "demos/demo_context.h"
+#include "demos/engine_scenes/engine_demo.h"
+#include "demos/gl_utility/shader_texts.h"
+#include "demos/harness/demo_host.h"
+#include "demos/harness/demo_table.h"
 
 namespace {
 
-#include "vtf_terrain_jpeg.inc"
+#include "demos/engine_scenes/vtf_terrain_jpeg.inc"
 
 using namespace Vantalux_nsp;
 

@@ -1,4 +1,4 @@
-#include "context_attempts.h"
+#include "demos/gl_utility/context_attempts.h"
 
 #include <array>
 

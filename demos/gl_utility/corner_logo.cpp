@@ -1,4 +1,4 @@
-#include "corner_logo.h"
+#include "demos/gl_utility/corner_logo.h"
 
 #include <GL/glew.h>
 
@@ -6,7 +6,7 @@
 
 namespace {
 
-#include "corner_logo_jpeg.inc"
+#include "demos/gl_utility/corner_logo_jpeg.inc"
 
 }  // namespace
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "image_file.h"
-#include "textured_quad.h"
+#include "demos/gl_utility/image_file.h"
+#include "demos/gl_utility/textured_quad.h"
 
 // The 128x128 logo every GL 3/4 and OpenCL demo lays over the lower right corner of its frame, added to
 // the picture (blending one, one) so that its black ground leaves the scene as it is.

@@ -8,10 +8,10 @@
 #include <mutex>
 #include <vector>
 
-#include "context_attempts.h"
-#include "gl_entry_points.h"
-#include "render_window_gl.h"
-#include "sample_choice.h"
+#include "demos/gl_utility/context_attempts.h"
+#include "demos/gl_utility/gl_entry_points.h"
+#include "demos/gl_utility/render_window_gl.h"
+#include "demos/gl_utility/sample_choice.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "gl_entry_points.h"
+#include "demos/gl_utility/gl_entry_points.h"
 
 #include <GL/glew.h>
 

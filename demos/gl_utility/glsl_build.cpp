@@ -1,4 +1,4 @@
-#include "glsl_build.h"
+#include "demos/gl_utility/glsl_build.h"
 
 #include <GL/glew.h>
 

@@ -1,9 +1,9 @@
-#include "gpu_program.h"
+#include "demos/gl_utility/gpu_program.h"
 
 #include <GL/glew.h>
 
 #include "base/log_sink.h"
-#include "glsl_build.h"
+#include "demos/gl_utility/glsl_build.h"
 
 namespace {
 

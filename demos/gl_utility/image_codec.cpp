@@ -1,4 +1,4 @@
-#include "image_codec.h"
+#include "demos/gl_utility/image_codec.h"
 
 #include <FreeImage.h>
 

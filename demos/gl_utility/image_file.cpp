@@ -1,4 +1,4 @@
-#include "image_file.h"
+#include "demos/gl_utility/image_file.h"
 
 #include <GL/glew.h>
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "image_codec.h"
+#include "demos/gl_utility/image_codec.h"
 
 // An image decoded by image_codec and the texture made from it. Loading needs no context; createTexture and
 // release need the current one.

@@ -3,7 +3,7 @@
 #include <limits>
 #include <new>
 
-#include "mesh_gl.h"
+#include "demos/gl_utility/mesh_gl.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The OpenGL side of MeshGL: static buffers made at the first draw, then only binds.
 #include <GL/glew.h>
 
-#include "mesh_gl.h"
+#include "demos/gl_utility/mesh_gl.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
-#include "render_window_gl.h"
+#include "demos/gl_utility/render_window_gl.h"
 
 #include <GL/glew.h>
 
 #include "base/log_sink.h"
-#include "context_attempts.h"
-#include "sample_choice.h"
+#include "demos/gl_utility/context_attempts.h"
+#include "demos/gl_utility/sample_choice.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "native_window.h"
+#include "demos/gl_utility/native_window.h"
 
 // The OpenGL context of one demo, made and used only on the demo thread. On a window it draws into an EGL
 // window surface; headless it draws into a framebuffer object of the window's size on a surfaceless

@@ -1,4 +1,4 @@
-#include "sample_choice.h"
+#include "demos/gl_utility/sample_choice.h"
 
 #include <cstddef>
 

@@ -1,4 +1,4 @@
-#include "shader_texts.h"
+#include "demos/gl_utility/shader_texts.h"
 
 #include <algorithm>
 

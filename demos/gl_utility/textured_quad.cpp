@@ -1,10 +1,10 @@
-#include "textured_quad.h"
+#include "demos/gl_utility/textured_quad.h"
 
 #include <GL/glew.h>
 
 #include <string>
 
-#include "shader_texts.h"
+#include "demos/gl_utility/shader_texts.h"
 
 namespace {
 

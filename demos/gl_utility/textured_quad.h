@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "gpu_program.h"
-#include "mesh_gl.h"
+#include "demos/gl_utility/gpu_program.h"
+#include "demos/gl_utility/mesh_gl.h"
 
 // A texture laid over the whole current viewport on a unit quad, through the held textured_quad shaders:
 // the corner logo's and the OpenCL demos' window image's one way of showing a picture.

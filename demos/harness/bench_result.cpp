@@ -1,4 +1,4 @@
-#include "bench_result.h"
+#include "demos/harness/bench_result.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-#include "demo_affinity.h"
+#include "demos/harness/demo_affinity.h"
 
 #include <pthread.h>
 #include <sched.h>

@@ -1,4 +1,4 @@
-#include "demo_host.h"
+#include "demos/harness/demo_host.h"
 
 #include <atomic>
 #include <cstdarg>

@@ -1,10 +1,10 @@
-#include "demo_launcher.h"
+#include "demos/harness/demo_launcher.h"
 
 #include <chrono>
 #include <exception>
 
 #include "base/log_sink.h"
-#include "demo_thread.h"
+#include "demos/harness/demo_thread.h"
 #include "engine/vantalux.h"
 
 namespace {

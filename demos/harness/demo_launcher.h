@@ -2,8 +2,8 @@
 
 #include <atomic>
 
-#include "demo_settings.h"
-#include "demo_table.h"
+#include "demos/harness/demo_settings.h"
+#include "demos/harness/demo_table.h"
 
 // Starts demo `id` on a thread of its own, with `settings` (the command line's values, or what the options
 // dialog left). An OpenCL demo runs on a CPU device when settings.clDeviceType says so, else on a GPU device.

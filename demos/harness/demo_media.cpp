@@ -1,4 +1,4 @@
-#include "demo_media.h"
+#include "demos/harness/demo_media.h"
 
 #include "demos/media_directory.h"
 

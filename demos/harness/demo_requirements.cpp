@@ -1,8 +1,8 @@
-#include "demo_requirements.h"
+#include "demos/harness/demo_requirements.h"
 
 #include <optional>
 
-#include "demo_table.h"
+#include "demos/harness/demo_table.h"
 #include "kalidor/kalidor.h"
 
 namespace {

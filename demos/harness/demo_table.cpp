@@ -1,4 +1,4 @@
-#include "demo_table.h"
+#include "demos/harness/demo_table.h"
 
 #include <string_view>
 

@@ -6,8 +6,8 @@
 #include <memory>
 #include <optional>
 
-#include "demo_scene.h"
-#include "demo_settings.h"
+#include "demos/harness/demo_scene.h"
+#include "demos/harness/demo_settings.h"
 #include "demos/gl_utility/render_window_gl.h"
 
 // Every demo of the program, a row each: the /start_demo_... option that starts it at start-up, its row in a

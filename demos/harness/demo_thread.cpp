@@ -1,4 +1,4 @@
-#include "demo_thread.h"
+#include "demos/harness/demo_thread.h"
 
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -10,16 +10,16 @@
 
 #include "base/log_sink.h"
 #include "base/version.h"
-#include "bench_result.h"
+#include "demos/harness/bench_result.h"
 #include "compute/opencl_discovery.h"
-#include "demo_affinity.h"
-#include "demo_host.h"
-#include "demo_window.h"
-#include "frame_capture.h"
-#include "gl_utility/image_codec.h"
-#include "gl_utility/render_window_gl.h"
+#include "demos/harness/demo_affinity.h"
+#include "demos/harness/demo_host.h"
+#include "demos/harness/demo_window.h"
+#include "demos/harness/frame_capture.h"
+#include "demos/gl_utility/image_codec.h"
+#include "demos/gl_utility/render_window_gl.h"
 #include "kalidor/kalidor.h"
-#include "machine_texts.h"
+#include "demos/harness/machine_texts.h"
 
 namespace {
 

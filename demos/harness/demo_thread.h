@@ -4,8 +4,8 @@
 #include <mutex>
 #include <string>
 
-#include "demo_context.h"
-#include "demo_table.h"
+#include "demos/demo_context.h"
+#include "demos/harness/demo_table.h"
 
 // The routine of every demo thread: window and context, the scene's set-up, the frame loop, the frame
 // capture and result row, release, and the end. Clears context.threadAlive as its last step.

@@ -1,4 +1,4 @@
-#include "demo_timers.h"
+#include "demos/harness/demo_timers.h"
 
 #include <atomic>
 

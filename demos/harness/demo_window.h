@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "gl_utility/native_window.h"
+#include "demos/gl_utility/native_window.h"
 
 // A demo's own top-level window on its own connection to the X server, made and used only on the demo
 // thread. The thread reads the window's input each frame.

@@ -1,3 +1,3 @@
-#include "frame_capture.h"
+#include "demos/harness/frame_capture.h"
 
 std::string capturedFrameName(const char* resultName) { return std::string("demo_") + (resultName ? resultName : "") + ".png"; }

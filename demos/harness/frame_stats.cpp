@@ -1,4 +1,4 @@
-#include "frame_stats.h"
+#include "demos/harness/frame_stats.h"
 
 uint32_t FrameStats::advanceTo(uint32_t nowMs) {
     const uint32_t delta = nowMs - lastTimeMs;

@@ -1,4 +1,4 @@
-#include "machine_texts.h"
+#include "demos/harness/machine_texts.h"
 
 #include <cstdio>
 

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <mutex>
 
-#include "demo_window.h"
+#include "demos/harness/demo_window.h"
 
 namespace {
 

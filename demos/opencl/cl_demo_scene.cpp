@@ -1,17 +1,17 @@
-#include "cl_demo_scene.h"
+#include "demos/opencl/cl_demo_scene.h"
 
 #include <cstdio>
 
 #include "base/version.h"
-#include "cl_device_choice.h"
+#include "demos/opencl/cl_device_choice.h"
 #include "compute/opencl_discovery.h"
 #include "base/dynamic_library.h"
-#include "demo_context.h"
-#include "gl_demo_support.h"
-#include "gl_utility/render_window_gl.h"
-#include "harness/demo_host.h"
-#include "harness/demo_media.h"
-#include "harness/demo_thread.h"
+#include "demos/demo_context.h"
+#include "demos/gl_demo_support.h"
+#include "demos/gl_utility/render_window_gl.h"
+#include "demos/harness/demo_host.h"
+#include "demos/harness/demo_media.h"
+#include "demos/harness/demo_thread.h"
 
 bool ClDemoScene::checkBeforeContext(DemoContext&) {
     if (m_traits.needsPlatformList) {

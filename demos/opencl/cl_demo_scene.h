@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <string>
 
-#include "cl_demo_session.h"
-#include "gl_utility/corner_logo.h"
-#include "harness/demo_scene.h"
+#include "demos/opencl/cl_demo_session.h"
+#include "demos/gl_utility/corner_logo.h"
+#include "demos/harness/demo_scene.h"
 
 struct DemoSettings;
 

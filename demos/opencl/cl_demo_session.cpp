@@ -1,10 +1,10 @@
-#include "cl_demo_session.h"
+#include "demos/opencl/cl_demo_session.h"
 
 #include <vector>
 
-#include "cl_device_choice.h"
+#include "demos/opencl/cl_device_choice.h"
 #include "compute/opencl_discovery.h"
-#include "harness/demo_settings.h"
+#include "demos/harness/demo_settings.h"
 
 bool ClDemoSession::_fail(Failure failure, cl_int error) {
     m_failure = failure;

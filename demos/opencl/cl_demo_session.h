@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "cl_objects.h"
+#include "demos/opencl/cl_objects.h"
 #include "compute/opencl_records.h"
 
 struct DemoSettings;

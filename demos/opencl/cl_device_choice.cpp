@@ -1,6 +1,6 @@
-#include "cl_device_choice.h"
+#include "demos/opencl/cl_device_choice.h"
 
-#include "harness/demo_settings.h"
+#include "demos/harness/demo_settings.h"
 
 const char* clDeviceTypeName(uint32_t deviceType) { return deviceType == kClDeviceTypeGpu ? "GPU" : "CPU"; }
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "compute/opencl_records.h"
-#include "harness/demo_settings.h"
+#include "demos/harness/demo_settings.h"
 
 // Which OpenCL platform and device an OpenCL demo runs on, decided from discovery's records.
 

@@ -1,4 +1,4 @@
-#include "cl_work_sizes.h"
+#include "demos/opencl/cl_work_sizes.h"
 
 #include <algorithm>
 

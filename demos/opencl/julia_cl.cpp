@@ -1,6 +1,6 @@
-#include "julia_cl.h"
+#include "demos/opencl/julia_cl.h"
 
-#include "demo_random.h"
+#include "demos/opencl/demo_random.h"
 
 bool JuliaCl::create(const ClDemoSession& session, int size, bool explicitSize, const float mu[4], const float color[4],
                      cl_int* error) {

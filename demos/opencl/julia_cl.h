@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "cl_demo_session.h"
-#include "cl_work_sizes.h"
+#include "demos/opencl/cl_demo_session.h"
+#include "demos/opencl/cl_work_sizes.h"
 
 // The quaternion Julia set's compute side: a size x size picture, four bytes a pixel (blue, green, red,
 // alpha), row by row, drawn by the kernel "QJuliaKernel" of media/qjulia_kernel.cl.

@@ -1,9 +1,9 @@
-#include "particle_system_cl.h"
+#include "demos/opencl/particle_system_cl.h"
 
 #include <cstdlib>
 #include <new>
 
-#include "demo_random.h"
+#include "demos/opencl/demo_random.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "cl_demo_session.h"
-#include "cl_work_sizes.h"
+#include "demos/opencl/cl_demo_session.h"
+#include "demos/opencl/cl_work_sizes.h"
 
 // The copy of media/particles.cl the program runs when that file cannot be opened.
 const char* heldParticlesSource();

@@ -1,4 +1,4 @@
-#include "post_fx_cl.h"
+#include "demos/opencl/post_fx_cl.h"
 
 namespace {
 

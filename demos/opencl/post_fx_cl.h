@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "cl_demo_session.h"
-#include "cl_work_sizes.h"
+#include "demos/opencl/cl_demo_session.h"
+#include "demos/opencl/cl_work_sizes.h"
 
 // The copy of media/postfx.cl the program runs when that file cannot be opened.
 const char* heldPostFxSource();

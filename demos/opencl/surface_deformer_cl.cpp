@@ -1,4 +1,4 @@
-#include "surface_deformer_cl.h"
+#include "demos/opencl/surface_deformer_cl.h"
 
 #include <new>
 

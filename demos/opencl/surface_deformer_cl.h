@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "cl_demo_session.h"
-#include "cl_work_sizes.h"
+#include "demos/opencl/cl_demo_session.h"
+#include "demos/opencl/cl_work_sizes.h"
 
 // The deformer kernels the program holds, all four forms in one source.
 const char* surfaceDeformerSource();

@@ -1,4 +1,4 @@
-#include "window_image.h"
+#include "demos/opencl/window_image.h"
 
 #include <GL/glew.h>
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "gl_utility/textured_quad.h"
+#include "demos/gl_utility/textured_quad.h"
 
 // A picture that an OpenCL demo computes, shown over the whole window: a texture (RGBA, nearest filtering)
 // drawn by the same textured quad as the corner logo.

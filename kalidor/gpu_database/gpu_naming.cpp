@@ -1,9 +1,9 @@
-#include "gpu_naming.h"
+#include "kalidor/gpu_database/gpu_naming.h"
 
 #include <cstring>
 #include <iterator>
 
-#include "gpu_database.h"
+#include "kalidor/gpu_database/gpu_database.h"
 
 namespace Kalidornm {
 namespace {

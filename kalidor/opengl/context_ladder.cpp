@@ -1,4 +1,4 @@
-#include "context_ladder.h"
+#include "kalidor/opengl/context_ladder.h"
 
 namespace Kalidornm {
 

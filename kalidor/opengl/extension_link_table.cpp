@@ -1,4 +1,4 @@
-#include "extension_link_table.h"
+#include "kalidor/opengl/extension_link_table.h"
 
 #include <cstring>
 
@@ -6,7 +6,7 @@ namespace Kalidornm {
 
 namespace {
 constexpr std::array<ExtensionLinkEntry, kExtensionLinkRows> kRows = {{
-#include "extension_link_table.inc"
+#include "kalidor/opengl/extension_link_table.inc"
 }};
 static_assert(kRows.back().name != nullptr, "the extension table has fewer rows than it should");
 }  // namespace

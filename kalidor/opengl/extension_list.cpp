@@ -1,4 +1,4 @@
-#include "extension_list.h"
+#include "kalidor/opengl/extension_list.h"
 
 #include <algorithm>
 #include <cstring>

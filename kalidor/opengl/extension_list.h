@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "gl_api.h"
-#include "opengl_state.h"
+#include "kalidor/opengl/gl_api.h"
+#include "kalidor/opengl/opengl_state.h"
 
 namespace Kalidornm {
 

@@ -1,10 +1,10 @@
-#include "gl_cap_table.h"
+#include "kalidor/opengl/gl_cap_table.h"
 
 namespace Kalidornm {
 
 namespace {
 constexpr std::array<GlCapRow, kGlCapRows> kRows = {{
-#include "gl_cap_table.inc"
+#include "kalidor/opengl/gl_cap_table.inc"
 }};
 
 constexpr size_t countCoreRows() {

@@ -1,10 +1,10 @@
-#include "gl_capability_reader.h"
+#include "kalidor/opengl/gl_capability_reader.h"
 
 #include <cstdio>
 #include <cstring>
 
-#include "extension_list.h"
-#include "gl_cap_table.h"
+#include "kalidor/opengl/extension_list.h"
+#include "kalidor/opengl/gl_cap_table.h"
 
 namespace Kalidornm {
 

@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
-#include "gl_api.h"
-#include "hardware_caps.h"
-#include "opengl_state.h"
+#include "kalidor/opengl/gl_api.h"
+#include "kalidor/hardware_caps.h"
+#include "kalidor/opengl/opengl_state.h"
 
 namespace Kalidornm {
 

@@ -1,4 +1,4 @@
-#include "msaa_modes.h"
+#include "kalidor/opengl/msaa_modes.h"
 
 namespace Kalidornm {
 

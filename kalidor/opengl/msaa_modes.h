@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "opengl_state.h"
+#include "kalidor/opengl/opengl_state.h"
 
 namespace Kalidornm {
 

@@ -1,4 +1,4 @@
-#include "opengl_summary.h"
+#include "kalidor/opengl/opengl_summary.h"
 
 #include <cstdio>
 

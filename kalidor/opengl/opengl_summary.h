@@ -1,7 +1,7 @@
 #pragma once
 
-#include "hardware_caps.h"
-#include "library_globals.h"
+#include "kalidor/hardware_caps.h"
+#include "kalidor/library_globals.h"
 
 namespace Kalidornm {
 

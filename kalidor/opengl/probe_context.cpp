@@ -1,12 +1,12 @@
 #include <cstring>
 
-#include "library_log.h"
-#include "opengl/extension_list.h"
-#include "opengl/gl_capability_reader.h"
-#include "opengl/msaa_modes.h"
-#include "opengl/platform/egl_probe.h"
-#include "opengl/platform/glew_api.h"
-#include "render_window.h"
+#include "kalidor/library_log.h"
+#include "kalidor/opengl/extension_list.h"
+#include "kalidor/opengl/gl_capability_reader.h"
+#include "kalidor/opengl/msaa_modes.h"
+#include "kalidor/opengl/platform/egl_probe.h"
+#include "kalidor/opengl/platform/glew_api.h"
+#include "kalidor/render_window.h"
 
 namespace Kalidornm {
 

@@ -1,4 +1,4 @@
-#include "amdgpu_drm_info.h"
+#include "kalidor/platform/amdgpu_drm_info.h"
 
 #include <fcntl.h>
 #include <unistd.h>

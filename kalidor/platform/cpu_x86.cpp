@@ -1,4 +1,4 @@
-#include "cpu_x86.h"
+#include "kalidor/platform/cpu_x86.h"
 
 #include <sched.h>
 #include <stdint.h>

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "cpu_os_info.h"
+#include "kalidor/cpu_os_info.h"
 
 namespace Kalidornm {
 

@@ -1,8 +1,8 @@
-#include "display_device_source.h"
+#include "kalidor/platform/display_device_source.h"
 
-#include "egl_software_device.h"
-#include "gpu_record.h"
-#include "pci_names.h"
+#include "kalidor/platform/egl_software_device.h"
+#include "kalidor/gpu_record.h"
+#include "kalidor/platform/pci_names.h"
 
 namespace Kalidornm {
 

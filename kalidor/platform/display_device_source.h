@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "display_devices.h"
-#include "pci_bus.h"
-#include "sources.h"
+#include "kalidor/display_devices.h"
+#include "kalidor/platform/pci_bus.h"
+#include "kalidor/platform/sources.h"
 
 namespace Kalidornm {
 

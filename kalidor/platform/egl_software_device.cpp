@@ -1,4 +1,4 @@
-#include "egl_software_device.h"
+#include "kalidor/platform/egl_software_device.h"
 
 #include <EGL/egl.h>
 #include <EGL/eglext.h>

@@ -1,4 +1,4 @@
-#include "pci_address.h"
+#include "kalidor/platform/pci_address.h"
 
 #include <cstdio>
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "pci_address.h"
+#include "kalidor/platform/pci_address.h"
 
 namespace Kalidornm {
 

@@ -1,10 +1,10 @@
-#include "pci_bus.h"
+#include "kalidor/platform/pci_bus.h"
 
 #include <algorithm>
 
-#include "sources.h"
-#include "sysfs_files.h"
-#include "sysfs_values.h"
+#include "kalidor/platform/sources.h"
+#include "kalidor/platform/sysfs_files.h"
+#include "kalidor/platform/sysfs_values.h"
 
 namespace Kalidornm {
 

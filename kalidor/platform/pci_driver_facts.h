@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "pci_bus.h"
+#include "kalidor/platform/pci_bus.h"
 
 namespace Kalidornm {
 

@@ -1,8 +1,8 @@
-#include "pci_driver_facts.h"
+#include "kalidor/platform/pci_driver_facts.h"
 
-#include "sources.h"
-#include "sysfs_files.h"
-#include "sysfs_values.h"
+#include "kalidor/platform/sources.h"
+#include "kalidor/platform/sysfs_files.h"
+#include "kalidor/platform/sysfs_values.h"
 
 namespace Kalidornm {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "sources.h"
+#include "kalidor/platform/sources.h"
 
 namespace Kalidornm {
 

@@ -1,4 +1,4 @@
-#include "pci_names.h"
+#include "kalidor/platform/pci_names.h"
 
 extern "C" {
 #include <pci/pci.h>

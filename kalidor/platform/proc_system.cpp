@@ -1,4 +1,4 @@
-#include "proc_system.h"
+#include "kalidor/platform/proc_system.h"
 
 #include <dirent.h>
 #include <sys/utsname.h>
@@ -9,9 +9,9 @@
 #include <sstream>
 #include <string_view>
 
-#include "sources.h"
-#include "sysfs_files.h"
-#include "sysfs_values.h"
+#include "kalidor/platform/sources.h"
+#include "kalidor/platform/sysfs_files.h"
+#include "kalidor/platform/sysfs_values.h"
 
 namespace Kalidornm {
 

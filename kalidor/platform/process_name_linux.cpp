@@ -1,11 +1,11 @@
-#include "platform/process_name.h"
+#include "kalidor/platform/process_name.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "platform/sources.h"
-#include "platform/sysfs_files.h"
-#include "platform/sysfs_values.h"
+#include "kalidor/platform/sources.h"
+#include "kalidor/platform/sysfs_files.h"
+#include "kalidor/platform/sysfs_values.h"
 
 namespace Kalidornm {
 

@@ -1,4 +1,4 @@
-#include "sysfs_files.h"
+#include "kalidor/platform/sysfs_files.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -8,8 +8,8 @@
 #include <algorithm>
 #include <memory>
 
-#include "sources.h"
-#include "sysfs_values.h"
+#include "kalidor/platform/sources.h"
+#include "kalidor/platform/sysfs_values.h"
 
 namespace Kalidornm {
 

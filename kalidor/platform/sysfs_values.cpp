@@ -1,4 +1,4 @@
-#include "sysfs_values.h"
+#include "kalidor/platform/sysfs_values.h"
 
 #include <limits>
 

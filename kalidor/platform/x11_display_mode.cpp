@@ -1,4 +1,4 @@
-#include "x11_display_mode.h"
+#include "kalidor/platform/x11_display_mode.h"
 
 #include <cstdlib>
 

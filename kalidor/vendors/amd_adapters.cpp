@@ -1,8 +1,8 @@
-#include "amd_adapters.h"
+#include "kalidor/vendors/amd_adapters.h"
 
 #include <algorithm>
 
-#include "gpu_record.h"
+#include "kalidor/gpu_record.h"
 
 namespace Kalidornm {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/pci_bus.h"
+#include "kalidor/platform/pci_bus.h"
 
 namespace Kalidornm {
 

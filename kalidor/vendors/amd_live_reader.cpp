@@ -1,12 +1,12 @@
-#include "amd_live_reader.h"
+#include "kalidor/vendors/amd_live_reader.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "library_log.h"
-#include "platform/sysfs_files.h"
-#include "platform/sysfs_values.h"
-#include "vendors/amd_sysfs_values.h"
+#include "kalidor/library_log.h"
+#include "kalidor/platform/sysfs_files.h"
+#include "kalidor/platform/sysfs_values.h"
+#include "kalidor/vendors/amd_sysfs_values.h"
 
 namespace Kalidornm {
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "gpu_live_reader.h"
-#include "platform/pci_bus.h"
+#include "kalidor/gpu_live_reader.h"
+#include "kalidor/platform/pci_bus.h"
 
 namespace Kalidornm {
 

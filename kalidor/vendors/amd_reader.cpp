@@ -1,14 +1,14 @@
-#include "amd_reader.h"
+#include "kalidor/vendors/amd_reader.h"
 
 #include <cstdio>
 #include <memory>
 
-#include "gpu_database/gpu_naming.h"
-#include "library_log.h"
-#include "platform/amdgpu_drm_info.h"
-#include "platform/pci_names.h"
-#include "vendors/amd_live_reader.h"
-#include "vendors/vendor_backend.h"
+#include "kalidor/gpu_database/gpu_naming.h"
+#include "kalidor/library_log.h"
+#include "kalidor/platform/amdgpu_drm_info.h"
+#include "kalidor/platform/pci_names.h"
+#include "kalidor/vendors/amd_live_reader.h"
+#include "kalidor/vendors/vendor_backend.h"
 
 namespace Kalidornm {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "vendors/amd_adapters.h"
+#include "kalidor/vendors/amd_adapters.h"
 
 namespace Kalidornm {
 

@@ -1,9 +1,9 @@
-#include "amd_sysfs_values.h"
+#include "kalidor/vendors/amd_sysfs_values.h"
 
 #include <cctype>
 #include <limits>
 
-#include "platform/sysfs_values.h"
+#include "kalidor/platform/sysfs_values.h"
 
 namespace Kalidornm {
 

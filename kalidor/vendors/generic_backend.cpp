@@ -1,8 +1,8 @@
 #include <cstring>
 
-#include "gpu_database/gpu_database.h"
-#include "platform/pci_names.h"
-#include "vendors/vendor_backend.h"
+#include "kalidor/gpu_database/gpu_database.h"
+#include "kalidor/platform/pci_names.h"
+#include "kalidor/vendors/vendor_backend.h"
 
 namespace Kalidornm {
 

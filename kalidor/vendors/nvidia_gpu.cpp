@@ -1,11 +1,11 @@
-#include "vendors/nvidia_gpu.h"
+#include "kalidor/vendors/nvidia_gpu.h"
 
 #include <cmath>
 #include <cstdlib>
 
-#include "platform/process_name.h"
-#include "vendors/nvidia_limits.h"
-#include "vendors/nvml_library.h"
+#include "kalidor/platform/process_name.h"
+#include "kalidor/vendors/nvidia_limits.h"
+#include "kalidor/vendors/nvml_library.h"
 
 namespace Kalidornm {
 

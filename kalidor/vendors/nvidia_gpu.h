@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "gpu_record.h"
+#include "kalidor/gpu_record.h"
 
 namespace Kalidornm {
 

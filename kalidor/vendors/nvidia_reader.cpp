@@ -1,18 +1,18 @@
-#include "vendors/nvidia_reader.h"
+#include "kalidor/vendors/nvidia_reader.h"
 
 #include <algorithm>
 #include <cstring>
 #include <utility>
 #include <vector>
 
-#include "gpu_database/gpu_database.h"
-#include "library_log.h"
-#include "platform/pci_driver_facts.h"
-#include "platform/pci_names.h"
-#include "vendors/nvidia_gpu.h"
-#include "vendors/nvidia_limits.h"
-#include "vendors/nvml_library.h"
-#include "vendors/vendor_backend.h"
+#include "kalidor/gpu_database/gpu_database.h"
+#include "kalidor/library_log.h"
+#include "kalidor/platform/pci_driver_facts.h"
+#include "kalidor/platform/pci_names.h"
+#include "kalidor/vendors/nvidia_gpu.h"
+#include "kalidor/vendors/nvidia_limits.h"
+#include "kalidor/vendors/nvml_library.h"
+#include "kalidor/vendors/vendor_backend.h"
 
 namespace Kalidornm {
 

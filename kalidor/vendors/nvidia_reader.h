@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 
-#include "gpu_live_reader.h"
-#include "gpu_record.h"
-#include "platform/pci_bus.h"
+#include "kalidor/gpu_live_reader.h"
+#include "kalidor/gpu_record.h"
+#include "kalidor/platform/pci_bus.h"
 
 namespace Kalidornm {
 

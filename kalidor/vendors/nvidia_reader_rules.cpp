@@ -2,8 +2,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "vendors/nvidia_gpu.h"
-#include "vendors/nvidia_reader.h"
+#include "kalidor/vendors/nvidia_gpu.h"
+#include "kalidor/vendors/nvidia_reader.h"
 
 namespace Kalidornm {
 

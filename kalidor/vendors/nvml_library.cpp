@@ -1,4 +1,4 @@
-#include "vendors/nvml_library.h"
+#include "kalidor/vendors/nvml_library.h"
 
 #include <initializer_list>
 

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "base/dynamic_library.h"
-#include "vendors/nvml_api.h"
+#include "kalidor/vendors/nvml_api.h"
 
 namespace Kalidornm {
 

@@ -1,5 +1,5 @@
-#include "driver_values.h"
-#include "vendors/vendor_backend.h"
+#include "kalidor/driver_values.h"
+#include "kalidor/vendors/vendor_backend.h"
 
 namespace Kalidornm {
 

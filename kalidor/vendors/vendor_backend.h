@@ -3,11 +3,11 @@
 #include <memory>
 #include <vector>
 
-#include "display_devices.h"
-#include "gpu_live_reader.h"
-#include "gpu_record.h"
-#include "platform/pci_bus.h"
-#include "platform/sources.h"
+#include "kalidor/display_devices.h"
+#include "kalidor/gpu_live_reader.h"
+#include "kalidor/gpu_record.h"
+#include "kalidor/platform/pci_bus.h"
+#include "kalidor/platform/sources.h"
 
 namespace Kalidornm {
 

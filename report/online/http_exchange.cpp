@@ -1,4 +1,4 @@
-#include "http_exchange.h"
+#include "report/online/http_exchange.h"
 
 #include <curl/curl.h>
 

@@ -1,4 +1,4 @@
-#include "online_hosts.h"
+#include "report/online/online_hosts.h"
 
 #include <cctype>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "reply_parsers.h"
+#include "report/online/reply_parsers.h"
 
 #include <climits>
 

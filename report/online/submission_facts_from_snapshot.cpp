@@ -1,4 +1,4 @@
-#include "submission_facts_from_snapshot.h"
+#include "report/online/submission_facts_from_snapshot.h"
 
 #include <algorithm>
 

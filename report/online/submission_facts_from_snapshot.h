@@ -4,7 +4,7 @@
 
 #include "compute/opencl_records.h"
 #include "kalidor/machine_snapshot.h"
-#include "submission_facts.h"
+#include "report/online/submission_facts.h"
 
 namespace Kalidornm {
 class Kalidor;

@@ -1,4 +1,4 @@
-#include "submit_body.h"
+#include "report/online/submit_body.h"
 
 #include <algorithm>
 #include <array>
@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "base/version.h"
-#include "text_filters.h"
+#include "report/online/text_filters.h"
 
 namespace online {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "submission_facts.h"
+#include "report/online/submission_facts.h"
 
 // The form body of a submission: items "name=value" joined by "&", values not percent-encoded beyond what
 // the text filters do.

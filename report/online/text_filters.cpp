@@ -1,4 +1,4 @@
-#include "text_filters.h"
+#include "report/online/text_filters.h"
 
 namespace online {
 

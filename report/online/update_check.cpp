@@ -1,4 +1,4 @@
-#include "update_check.h"
+#include "report/online/update_check.h"
 
 #include <cstdio>
 #include <thread>

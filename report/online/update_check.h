@@ -3,9 +3,9 @@
 #include <chrono>
 #include <string>
 
-#include "http_exchange.h"
-#include "online_hosts.h"
-#include "reply_parsers.h"
+#include "report/online/http_exchange.h"
+#include "report/online/online_hosts.h"
+#include "report/online/reply_parsers.h"
 
 // Asking the web server which version is current, and what the "Check for update" button and the newer
 // version dialog show.

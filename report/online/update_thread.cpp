@@ -1,4 +1,4 @@
-#include "update_thread.h"
+#include "report/online/update_thread.h"
 
 #include <atomic>
 #include <cstdio>

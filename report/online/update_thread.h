@@ -4,9 +4,9 @@
 #include <string>
 #include <thread>
 
-#include "http_exchange.h"
-#include "online_hosts.h"
-#include "update_check.h"
+#include "report/online/http_exchange.h"
+#include "report/online/online_hosts.h"
+#include "report/online/update_check.h"
 
 // The update check of the start: one check on a thread of its own, never waited for.
 namespace online {

@@ -1,9 +1,9 @@
-#include "validation_submission.h"
+#include "report/online/validation_submission.h"
 
 #include <thread>
 
-#include "submit_body.h"
-#include "text_filters.h"
+#include "report/online/submit_body.h"
+#include "report/online/text_filters.h"
 
 namespace online {
 

@@ -4,10 +4,10 @@
 #include <string>
 #include <string_view>
 
-#include "http_exchange.h"
-#include "online_hosts.h"
-#include "reply_parsers.h"
-#include "submission_facts.h"
+#include "report/online/http_exchange.h"
+#include "report/online/online_hosts.h"
+#include "report/online/reply_parsers.h"
+#include "report/online/submission_facts.h"
 
 // Sending the machine's description to the GPU database, and what the Submit button makes of the answer.
 namespace online {

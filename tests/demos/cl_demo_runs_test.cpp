@@ -10,7 +10,7 @@
 #include <fstream>
 
 #include "compute/opencl_discovery.h"
-#include "demo_program.h"
+#include "tests/demos/demo_program.h"
 #include "unit/compute_test_log.h"
 
 namespace {

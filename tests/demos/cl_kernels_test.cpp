@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "cl_references.h"
+#include "tests/demos/cl_references.h"
 #include "compute/opencl_discovery.h"
 #include "demos/harness/demo_media.h"
 #include "demos/harness/demo_settings.h"

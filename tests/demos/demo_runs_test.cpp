@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "demo_program.h"
+#include "tests/demos/demo_program.h"
 
 namespace {
 

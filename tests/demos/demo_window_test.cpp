@@ -8,7 +8,7 @@
 #include <string>
 #include <thread>
 
-#include "demo_program.h"
+#include "tests/demos/demo_program.h"
 // Xlib's macros (Bool, None, Status) last, after everything they would clash with.
 #include <X11/Xlib.h>
 #include <X11/keysym.h>

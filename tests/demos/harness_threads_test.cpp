@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <thread>
 
-#include "demo_program.h"
+#include "tests/demos/demo_program.h"
 #include "demos/demo_context.h"
 #include "demos/harness/demo_host.h"
 #include "demos/harness/demo_launcher.h"

@@ -22,7 +22,7 @@
 #include "engine/vx_scene.h"
 #include "engine/vx_skybox.h"
 #include "engine/vx_texture.h"
-#include "headless_surface.h"
+#include "tests/engine/headless_surface.h"
 
 using namespace Vantalux_nsp;
 

@@ -1,4 +1,4 @@
-#include "headless_surface.h"
+#include "tests/engine/headless_surface.h"
 
 #include <EGL/egl.h>
 #include <EGL/eglext.h>

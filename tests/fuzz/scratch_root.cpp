@@ -1,4 +1,4 @@
-#include "scratch_root.h"
+#include "tests/fuzz/scratch_root.h"
 
 #include <unistd.h>
 

@@ -16,7 +16,7 @@
 #include "compute/opencl_state.h"
 #include "fakes/compute/fake_cuda_values.h"
 #include "fakes/compute/fake_opencl_values.h"
-#include "window_machine.h"
+#include "tests/panels/window_machine.h"
 
 namespace {
 

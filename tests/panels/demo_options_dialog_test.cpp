@@ -13,8 +13,8 @@
 #include "app/message_boxes.h"
 #include "app/panels/demo_options_dialog.h"
 #include "demos/harness/demo_table.h"
-#include "window_machine.h"
-#include "window_wait.h"
+#include "tests/panels/window_machine.h"
+#include "tests/panels/window_wait.h"
 
 namespace {
 

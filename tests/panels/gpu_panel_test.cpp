@@ -10,8 +10,8 @@
 #include "app/panels/gpu_panel.h"
 #include "compute/cuda_discovery.h"
 #include "compute/opencl_discovery.h"
-#include "window_machine.h"
-#include "window_wait.h"
+#include "tests/panels/window_machine.h"
+#include "tests/panels/window_wait.h"
 
 namespace {
 

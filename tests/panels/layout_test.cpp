@@ -18,7 +18,7 @@
 #include "app/panels/report_dialog.h"
 #include "app/panels/splash_dialog.h"
 #include "demos/harness/demo_table.h"
-#include "window_machine.h"
+#include "tests/panels/window_machine.h"
 
 namespace {
 

@@ -25,8 +25,8 @@
 #include "app/panels/tools_panel.h"
 #include "app/panels/validation_panel.h"
 #include "demos/harness/demo_table.h"
-#include "window_machine.h"
-#include "window_wait.h"
+#include "tests/panels/window_machine.h"
+#include "tests/panels/window_wait.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include "app/app_log.h"
 #include "app/panels/opencl_panel.h"
 #include "compute/opencl_discovery.h"
-#include "window_machine.h"
+#include "tests/panels/window_machine.h"
 
 namespace {
 

@@ -16,7 +16,7 @@
 #include "app/panels/gl_caps_dialog.h"
 #include "app/panels/opengl_panel.h"
 #include "kalidor/opengl/extension_link_table.h"
-#include "window_machine.h"
+#include "tests/panels/window_machine.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 
 #include "app/panels/report_dialog.h"
 #include "app/panels/tools_panel.h"
-#include "window_machine.h"
+#include "tests/panels/window_machine.h"
 
 namespace {
 

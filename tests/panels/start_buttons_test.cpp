@@ -13,8 +13,8 @@
 #include "app/panels/opencl_demo_choice.h"
 #include "demos/harness/demo_launcher.h"
 #include "demos/harness/demo_table.h"
-#include "window_machine.h"
-#include "window_wait.h"
+#include "tests/panels/window_machine.h"
+#include "tests/panels/window_wait.h"
 
 namespace {
 

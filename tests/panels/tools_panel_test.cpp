@@ -10,8 +10,8 @@
 #include "app/message_boxes.h"
 #include "app/panels/tools_panel.h"
 #include "app/panels/web_links.h"
-#include "window_machine.h"
-#include "window_wait.h"
+#include "tests/panels/window_machine.h"
+#include "tests/panels/window_wait.h"
 
 namespace {
 

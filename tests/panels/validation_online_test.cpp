@@ -14,7 +14,7 @@
 #include "app/panels/update_dialog.h"
 #include "app/panels/validation_panel.h"
 #include "online/validation_server_process.h"
-#include "window_machine.h"
+#include "tests/panels/window_machine.h"
 
 namespace {
 

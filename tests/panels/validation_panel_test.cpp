@@ -11,8 +11,8 @@
 #include "app/message_boxes.h"
 #include "app/panels/update_dialog.h"
 #include "app/panels/validation_panel.h"
-#include "window_machine.h"
-#include "window_wait.h"
+#include "tests/panels/window_machine.h"
+#include "tests/panels/window_wait.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <sstream>
 
 #include "integration/program_runner.h"
-#include "unwritable_directory.h"
+#include "tests/report/unwritable_directory.h"
 
 namespace {
 

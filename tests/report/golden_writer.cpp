@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "rendered_report.h"
+#include "tests/report/rendered_report.h"
 
 int main(int argc, char** argv) {
     if (argc != 2) {

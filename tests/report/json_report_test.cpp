@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "report/json_report.h"
-#include "report_fixtures.h"
+#include "tests/report/report_fixtures.h"
 
 namespace {
 

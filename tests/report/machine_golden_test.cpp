@@ -7,7 +7,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "machine_reports.h"
+#include "tests/report/machine_reports.h"
 
 namespace {
 

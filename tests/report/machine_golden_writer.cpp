@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "machine_reports.h"
+#include "tests/report/machine_reports.h"
 
 int main(int argc, char** argv) {
     if (argc != 2) {

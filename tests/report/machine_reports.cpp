@@ -1,4 +1,4 @@
-#include "machine_reports.h"
+#include "tests/report/machine_reports.h"
 
 #include <cstdlib>
 

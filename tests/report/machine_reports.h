@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "rendered_report.h"
+#include "tests/report/rendered_report.h"
 #include "support/fixture_library.h"
 
 // Fixture machines reported end to end: the sysfs tree (and the fake management library where a machine has

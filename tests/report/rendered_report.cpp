@@ -1,4 +1,4 @@
-#include "rendered_report.h"
+#include "tests/report/rendered_report.h"
 
 #include <unistd.h>
 
@@ -8,7 +8,7 @@
 
 #include "report/json_report.h"
 #include "report/report_generator.h"
-#include "report_fixtures.h"
+#include "tests/report/report_fixtures.h"
 
 namespace {
 

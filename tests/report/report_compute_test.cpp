@@ -3,8 +3,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "rendered_report.h"
-#include "report_fixtures.h"
+#include "tests/report/rendered_report.h"
+#include "tests/report/report_fixtures.h"
 
 namespace {
 

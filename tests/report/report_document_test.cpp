@@ -3,9 +3,9 @@
 #include <cerrno>
 #include <string>
 
-#include "rendered_report.h"
+#include "tests/report/rendered_report.h"
 #include "report/report_generator.h"
-#include "report_fixtures.h"
+#include "tests/report/report_fixtures.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <sstream>
 
 #include "report/report_file.h"
-#include "unwritable_directory.h"
+#include "tests/report/unwritable_directory.h"
 
 namespace {
 

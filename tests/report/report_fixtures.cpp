@@ -1,4 +1,4 @@
-#include "report_fixtures.h"
+#include "tests/report/report_fixtures.h"
 
 namespace report_fixtures {
 

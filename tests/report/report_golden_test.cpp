@@ -4,7 +4,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "rendered_report.h"
+#include "tests/report/rendered_report.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include "kalidor/kalidor.h"
 #include "kalidor/library_globals.h"
-#include "rendered_report.h"
+#include "tests/report/rendered_report.h"
 #include "report/report_snapshot_from_facade.h"
 
 namespace {

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "integration/program_runner.h"
-#include "rendered_report.h"
-#include "report_fixtures.h"
+#include "tests/report/rendered_report.h"
+#include "tests/report/report_fixtures.h"
 
 namespace {
 

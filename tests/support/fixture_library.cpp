@@ -1,4 +1,4 @@
-#include "fixture_library.h"
+#include "tests/support/fixture_library.h"
 
 #include <cstdlib>
 

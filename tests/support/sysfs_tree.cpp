@@ -1,4 +1,4 @@
-#include "sysfs_tree.h"
+#include "tests/support/sysfs_tree.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

@@ -6,7 +6,7 @@
 
 #include "compute/cuda_discovery.h"
 #include "compute/opencl_discovery.h"
-#include "compute_test_log.h"
+#include "tests/unit/compute_test_log.h"
 #include "fakes/compute/fake_cuda_values.h"
 #include "fakes/compute/fake_opencl_values.h"
 

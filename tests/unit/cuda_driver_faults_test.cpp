@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "compute_fake_fixtures.h"
+#include "tests/unit/compute_fake_fixtures.h"
 
 // Discovery against a CUDA driver that fails, lies about its count or hands out odd names.
 namespace {

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "compute_fake_fixtures.h"
+#include "tests/unit/compute_fake_fixtures.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <tuple>
 #include <vector>
 
-#include "fake_nvml_machine.h"
+#include "tests/unit/fake_nvml_machine.h"
 #include "support/fixture_library.h"
 #include "support/sysfs_tree.h"
 

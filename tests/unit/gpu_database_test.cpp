@@ -1,4 +1,4 @@
-#include "gpu_database/gpu_database.h"
+#include "kalidor/gpu_database/gpu_database.h"
 
 #include <gtest/gtest.h>
 

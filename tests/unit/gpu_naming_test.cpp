@@ -1,5 +1,5 @@
-#include "gpu_database/gpu_database.h"
-#include "gpu_database/gpu_naming.h"
+#include "kalidor/gpu_database/gpu_database.h"
+#include "kalidor/gpu_database/gpu_naming.h"
 
 #include <gtest/gtest.h>
 

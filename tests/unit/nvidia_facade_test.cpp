@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "fake_nvml_machine.h"
+#include "tests/unit/fake_nvml_machine.h"
 #include "kalidor/kalidor.h"
 #include "kalidor/library_globals.h"
 

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string>
 
-#include "fake_nvml_machine.h"
+#include "tests/unit/fake_nvml_machine.h"
 #include "kalidor/hardware_caps.h"
 #include "kalidor/vendors/nvidia_reader.h"
 

@@ -5,7 +5,7 @@
 
 #include "compute/driver_limits.h"
 #include "compute/opencl_entry_points.h"
-#include "compute_fake_fixtures.h"
+#include "tests/unit/compute_fake_fixtures.h"
 
 // Discovery against an OpenCL driver that fails, lies about counts and sizes, or hands out odd texts. Each
 // mode is one the batch run goes through as well (fake_driver_batch_test.cpp); here the records are checked.

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "compute/opencl_entry_points.h"
-#include "compute_fake_fixtures.h"
+#include "tests/unit/compute_fake_fixtures.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include "kalidor/opengl/extension_list.h"
 #include "kalidor/opengl/extension_link_table.h"
-#include "fake_gl_api.h"
+#include "tests/unit/fake_gl_api.h"
 
 using namespace Kalidornm;
 

@@ -10,7 +10,7 @@
 #include "kalidor/opengl/gl_cap_table.h"
 #include "kalidor/opengl/gl_capability_reader.h"
 #include "kalidor/opengl/msaa_modes.h"
-#include "fake_gl_api.h"
+#include "tests/unit/fake_gl_api.h"
 
 using namespace Kalidornm;
 

@@ -1,4 +1,4 @@
-#include "gpu_database/pci_vendor_table.h"
+#include "kalidor/gpu_database/pci_vendor_table.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "fake_nvml_machine.h"
+#include "tests/unit/fake_nvml_machine.h"
 #include "support/fixture_library.h"
 #include "support/live_reads.h"
 #include "support/sysfs_tree.h"

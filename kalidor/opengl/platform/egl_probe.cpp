@@ -1,4 +1,4 @@
-#include "egl_probe.h"
+#include "kalidor/opengl/platform/egl_probe.h"
 
 #include <EGL/egl.h>
 #include <EGL/eglext.h>

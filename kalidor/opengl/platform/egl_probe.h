@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "../context_ladder.h"
-#include "../msaa_modes.h"
+#include "kalidor/opengl/context_ladder.h"
+#include "kalidor/opengl/msaa_modes.h"
 
 namespace Kalidornm {
 

@@ -1,4 +1,4 @@
-#include "glew_api.h"
+#include "kalidor/opengl/platform/glew_api.h"
 
 #include <GL/glew.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../gl_api.h"
+#include "kalidor/opengl/gl_api.h"
 
 namespace Kalidornm {
 

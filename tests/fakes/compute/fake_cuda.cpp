@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string>
 
-#include "fake_cuda_values.h"
+#include "tests/fakes/compute/fake_cuda_values.h"
 
 namespace {
 

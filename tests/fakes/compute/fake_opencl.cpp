@@ -11,7 +11,7 @@
 #include <cstring>
 #include <string>
 
-#include "fake_opencl_values.h"
+#include "tests/fakes/compute/fake_opencl_values.h"
 
 struct _cl_platform_id {
     int index;

@@ -32,7 +32,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "vendors/nvml_api.h"
+#include "kalidor/vendors/nvml_api.h"
 
 struct nvmlDevice_st {
     unsigned int pciDevice = 0, pciSubsystem = 0, domain = 0, bus = 0;

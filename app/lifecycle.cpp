@@ -16,7 +16,6 @@
 #include "engine/vantalux.h"
 #include "app/gpu_log_block.h"
 #include "kalidor/kalidor.h"
-#include "kalidor/platform/display_device_source.h"
 #include "app/message_boxes.h"
 #include "app/online_check.h"
 #include "app/platform/interrupt.h"
@@ -35,9 +34,9 @@ void logVersionLine(const char* what) {
 }
 
 void logDisplayDevices() {
-    for (int i = 0; i < kMaxListedDisplayDevices; ++i) {
-        Kalidornm::DisplaySlot device;
-        if (!Kalidornm::enumDisplayDevice(i, &device)) break;
+    const std::vector<Kalidornm::DisplaySlot> devices = Kalidor::listDisplayDevices();
+    for (int i = 0; i < kMaxListedDisplayDevices && size_t(i) < devices.size(); ++i) {
+        const Kalidornm::DisplaySlot& device = devices[size_t(i)];
         appLog().write("- DEV %d - DeviceID: %s", i, device.deviceId);
         appLog().write("- DEV %d - DeviceName: %s", i, device.deviceName);
         appLog().write("- DEV %d - DeviceString: %s", i, device.deviceString);

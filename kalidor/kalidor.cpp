@@ -6,6 +6,7 @@
 #include "kalidor/library_globals.h"
 #include "kalidor/library_log.h"
 #include "kalidor/machine_snapshot_reader.h"
+#include "kalidor/platform/display_device_source.h"
 
 namespace Kalidornm {
 
@@ -38,6 +39,8 @@ void Kalidor::destroyInstance() {
 }
 
 void Kalidor::setSources(const KalidorSources& sources) { gSources = sources; }
+
+std::vector<DisplaySlot> Kalidor::listDisplayDevices() { return Kalidornm::listDisplayDevices(KalidorSources{}); }
 
 HardwareCaps* Kalidor::caps() const { return gGlobals.mainWindow ? gGlobals.mainWindow->caps() : nullptr; }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "kalidor/gpu_record.h"
 #include "kalidor/hardware_caps.h"
@@ -22,6 +23,8 @@ public:
 
     // Where the machine is read from; takes effect at the next startup.
     static void setSources(const KalidorSources& sources);
+    // The display adapters of the real machine, from a PCI scan of their own; no start-up needed.
+    static std::vector<DisplaySlot> listDisplayDevices();
 
     // Lifecycle
     bool startup(int x, int y, int width, int height, int glMajor, int glMinor, bool debugContext);

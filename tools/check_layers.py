@@ -42,6 +42,12 @@ ALLOWED = {
     "packaging": {"base", "app"},
 }
 
+# The hardware library is reached through its facade and its snapshot only; its platform, vendor and OpenGL
+# internals are its own. The extension table is shared data the OpenGL panel looks notes and links up in.
+PUBLIC_HEADERS = {
+    "kalidor": {"kalidor/kalidor.h", "kalidor/machine_snapshot.h", "kalidor/opengl/extension_link_table.h"},
+}
+
 # Headers the build writes, by the name they are included as, and the layer they belong to.
 GENERATED = {
     "base/version.h": "base",
@@ -105,6 +111,8 @@ def faults_in(root):
                 continue
             if target_layer != source_layer and target_layer not in ALLOWED[source_layer]:
                 faults.append(f'{where}: {source_layer} may not include {target_layer} ("{name}")')
+            elif target_layer != source_layer and name not in PUBLIC_HEADERS.get(target_layer, {name}):
+                faults.append(f'{where}: "{name}" is internal to the {target_layer} layer')
     return faults
 
 
@@ -118,11 +126,14 @@ def self_check():
         "demos/harness/demo_host.cpp": "#include <QWidget>\n",  # toolkit below the application
         "app/app_log.h": '#include "kalidor/kalidor.h"\n#include <QWidget>\n',
         "report/json_report.h": "",
+        "report/report_generator.cpp": '#include "kalidor/platform/pci_bus.h"\n',  # inside the library
+        "kalidor/platform/pci_bus.h": "",
     }
     expected = [
         'compute/cuda_discovery.h:1: compute may not include app ("app/app_log.h")',
         "demos/harness/demo_host.cpp:1: <QWidget> is not for the demos layer",
         'report/json_report.cpp:1: "json_report.h" does not name a file from the source root',
+        'report/report_generator.cpp:1: "kalidor/platform/pci_bus.h" is internal to the kalidor layer',
     ]
     with tempfile.TemporaryDirectory() as root:
         for name, text in files.items():

@@ -98,8 +98,6 @@ constexpr CapsTreeHeading kHeadings[] = {
 };
 static_assert(std::size(kHeadings) == 83);
 
-constexpr size_t kCapTextSize = 128;  // what the catalogue's names and groups are kept in
-
 }  // namespace
 
 std::span<const CapsTreeHeading> capsTreeHeadings() { return kHeadings; }
@@ -119,27 +117,15 @@ std::string capLeafText(const char* name, int32_t valueType, int32_t intValue, c
     return text;
 }
 
-std::vector<CapsTreeBranch> capsTreeBranches(const Kalidornm::Kalidor& library) {
+std::vector<CapsTreeBranch> capsTreeBranches(const Kalidornm::OpenGlFacts& gl) {
     std::vector<CapsTreeBranch> branches;
-    const int32_t rows = library.capCount();
     for (const CapsTreeHeading& heading : kHeadings) {
-        int32_t first = 0;
-        const int32_t count = library.capCountInGroup(heading.group, &first);
-        if (count <= 0) continue;
         CapsTreeBranch branch;
         branch.text = *heading.note ? std::string(heading.group) + " (" + heading.note + ")" : heading.group;
-        // A group's rows follow one another in the catalogue; walking by group keeps a leaf from ever
-        // naming a row of the next group should they not.
-        for (int32_t index = first; index < rows && int32_t(branch.leaves.size()) < count; ++index) {
-            char name[kCapTextSize] = {}, group[kCapTextSize] = {};
-            int32_t valueType = 0, intValue = 0, triple[3] = {};
-            int64_t int64Value = 0;
-            float floatValue = 0.0f;
-            if (!library.getCap(index, name, &valueType, &intValue, triple, &int64Value, &floatValue, group)) break;
-            name[kCapTextSize - 1] = group[kCapTextSize - 1] = '\0';
-            if (std::strcmp(group, heading.group) != 0) continue;
-            branch.leaves.push_back(capLeafText(name, valueType, intValue, triple, int64Value, floatValue));
-        }
+        for (const Kalidornm::GlCapFacts& cap : gl.catalogue)
+            if (cap.group == heading.group)
+                branch.leaves.push_back(capLeafText(cap.name.c_str(), cap.valueType, cap.intValue, cap.tripleValue,
+                                                    cap.int64Value, cap.floatValue));
         if (!branch.leaves.empty()) branches.push_back(std::move(branch));
     }
     return branches;

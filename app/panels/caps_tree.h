@@ -5,9 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace Kalidornm {
-class Kalidor;
-}
+#include "kalidor/machine_snapshot.h"
 
 // What the OpenGL caps dialog's tree shows: one branch per heading of a fixed list whose group the catalogue
 // holds rows of, one leaf per row.
@@ -32,6 +30,6 @@ std::string capLeafText(const char* name, int32_t valueType, int32_t intValue, c
                         int64_t int64Value, float floatValue);
 
 // The branches for the library's catalogue, in heading order; a heading without rows is left out.
-std::vector<CapsTreeBranch> capsTreeBranches(const Kalidornm::Kalidor& library);
+std::vector<CapsTreeBranch> capsTreeBranches(const Kalidornm::OpenGlFacts& gl);
 
 }  // namespace panels

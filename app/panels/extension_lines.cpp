@@ -22,10 +22,10 @@ bool listOrder(const std::string& a, const std::string& b) {
 
 }  // namespace
 
-std::string extensionLine(const char* name) {
-    if (!name) return {};
+namespace {
+
+std::string lineOf(const char* name, const char* note) {
     char line[kExtensionLineSize];
-    const char* note = Kalidornm::extensionNote(name);
     if (note && *note)
         std::snprintf(line, sizeof line, "%s (%s)", name, note);
     else
@@ -33,12 +33,15 @@ std::string extensionLine(const char* name) {
     return line;
 }
 
-std::vector<std::string> sortedExtensionLines(const Kalidornm::Kalidor& library) {
+}  // namespace
+
+std::string extensionLine(const char* name) { return name ? lineOf(name, Kalidornm::extensionNote(name)) : std::string(); }
+
+std::vector<std::string> sortedExtensionLines(const Kalidornm::OpenGlFacts& gl) {
     std::vector<std::string> lines;
-    const uint32_t count = library.getExtensionCount();
-    lines.reserve(count);
-    for (uint32_t i = 0; i < count; ++i)
-        if (const char* name = library.getExtensionName(int(i))) lines.push_back(extensionLine(name));
+    lines.reserve(gl.extensions.size());
+    for (const Kalidornm::GlExtensionFacts& extension : gl.extensions)
+        lines.push_back(lineOf(extension.name.c_str(), extension.note.c_str()));
     std::sort(lines.begin(), lines.end(), listOrder);
     return lines;
 }

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "kalidor/machine_snapshot.h"
+
 namespace Kalidornm {
 class Kalidor;
 }
@@ -18,7 +20,7 @@ std::string extensionLine(const char* name);
 
 // One line per extension the library lists, in alphabetical order of the whole line (letters compared
 // without regard to case first), so a note takes part in the order.
-std::vector<std::string> sortedExtensionLines(const Kalidornm::Kalidor& library);
+std::vector<std::string> sortedExtensionLines(const Kalidornm::OpenGlFacts& gl);
 
 // "  OpenGL extensions: <total> (GL=<core and ARB names>, WGL=<names of the window-system binding>)  "
 std::string extensionCountCaption(const Kalidornm::Kalidor& library);

@@ -48,7 +48,7 @@ GlCapsDialog::GlCapsDialog(QWidget* parent, AppState& state, Kalidornm::Kalidor&
     m_tree->header()->setStretchLastSection(false);
 
     QList<QTreeWidgetItem*> roots;
-    for (const CapsTreeBranch& branch : capsTreeBranches(library)) {
+    for (const CapsTreeBranch& branch : capsTreeBranches(library.snapshot().gl)) {
         auto* root = new QTreeWidgetItem(QStringList(QString::fromUtf8(branch.text.c_str())));
         for (const std::string& leaf : branch.leaves)
             root->addChild(new QTreeWidgetItem(QStringList(QString::fromUtf8(leaf.c_str()))));

@@ -71,7 +71,7 @@ void OpenGLPanel::_fill() {
     }
     m_extensions->clear();
     QStringList lines;
-    for (const std::string& line : sortedExtensionLines(m_library)) lines << QString::fromUtf8(line.c_str());
+    for (const std::string& line : sortedExtensionLines(m_library.snapshot().gl)) lines << QString::fromUtf8(line.c_str());
     m_extensions->addItems(lines);
     m_extensions->setCurrentRow(-1);
     m_extensions->clearSelection();

@@ -42,12 +42,4 @@ std::vector<DisplaySlot> listDisplayDevices(const KalidorSources& sources) {
     return listDisplayDevices(PciBus::scan(sources.rootDir), sources);
 }
 
-bool enumDisplayDevice(int index, DisplaySlot* device) {
-    if (index < 0 || !device) return false;
-    const std::vector<DisplaySlot> slots = listDisplayDevices(KalidorSources{});
-    if (size_t(index) >= slots.size()) return false;
-    *device = slots[size_t(index)];
-    return true;
-}
-
 }  // namespace Kalidornm

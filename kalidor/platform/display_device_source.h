@@ -15,7 +15,4 @@ std::vector<DisplaySlot> listDisplayDevices(const PciBus& bus, const KalidorSour
 // The same from a scan of its own.
 std::vector<DisplaySlot> listDisplayDevices(const KalidorSources& sources);
 
-// The display adapter of this index on the real machine; false past the last.
-bool enumDisplayDevice(int index, DisplaySlot* device);
-
 }  // namespace Kalidornm

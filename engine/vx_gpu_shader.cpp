@@ -2,7 +2,8 @@
 
 #include <GL/glew.h>
 
-#include "demos/gl_utility/glsl_build.h"
+#include <cstring>
+
 #include "engine/vantalux.h"
 #include "engine/vx_render_window.h"
 
@@ -23,114 +24,52 @@ void withProgram(GLuint program, Set&& set) {
 
 }  // namespace
 
-vxGpuShader::vxGpuShader(std::string name) : m_name(std::move(name)) {}
+vxGpuShader::vxGpuShader(std::string name)
+    : m_name(std::move(name)),
+      m_program(GpuProgramHabits{.logFailures = false, .retryFailedLink = false, .nameSilentFailures = true}) {}
 
-vxGpuShader::~vxGpuShader() {
-    if (m_program) glDeleteProgram(m_program);
-    if (m_vertexShader) glDeleteShader(m_vertexShader);
-    if (m_pixelShader) glDeleteShader(m_pixelShader);
-}
-
-int vxGpuShader::_compile(unsigned stage, const char* source, uint32_t& shaderOut) {
-    if (!source || !*source) {
-        m_errorText = "empty shader source";
-        return -1;
-    }
-    if (!m_program) m_program = glCreateProgram();
-    if (!m_program) {
-        m_errorText = "no program object";
-        return -1;
-    }
-    const GLuint shader = compileGlslStage(stage, source, m_errorText);
-    if (!shader) {
-        if (m_errorText.empty()) m_errorText = "unknown error";
-        return -1;
-    }
-    if (shaderOut) {
-        glDetachShader(m_program, shaderOut);
-        glDeleteShader(shaderOut);
-    }
-    shaderOut = shader;
-    glAttachShader(m_program, shader);
-    m_linked = m_linkFailed = false;
-    m_locations.clear();
-    return 0;
-}
+vxGpuShader::~vxGpuShader() { m_program.release(); }
 
 int vxGpuShader::loadVertexShaderFromMemory(const char* source) {
-    return _compile(GL_VERTEX_SHADER, source, m_vertexShader);
+    return m_program.loadShader(GpuProgram::kVertex, source, source ? std::strlen(source) : 0) ? 0 : -1;
 }
 
 int vxGpuShader::loadPixelShaderFromMemory(const char* source) {
-    return _compile(GL_FRAGMENT_SHADER, source, m_pixelShader);
+    return m_program.loadShader(GpuProgram::kPixel, source, source ? std::strlen(source) : 0) ? 0 : -1;
 }
 
-int vxGpuShader::link() {
-    if (m_linked) return 0;
-    if (!m_program || m_linkFailed) {
-        if (!m_program) m_errorText = "no stage loaded";
-        return -1;
-    }
-    if (!linkGlslProgram(m_program, m_errorText)) {
-        if (m_errorText.empty()) m_errorText = "unknown error";
-        m_linkFailed = true;  // a failed link is not retried every frame
-        return -1;
-    }
-    m_linked = true;
-    m_locations.clear();
-    return 0;
-}
-
-bool vxGpuShader::bind() {
-    if (link() != 0) return false;
-    glUseProgram(m_program);
-    return true;
-}
-
-void vxGpuShader::unbind() { glUseProgram(0); }
-
-int vxGpuShader::getUniformLocation(const char* name) {
-    if (!m_linked || !name) return -1;
-    if (auto it = m_locations.find(std::string_view(name)); it != m_locations.end()) return it->second;
-    const int location = glGetUniformLocation(m_program, name);
-    m_locations.emplace(name, location);
-    return location;
-}
-
-template <typename Setter>
-void vxGpuShader::_set(const char* name, Setter&& setter) {
-    if (link() != 0) return;
-    const int location = getUniformLocation(name);
-    if (location < 0) return;
-    withProgram(m_program, [&] { setter(location); });
+template <typename Set>
+void vxGpuShader::_set(const char* name, Set&& set) {
+    if (!m_program.link() || m_program.uniformLocation(name) < 0) return;
+    withProgram(m_program.programId(), set);
 }
 
 void vxGpuShader::setUniform1i(const char* name, int value) {
-    _set(name, [&](int l) { glUniform1i(l, value); });
+    _set(name, [&] { m_program.set1i(name, value); });
 }
 void vxGpuShader::setUniform1f(const char* name, float value) {
-    _set(name, [&](int l) { glUniform1f(l, value); });
+    _set(name, [&] { m_program.set1f(name, value); });
 }
 void vxGpuShader::setUniform2f(const char* name, float x, float y) {
-    _set(name, [&](int l) { glUniform2f(l, x, y); });
+    _set(name, [&] { m_program.set2f(name, x, y); });
 }
 void vxGpuShader::setUniform3f(const char* name, float x, float y, float z) {
-    _set(name, [&](int l) { glUniform3f(l, x, y, z); });
+    _set(name, [&] { m_program.set3f(name, x, y, z); });
 }
 void vxGpuShader::setUniform4f(const char* name, float x, float y, float z, float w) {
-    _set(name, [&](int l) { glUniform4f(l, x, y, z, w); });
+    _set(name, [&] { m_program.set4f(name, x, y, z, w); });
 }
 void vxGpuShader::setUniform2fv(const char* name, int count, const float* values) {
-    if (count > 0 && values) _set(name, [&](int l) { glUniform2fv(l, count, values); });
+    if (count > 0 && values) _set(name, [&] { m_program.set2fArray(name, count, values); });
 }
 void vxGpuShader::setUniform3fv(const char* name, int count, const float* values) {
-    if (count > 0 && values) _set(name, [&](int l) { glUniform3fv(l, count, values); });
+    if (count > 0 && values) _set(name, [&] { m_program.set3fArray(name, count, values); });
 }
 void vxGpuShader::setUniform4fv(const char* name, int count, const float* values) {
-    if (count > 0 && values) _set(name, [&](int l) { glUniform4fv(l, count, values); });
+    if (count > 0 && values) _set(name, [&] { m_program.set4fArray(name, count, values); });
 }
 void vxGpuShader::setUniformMatrix4(const char* name, const vxMat4& matrix) {
-    _set(name, [&](int l) { glUniformMatrix4fv(l, 1, GL_FALSE, matrix.data()); });
+    _set(name, [&] { m_program.setMatrix(name, matrix.data()); });
 }
 
 vxGPUShaderMgr* vxGPUShaderMgr::getInstance() {

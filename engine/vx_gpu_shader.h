@@ -2,34 +2,34 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
-#include <unordered_map>
 
+#include "demos/gl_utility/gpu_program.h"
 #include "engine/vx_math.h"
 #include "engine/vx_resource.h"
 
 namespace Vantalux_nsp {
 
-// A GLSL program of a vertex and a pixel stage. Loads answer 0 on success and -1 on failure, with the
-// driver's log in getErrorText().
+// The engine's name for a GLSL program of a vertex and a pixel stage, over the GL utility layer's
+// GpuProgram. Loads answer 0 on success and -1 on failure, with the driver's log in getErrorText(); nothing
+// is logged here, and a failed link is not tried again until a stage changes.
 class vxGpuShader : public vxResource {
 public:
     explicit vxGpuShader(std::string name);
     ~vxGpuShader() override;
 
     const std::string& getName() const { return m_name; }
-    uint32_t getProgramId() const { return m_program; }
+    uint32_t getProgramId() const { return m_program.programId(); }
 
     int loadVertexShaderFromMemory(const char* source);
     int loadPixelShaderFromMemory(const char* source);
     // Links the stages loaded so far; bind() links on its first call when this was not called.
-    int link();
-    bool isLinked() const { return m_linked; }
+    int link() { return m_program.link() ? 0 : -1; }
+    bool isLinked() const { return m_program.linked(); }
     // The last compile or link log; empty when none failed.
-    const char* getErrorText() const { return m_errorText.c_str(); }
+    const char* getErrorText() const { return m_program.errorText(); }
 
-    bool bind();
-    void unbind();
+    bool bind() { return m_program.link() && m_program.use(); }
+    void unbind() { m_program.unuse(); }
 
     // Uniforms by name; a name the compiler dropped is silently skipped. They reach the program whether or
     // not it is bound.
@@ -43,26 +43,14 @@ public:
     void setUniform4fv(const char* name, int count, const float* values);
     void setUniformMatrix4(const char* name, const vxMat4& matrix);
     // -1 when the program has no such active uniform.
-    int getUniformLocation(const char* name);
+    int getUniformLocation(const char* name) { return m_program.uniformLocation(name); }
 
 private:
-    int _compile(unsigned stage, const char* source, uint32_t& shaderOut);
-    template <typename Setter>
-    void _set(const char* name, Setter&& setter);
-
-    struct NameHash {
-        using is_transparent = void;
-        size_t operator()(std::string_view s) const { return std::hash<std::string_view>{}(s); }
-    };
+    template <typename Set>
+    void _set(const char* name, Set&& set);
 
     std::string m_name;
-    uint32_t m_program = 0;
-    uint32_t m_vertexShader = 0;
-    uint32_t m_pixelShader = 0;
-    bool m_linked = false;
-    bool m_linkFailed = false;
-    std::string m_errorText;
-    std::unordered_map<std::string, int, NameHash, std::equal_to<>> m_locations;
+    GpuProgram m_program;
 };
 
 // Makes programs in the current render window; null without one.

@@ -6,6 +6,7 @@ lumenscope_unit_test(unit_demos
   demos/frame_stats_test.cpp
   demos/harness_rules_test.cpp
   demos/mesh_builders_test.cpp
+  demos/mesh_record_test.cpp
 )
 target_link_libraries(unit_demos PRIVATE demos)
 

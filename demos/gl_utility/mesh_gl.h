@@ -3,6 +3,10 @@
 #include <cstdint>
 #include <memory>
 
+namespace mesh_shapes {
+struct MeshShape;
+}
+
 // What a draw sends besides positions, which always go. Demos zero it, then set what they use.
 struct MeshDrawOptions {
     bool useNormals = false;
@@ -57,6 +61,8 @@ public:
 
 private:
     bool _allocate(uint64_t vertices, uint64_t faces);
+    // Allocates for `shape` and copies it in, every vertex white.
+    bool _fill(const mesh_shapes::MeshShape& shape);
     void _setFace(uint32_t face, uint32_t a, uint32_t b, uint32_t c);
     void _freeArrays();
     void _deleteBuffers();

@@ -14,6 +14,7 @@
 #include "demos/gl_utility/render_window_gl.h"
 #include "demos/gl_utility/textured_quad.h"
 #include "engine/vx_math.h"
+#include "unit/compute_test_log.h"
 
 namespace {
 
@@ -96,6 +97,56 @@ TEST_F(HeadlessWindow, ShaderErrorsAreReportedAtCompileAndAtFirstUse) {
     EXPECT_FALSE(mismatched.use());  // a failed link stays failed
     program.release();
     mismatched.release();
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
+// The demos' habits log every failure and link again at every use; the engine's log nothing, name the
+// failures the driver left without words and give up on a failed link until a stage changes.
+TEST_F(HeadlessWindow, EachUserKeepsItsWayOfReportingAndRetryingAFailedLink) {
+    TestLog log;
+    base::installProgramLog(&log);
+    const std::string broken = "#version 150 core\nvoid main() { gl_Position = undeclared; }\n";
+    const std::string writesVec2 =
+        "#version 150 core\nout vec2 shade;\nvoid main() { shade = vec2(1.0); gl_Position = vec4(0.0); }\n";
+    const std::string readsVec4 = "#version 150 core\nin vec4 shade;\nout vec4 c;\nvoid main() { c = shade; }\n";
+
+    GpuProgram demos;
+    EXPECT_FALSE(demos.loadVertexShader(broken.c_str(), broken.size()));
+    EXPECT_FALSE(demos.loadShader(GpuProgram::kGeometry, broken.c_str(), broken.size()));
+    ASSERT_TRUE(demos.loadVertexShader(writesVec2.c_str(), writesVec2.size()));
+    ASSERT_TRUE(demos.loadPixelShader(readsVec4.c_str(), readsVec4.size()));
+    EXPECT_FALSE(demos.use());
+    EXPECT_FALSE(demos.use());
+    const std::vector<std::string> lines = log.messages();
+    ASSERT_EQ(lines.size(), 4u);
+    EXPECT_EQ(lines[0].rfind("Vertex Shader Error: ", 0), 0u) << lines[0];
+    EXPECT_EQ(lines[1].rfind("Geometry shader error: ", 0), 0u) << lines[1];
+    EXPECT_EQ(lines[2].rfind("Shader program Error: ", 0), 0u) << lines[2];
+    EXPECT_EQ(lines[3], lines[2]);  // linked, and logged, again
+    demos.release();
+
+    log.clear();
+    GpuProgram engine(GpuProgramHabits{.logFailures = false, .retryFailedLink = false, .nameSilentFailures = true});
+    EXPECT_FALSE(engine.link());
+    EXPECT_STREQ(engine.errorText(), "no stage loaded");
+    EXPECT_FALSE(engine.loadPixelShader("", 0));
+    EXPECT_STREQ(engine.errorText(), "empty shader source");
+    EXPECT_FALSE(engine.loadVertexShader(broken.c_str(), broken.size()));
+    EXPECT_NE(std::string(engine.errorText()).find("undeclared"), std::string::npos) << engine.errorText();
+    ASSERT_TRUE(engine.loadVertexShader(writesVec2.c_str(), writesVec2.size()));
+    ASSERT_TRUE(engine.loadPixelShader(readsVec4.c_str(), readsVec4.size()));
+    EXPECT_FALSE(engine.link());
+    const std::string linkLog = engine.errorText();
+    EXPECT_NE(linkLog.find("shade"), std::string::npos) << linkLog;
+    EXPECT_FALSE(engine.use());
+    EXPECT_EQ(engine.errorText(), linkLog);
+    // A stage that compiles replaces the old one and earns a new link.
+    const std::string readsVec2 = "#version 150 core\nin vec2 shade;\nout vec4 c;\nvoid main() { c = shade.xyxy; }\n";
+    ASSERT_TRUE(engine.loadPixelShader(readsVec2.c_str(), readsVec2.size()));
+    EXPECT_TRUE(engine.use()) << engine.errorText();
+    EXPECT_TRUE(log.messages().empty());
+    engine.release();
+    base::installProgramLog(nullptr);
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
 }
 

@@ -1,13 +1,13 @@
-// The CPU side of MeshGL: allocation and the four builders. Nothing here touches OpenGL.
-#include <cmath>
+// The CPU side of MeshGL: allocation, the quad and the triangle, and the grid and torus of mesh_shapes in
+// MeshGL's arrays. Nothing here touches OpenGL.
 #include <limits>
 #include <new>
 
 #include "demos/gl_utility/mesh_gl.h"
+#include "demos/gl_utility/mesh_shapes.h"
 
 namespace {
 
-constexpr float kTwoPi = 6.2831853f;
 // Far above anything a demo asks for; keeps a wild segment count from asking for terabytes.
 constexpr uint64_t kMaxVertices = 64u * 1024u * 1024u;
 
@@ -16,11 +16,12 @@ void setVec4(float* array, uint32_t index, float x, float y, float z, float w) {
     v[0] = x, v[1] = y, v[2] = z, v[3] = w;
 }
 
-void normalize3(float& x, float& y, float& z) {
-    const float length = std::sqrt(x * x + y * y + z * z);
-    if (length == 0.0f) return;
-    x /= length, y /= length, z /= length;
-}
+// The demos' own grid and torus: vertex rows the other way round from the engine's, cells cut through their
+// second corner.
+constexpr mesh_shapes::PlaneLayout kGridLayout{.rowsFromFront = true,
+                                               .cut = mesh_shapes::CellCut::kThroughSecondCorner};
+constexpr mesh_shapes::TorusLayout kTorusLayout{.rowsAroundTube = true,
+                                                .cut = mesh_shapes::CellCut::kThroughSecondCorner};
 
 }  // namespace
 
@@ -118,69 +119,33 @@ bool MeshGL::makeTriangle() {
 }
 
 bool MeshGL::makeGrid(float width, float depth, int segmentsX, int segmentsZ) {
-    const uint64_t sx = uint64_t(segmentsX < 1 ? 1 : segmentsX);
-    const uint64_t sz = uint64_t(segmentsZ < 1 ? 1 : segmentsZ);
-    if (!_allocate((sx + 1) * (sz + 1), 2 * sx * sz)) return false;
-    const uint32_t columns = uint32_t(sx) + 1;
-    for (uint32_t j = 0; j <= sz; ++j) {
-        for (uint32_t i = 0; i <= sx; ++i) {
-            const uint32_t v = j * columns + i;
-            const float u = float(i) / float(sx), w = float(j) / float(sz);
-            setVec4(positions.get(), v, u * width - width / 2, 0.0f, w * depth - depth / 2, 1.0f);
-            setVec4(normals.get(), v, 0.0f, 1.0f, 0.0f, 0.0f);
-            setVec4(texCoords.get(), v, u, float(sz - j) / float(sz), 0.0f, 1.0f);
-        }
+    const int sx = segmentsX < 1 ? 1 : segmentsX, sz = segmentsZ < 1 ? 1 : segmentsZ;
+    if ((uint64_t(sx) + 1) * (uint64_t(sz) + 1) > kMaxVertices) {
+        release();
+        return false;
     }
-    uint32_t face = 0;
-    for (uint32_t j = 0; j < sz; ++j) {
-        for (uint32_t i = 0; i < sx; ++i) {
-            const uint32_t a = j * columns + i;
-            _setFace(face++, a, a + columns, a + 1);
-            _setFace(face++, a + 1, a + columns, a + columns + 1);
-        }
-    }
-    const float white[4] = {1, 1, 1, 1};
-    setAllColors(white);
-    return true;
+    return _fill(mesh_shapes::plane(width, depth, sx, sz, kGridLayout));
 }
 
 bool MeshGL::makeTorus(float radius, float tubeRadius, int segments) {
     if (segments < 1) return false;
-    const uint32_t n = uint32_t(segments);
-    if (!_allocate(uint64_t(n + 1) * (n + 1), 2 * uint64_t(n) * n)) return false;
-    // The first ring is a circle of the tube in the XY plane around (radius, 0, 0); the others are it
-    // turned about the Y axis.
-    for (uint32_t i = 0; i <= n; ++i) {
-        const float a = float(i) / float(n) * kTwoPi;
-        const float x = tubeRadius * std::cos(a), y = tubeRadius * std::sin(a);
-        float nx = x, ny = y, nz = 0.0f;
-        normalize3(nx, ny, nz);
-        setVec4(positions.get(), i, x + radius, y, 0.0f, 1.0f);
-        setVec4(normals.get(), i, nx, ny, nz, 0.0f);
-        setVec4(texCoords.get(), i, 0.0f, float(i) / float(n), 0.0f, 1.0f);
+    if ((uint64_t(segments) + 1) * (uint64_t(segments) + 1) > kMaxVertices) {
+        release();
+        return false;
     }
-    for (uint32_t j = 1; j <= n; ++j) {
-        const float b = float(j) / float(n) * kTwoPi;
-        const float cb = std::cos(b), sb = std::sin(b);
-        for (uint32_t i = 0; i <= n; ++i) {
-            const float* p = positions.get() + size_t(i) * 4;
-            const float x = p[0], y = p[1], z = p[2];
-            float nx = (x - radius) * cb + z * sb, ny = y, nz = z * cb - (x - radius) * sb;
-            normalize3(nx, ny, nz);
-            const uint32_t v = j * (n + 1) + i;
-            setVec4(positions.get(), v, x * cb + z * sb, y, z * cb - x * sb, 1.0f);
-            setVec4(normals.get(), v, nx, ny, nz, 0.0f);
-            setVec4(texCoords.get(), v, 2.0f * float(j) / float(n), texCoords[size_t(i) * 4 + 1], 0.0f, 1.0f);
-        }
+    return _fill(mesh_shapes::torus(radius, tubeRadius, segments, segments, kTorusLayout));
+}
+
+bool MeshGL::_fill(const mesh_shapes::MeshShape& shape) {
+    if (!_allocate(shape.positions.size(), shape.indices.size() / 3)) return false;
+    for (uint32_t v = 0; v < vertexCount; ++v) {
+        const mesh_shapes::Point3 &p = shape.positions[v], &n = shape.normals[v];
+        setVec4(positions.get(), v, p.x, p.y, p.z, 1.0f);
+        setVec4(normals.get(), v, n.x, n.y, n.z, 0.0f);
+        setVec4(texCoords.get(), v, shape.texCoords[v].u, shape.texCoords[v].v, 0.0f, 1.0f);
     }
-    uint32_t face = 0;
-    for (uint32_t j = 0; j < n; ++j) {
-        for (uint32_t i = 0; i < n; ++i) {
-            const uint32_t a = j * (n + 1) + i;
-            _setFace(face++, a, a + n + 1, a + 1);
-            _setFace(face++, a + 1, a + n + 1, a + n + 2);
-        }
-    }
+    for (uint32_t f = 0; f < faceCount; ++f)
+        _setFace(f, shape.indices[size_t(f) * 3], shape.indices[size_t(f) * 3 + 1], shape.indices[size_t(f) * 3 + 2]);
     const float white[4] = {1, 1, 1, 1};
     setAllColors(white);
     return true;

@@ -60,16 +60,16 @@ constexpr bool rowsAreComplete() {
         if (openCl != (demo.shownOnCpu.title != nullptr)) return false;
         if (openCl && (!*demo.shownOnCpu.title || !demo.shownOnCpu.description || !demo.shownOnCpu.benchmarkUrl))
             return false;
-        if (openCl != (demo.checkBeforeStart != nullptr)) return false;
         if (!openCl && demo.warnsWithoutGlInterop) return false;
         if (openCl && demo.needs != DemoNeeds::Nothing) return false;  // the OpenCL Start button tests no GL
-        if (!demo.resultName || !*demo.resultName || !demo.windowFailureText || !demo.makeScene) return false;
+        // Whether a function pointer is null is no constant under the sanitizers: the tests check those.
+        if (!demo.resultName || !*demo.resultName || !demo.windowFailureText) return false;
         for (const DemoRow& other : kDemoRows)
             if (other.id != demo.id && std::string_view(other.resultName) == demo.resultName) return false;
     }
     return true;
 }
-static_assert(rowsAreComplete(), "every row names, shows, checks and makes its demo, and its result name is its own");
+static_assert(rowsAreComplete(), "every row names and shows its demo, and its result name is its own");
 
 }  // namespace
 

@@ -108,6 +108,14 @@ TEST(DemoTable, ThePickersShowTheirRowsInTheirOrderAndEachRowLeadsBackToItsDemo)
 }
 
 // The "Test name" of every demo's result row, as benchmark sheets have always read them.
+// Every row makes its scene, and exactly the OpenCL rows check their device before a start.
+TEST(DemoTable, EveryRowMakesItsSceneAndOnlyOpenClRowsCheckBeforeAStart) {
+    for (const DemoRow& demo : kDemoRows) {
+        EXPECT_NE(demo.makeScene, nullptr) << demo.resultName;
+        EXPECT_EQ(demo.checkBeforeStart != nullptr, demo.family == DemoFamily::OpenCl) << demo.resultName;
+    }
+}
+
 TEST(DemoTable, ResultNamesAreTheOnesResultRowsHaveAlwaysCarried) {
     const std::pair<DemoId, const char*> names[] = {
         {DemoId::ClSurfaceDeformer, "CL_SurfaceDeformer"},  {DemoId::ClPostFx, "CL_PostFX"},

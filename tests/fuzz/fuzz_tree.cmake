@@ -24,6 +24,8 @@ function(lumenscope_fuzz_target name)
   set(target ${name}_fuzz)
   add_executable(${target} ${ARGN})
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
+  # Sources compiled in here read the version and the log sink of the bottom layer.
+  target_link_libraries(${target} PRIVATE base)
   target_link_options(${target} PRIVATE -fsanitize=fuzzer)
   set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/fuzz
                                              LUMENSCOPE_FUZZ_TARGET ON)

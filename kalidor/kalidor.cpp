@@ -84,11 +84,6 @@ const MachineSnapshot& Kalidor::snapshot() {
 
 void Kalidor::refreshLiveSample() {
     snapshot();
-    DisplayModeFacts& mode = gGlobals.snapshot->displayMode;
-    mode.width = int32_t(getDisplayWidth());
-    mode.height = int32_t(getDisplayHeight());
-    mode.refreshHz = int32_t(getDisplayFrequency());
-    mode.bitsPerPixel = int32_t(getDisplayBitsPerPixel());
     std::vector<GpuSnapshot>& gpus = gGlobals.snapshot->gpus;
     for (size_t gpu = 0; gpu < gpus.size(); ++gpu) gpus[gpu].live = readLiveSample(*this, int(gpu));
 }

@@ -37,8 +37,7 @@ public:
     // The machine as plain values: read on the first call after start-up, the same object afterwards.
     // Its live samples are those of the last refreshLiveSample(), absent before the first.
     const MachineSnapshot& snapshot();
-    // Reads the live sample of every GPU now, in one pass (a GPU that sleeps is marked and not asked), and
-    // the display mode.
+    // Reads the live sample of every GPU now, in one pass; a GPU that sleeps is marked and not asked.
     void refreshLiveSample();
 
     // System

@@ -5,6 +5,7 @@
 
 #include "kalidor/kalidor.h"
 #include "kalidor/opengl/extension_link_table.h"
+#include "kalidor/platform/x11_display_mode.h"
 
 namespace Kalidornm {
 
@@ -190,10 +191,9 @@ MachineSnapshot readMachineSnapshot(Kalidor& k) {
     MachineSnapshot m;
     m.system = readSystem(k);
     m.hasDisplayDevice = k.hasDisplayDevice();
-    m.displayMode.width = int32_t(k.getDisplayWidth());
-    m.displayMode.height = int32_t(k.getDisplayHeight());
-    m.displayMode.refreshHz = int32_t(k.getDisplayFrequency());
-    m.displayMode.bitsPerPixel = int32_t(k.getDisplayBitsPerPixel());
+    // One question to the display server for all four figures: each is a round trip, slow on some servers.
+    const DisplayMode mode = readCurrentDisplayMode();
+    m.displayMode = {int32_t(mode.width), int32_t(mode.height), int32_t(mode.refreshHz), int32_t(mode.bitsPerPixel)};
     m.primary = readPrimary(k);
     m.driver.nvDriverVersionNumber = k.getDriverVersionNumber();
     m.driver.nvDriverBranch = presentText(k.getDriverBranch());

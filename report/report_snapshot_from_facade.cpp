@@ -9,7 +9,6 @@ namespace {
 
 constexpr const char* kHomePage = "https://lumenscope.example.org/";
 constexpr uint32_t kVendorIntel = 0x8086;
-constexpr int32_t kPrimaryVendorNvidia = 1;
 
 }  // namespace
 
@@ -24,7 +23,7 @@ void fillReportSnapshot(ReportSnapshot& s, Kalidornm::Kalidor& k) {
     s.hasDisplayDevice = m.hasDisplayDevice;
     s.primaryDisplayDeviceString = m.primary.displayDeviceString;
     s.displayMode = m.displayMode;
-    s.primaryIsNvidia = m.primary.vendorKind == kPrimaryVendorNvidia;
+    s.primaryIsNvidia = m.primary.vendorKind == Kalidornm::kPrimaryVendorNvidia;
     s.driver.primaryDriverVersion = m.primary.driverVersion;
     s.driver.primaryDriverText = m.primary.driverText;
     s.driver.nvDriverVersionNumber = m.driver.nvDriverVersionNumber;

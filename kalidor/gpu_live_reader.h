@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "kalidor/gpu_record.h"
+#include "kalidor/machine_snapshot.h"
 
 namespace Kalidornm {
 
@@ -28,6 +29,11 @@ public:
                                float* /*memMhz*/, float* /*shaderMhz*/, float* /*volts*/) {
         return false;
     }
+    // Every value of the live sample beyond the reads above (temperatures by sensor, voltages by rail,
+    // watts, joules, memory in use, throttle reasons), written into `sample`, which the reads above have
+    // already filled. Called once per refresh, never for a sleeping GPU; what the driver does not give stays
+    // unknown.
+    virtual void readMoreLive(GpuRecord&, LiveSample& /*sample*/) {}
 };
 
 }  // namespace Kalidornm

@@ -162,6 +162,9 @@ public:
                               float* volts);
     bool readGpuPerfLevel(int gpu, uint32_t level, uint32_t* id, float* gpuMhz, float* memMhz, float* shaderMhz,
                           float* volts);
+    // The values a backend reads beyond the calls above, into the GPU's live sample; nothing for a record
+    // without a reader.
+    void readGpuMoreLive(int gpu, LiveSample& sample);
     // Tracked extremes of the last readings; no driver call. A sensor never read leaves its output as given.
     bool readGpuMaxTemperatures(int gpu, float* coreC, float* boardC, float* memoryC, float* vrmC);
     bool readGpuMinTemperatures(int gpu, float* coreC, float* boardC, float* memoryC, float* vrmC);

@@ -43,6 +43,11 @@ bool Kalidor::readGpuPerfLevel(int gpu, uint32_t level, uint32_t* id, float* gpu
     return reader && reader->readPerfLevel(*r, level, id, gpuMhz, memMhz, shaderMhz, volts);
 }
 
+void Kalidor::readGpuMoreLive(int gpu, LiveSample& sample) {
+    GpuRecord* r = record(gpu);
+    if (GpuLiveReader* reader = r ? readerOf(*r) : nullptr) reader->readMoreLive(*r, sample);
+}
+
 namespace {
 
 // Out order is core, board, memory, VRM, as the temperature read gives them. A sensor never read has no

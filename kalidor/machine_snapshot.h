@@ -59,6 +59,19 @@ struct NvidiaClockFacts {
     std::optional<ClockSet> p0Clocks;
 };
 
+// One named value of a live sample: a temperature by sensor, a voltage by rail.
+struct NamedReading {
+    std::string name;
+    float value = 0.0f;
+};
+
+// The sensor names a live sample uses.
+inline constexpr const char* kSensorNames[] = {
+    "edge", "junction", "memory", "vr_gfx", "vr_soc", "vr_mem", "package", "vram",
+};
+// The rail names a live sample uses, as the drivers label them.
+inline constexpr const char* kRailNames[] = {"vddgfx", "vddnb", "vddc", "gt", "card"};
+
 // One GPU's readings of one moment. A GPU that sleeps is not asked (asking wakes it): every value is absent.
 struct LiveSample {
     bool suspended = false;
@@ -72,6 +85,17 @@ struct LiveSample {
     std::optional<float> powerUsagePercent;  // of the board's power target
     // AMD: the power limit as percent of the board's default, and that default.
     std::optional<int32_t> powerLimitPercent, defaultPowerLimitPercent;
+
+    // What a backend reads beyond the values above, each in its unit. Sensor and rail names are those every
+    // output uses (report.json's keys, the metrics' labels): kSensorNames and kRailNames below.
+    std::vector<NamedReading> temperaturesC;  // by sensor, in the order the backend read them
+    std::optional<float> hotspotTemperatureC;  // the junction sensor, where the GPU has one
+    std::optional<float> requestedGpuClockMhz;  // what the driver asked for; currentGpuClockMhz is the actual
+    std::vector<NamedReading> voltagesV;  // by rail
+    std::optional<float> powerWatts, powerLimitWatts;
+    std::optional<double> energyJoules;  // the driver's running total
+    std::optional<uint64_t> memoryUsedMb, memoryTotalMb;
+    std::vector<std::string> throttleReasons;  // the driver's names for what holds the clocks down now
 };
 
 struct GpuSnapshot {

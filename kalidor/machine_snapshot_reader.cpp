@@ -240,6 +240,7 @@ LiveSample readLiveSample(Kalidor& k, int gpu) {
         live.powerLimitPercent = limit;
         live.defaultPowerLimitPercent = standard;
     }
+    k.readGpuMoreLive(gpu, live);
     return live;
 }
 

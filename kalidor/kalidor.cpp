@@ -52,6 +52,7 @@ bool Kalidor::startup(int, int, int width, int height, int glMajor, int glMinor,
     if (gGlobals.started) return true;
     gGlobals.snapshot.reset();
     if (!gGlobals.mainWindow) return false;
+    gGlobals.tscAtStartup = readTscAtTime();
 
     // No window is needed: the OpenGL probe runs in a headless EGL context.
     trace.write("Kalidor::startup() - Kalidor_DummyW");

@@ -20,7 +20,10 @@ const CpuOsInfo* cpuOsOf(const Kalidor& library) {
 uint32_t Kalidor::getCpuSpeedMhz() {
     HardwareCaps* machine = caps();
     if (!machine) return 0;
-    if (machine->cpuOs.cpuSpeedMhz == 0) machine->cpuOs.cpuSpeedMhz = measureTscMhz();
+    if (machine->cpuOs.cpuSpeedMhz == 0) {
+        const TscReading start = gGlobals.tscAtStartup.ns != 0 ? gGlobals.tscAtStartup : readTscAtTime();
+        machine->cpuOs.cpuSpeedMhz = tscMhzSince(start);
+    }
     return machine->cpuOs.cpuSpeedMhz;
 }
 

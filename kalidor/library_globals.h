@@ -8,6 +8,7 @@
 
 #include "kalidor/gpu_record.h"
 #include "kalidor/machine_snapshot.h"
+#include "kalidor/platform/cpu_x86.h"
 #include "kalidor/render_window.h"
 
 namespace Kalidornm {
@@ -46,6 +47,8 @@ struct GpuSummary {
 // The library's one global block.
 struct LibraryGlobals {
     bool started = false;
+    // Taken when start-up begins; the CPU clock is measured from it, over the probe's time.
+    TscReading tscAtStartup;
     GpuList gpus;
     int32_t gpu_db_index = -1;
     std::vector<std::unique_ptr<RenderWindow>> windows;

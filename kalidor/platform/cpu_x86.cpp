@@ -72,23 +72,34 @@ PinnedToFirstProcessor::~PinnedToFirstProcessor() {
     if (m_pinned) sched_setaffinity(0, sizeof m_previous, &m_previous);
 }
 
-uint32_t measureTscMhz(uint32_t windowMs) {
+TscReading readTscAtTime() {
 #ifdef KALIDOR_HAS_CPUID
-    CounterAtTime start, end;
-    {
-        const PinnedToFirstProcessor pinned;
-        start = readCounterAtTime();
-        const timespec window{time_t(windowMs / 1000), long(windowMs % 1000) * 1000000L};
-        nanosleep(&window, nullptr);
-        end = readCounterAtTime();
+    const PinnedToFirstProcessor pinned;
+    const CounterAtTime reading = readCounterAtTime();
+    return {reading.ticks, reading.ns};
+#else
+    return {};
+#endif
+}
+
+uint32_t tscMhzSince(const TscReading& start, uint32_t windowMs) {
+#ifdef KALIDOR_HAS_CPUID
+    if (start.ns == 0) return 0;
+    const int64_t leftNs = int64_t(windowMs) * 1000000LL - (rawMonotonicNs() - start.ns);
+    if (leftNs > 0) {
+        const timespec rest{time_t(leftNs / 1000000000LL), long(leftNs % 1000000000LL)};
+        nanosleep(&rest, nullptr);
     }
+    const TscReading end = readTscAtTime();
     if (end.ns <= start.ns || end.ticks <= start.ticks) return 0;
     // Ticks per nanosecond are GHz; truncated to whole MHz as the one-second count was.
     return uint32_t(double(end.ticks - start.ticks) * 1000.0 / double(end.ns - start.ns));
 #else
-    (void)windowMs;
+    (void)start, (void)windowMs;
     return 0;
 #endif
 }
+
+uint32_t measureTscMhz(uint32_t windowMs) { return tscMhzSince(readTscAtTime(), windowMs); }
 
 }  // namespace Kalidornm

@@ -39,7 +39,9 @@ struct AppState {
     int32_t physxVersion = 0;
     bool osIsVista = false;
     int32_t cpuSpeedMhz = 0;
-    std::unique_ptr<online::UpdateThread> updateThread;
+    // Shared only so that the state's destructor needs no code of the network layer: a batch run never
+    // starts the update check and does not link it.
+    std::shared_ptr<online::UpdateThread> updateThread;
     // The update thread was still inside the network library when shutdown let go of it.
     bool updateThreadOutlivedShutdown = false;
     // A demo thread did not stop within shutdown's wait: it may still use OpenCL, the engine, the library and

@@ -4,17 +4,13 @@
 
 #include "app/app_log.h"
 #include "app/app_state.h"
-#include "app/batch_reports.h"
-#include "app/command_line.h"
-#include "compute/cuda_discovery.h"
-#include "compute/opencl_discovery.h"
 #include "app/demo_launch.h"
 #include "demos/demo_context.h"
 #include "demos/harness/demo_launcher.h"
 #include "demos/harness/demo_window.h"
 #include "app/desktop_shell.h"
 #include "engine/vantalux.h"
-#include "app/gpu_log_block.h"
+#include "app/run_steps.h"
 #include "kalidor/kalidor.h"
 #include "app/message_boxes.h"
 #include "app/online_check.h"
@@ -26,32 +22,8 @@ using Kalidornm::Kalidor;
 
 namespace {
 
-constexpr int kMaxListedDisplayDevices = 10;
-constexpr int kMaxLoggedGpuStrings = 10;
-
-void logVersionLine(const char* what) {
-    appLog().write("%s %s %s", lumenscope::kDisplayName, lumenscope::kVersionText, what);
-}
-
-void logDisplayDevices() {
-    const std::vector<Kalidornm::DisplaySlot> devices = Kalidor::listDisplayDevices();
-    for (int i = 0; i < kMaxListedDisplayDevices && size_t(i) < devices.size(); ++i) {
-        const Kalidornm::DisplaySlot& device = devices[size_t(i)];
-        appLog().write("- DEV %d - DeviceID: %s", i, device.deviceId);
-        appLog().write("- DEV %d - DeviceName: %s", i, device.deviceName);
-        appLog().write("- DEV %d - DeviceString: %s", i, device.deviceString);
-        appLog().write("- DEV %d - DeviceKey: %s", i, device.deviceKey);
-    }
-}
-
-void logDisplayDeviceStrings(Kalidor& library) {
-    for (int i = 0; i < kMaxLoggedGpuStrings; ++i) {
-        const char* id = library.getGpuDisplayDeviceId(i);
-        const char* text = library.getGpuDisplayDeviceString(i);
-        if (!id || !*id || !text || !*text) break;
-        appLog().write("- Device ID string (%d): %s", i, id);
-        appLog().write("- Display device string (%d): %s", i, text);
-    }
+void traceMessageBox(int level, const char* text) {
+    Vantalux_nsp::vxTraceMgr::getInstance()->logTrace(level, "%s", text);
 }
 
 // Without a display a demo started from the command line runs headless, and the program ends with it.
@@ -95,38 +67,22 @@ void shutdownApplication(AppState& state, Kalidor* library) {
         appLog().writeLast("%s shutdown ok.", lumenscope::kDisplayName);
         return;
     }
-    state.furArray.reset();
-    state.glCapsDialog = nullptr;
-    compute::releaseOpenCl();
-    logVersionLine("shutdown...");
-    if (library) library->shutdown();
-    letGoOfUpdateThread(state);
-    appLog().writeLast("%s shutdown ok.", lumenscope::kDisplayName);
+    closeRun(state, library, letGoOfUpdateThread);
     Vantalux_nsp::Vantalux::getInstance()->shutdown(nullptr);
-    state.demoLock.reset();
-    compute::freeOpenClPlatforms();
-    compute::freeCudaDevices();
-    state.report = report::ReportBuffers{};
+    freeRunRecords(state);
 }
 
 }  // namespace
 
 int runLumenscope(int argc, const char* const* argv, DesktopShell* desktop) {
     AppState& state = gApp;
+    setMessageBoxTrace(traceMessageBox);
     prepareDemoWindowing();
-    initAppState(state);
-    // Opened here rather than before main, so that nothing which ends before start-up touches the file.
-    appLog().open(AppLog::kFileName);
-    logVersionLine("startup...");
+    openRun(state, argc, argv);
 
-    const std::string commandLine = joinArguments(argc, argv);
-    parseCommandLine(state, commandLine.c_str());
-
-    logDisplayDevices();
-    const bool batch = state.exportXmlReport || state.exportTxtReport || state.exportJsonReport;
     // A benchmark on a machine without a display: the demo needs no window of ours.
-    const bool headlessDemo = !batch && state.automaticDemo.has_value() && !demoDisplayReachable();
-    const bool windowed = !batch && !headlessDemo;
+    const bool headlessDemo = state.automaticDemo.has_value() && !demoDisplayReachable();
+    const bool windowed = !headlessDemo;
     if (windowed) {
         // Checked before the scan: without a display there is nothing to show it in.
         std::string why = "no window toolkit was built in";
@@ -138,33 +94,17 @@ int runLumenscope(int argc, const char* const* argv, DesktopShell* desktop) {
     }
     state.updateThread.reset();
 
-    if (state.openclSupportEnabled) compute::discoverOpenCl();
-
-    Kalidor* library = Kalidor::getInstance();
-    if (!library || !library->startup(0, 0, 64, 64, state.glMajorVersion, state.glMinorVersion, true)) {
+    Kalidor* library = startMachineProbes(state);
+    if (!library) {
         if (windowed) desktop->closeSplash();
-        showErrorBox("Could not initialize Kalidor. Lumenscope startup failed. Bye!");
+        showErrorBox("%s", kLibraryStartFailed);
         if (windowed) desktop->disconnect();
         return 0;
     }
-
-    state.gpuCount = library->getGpuCount();
-    logDisplayDeviceStrings(*library);
-    if (state.gpuCount > 0) logDetectedGpus(*library, state.gpuCount);
-    state.cpuSpeedMhz = int32_t(library->getCpuSpeedMhz());
-
-    compute::discoverCuda();
     Vantalux_nsp::vxTraceMgr::getInstance()->disable();
     Vantalux_nsp::Vantalux::getInstance()->startup(state.glMajorVersion, state.glMinorVersion, nullptr);
 
-    state.osIsVista = library->isVista();
-    state.physxVersion = int32_t(library->getPhysxVersion());
-    state.headerTextColour = 0xFFFFFF;
-    state.headerBackColour = 0xAF712A;
-
-    if (batch) {
-        writeBatchReports(state, *library);
-    } else if (headlessDemo) {
+    if (headlessDemo) {
         connectDemoHost();
         runHeadlessDemo(state);
     } else {

@@ -1,28 +1,19 @@
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 
-#include "app/app_state.h"
+#include "app/batch_run.h"
 #include "app/command_line.h"
 #include "app/command_line_help.h"
-#include "app/lifecycle.h"
-#include "app/panels/qt_desktop_shell.h"
+#include "app/platform/desktop_module_loader.h"
 
 int main(int argc, char** argv) {
+    const std::string commandLine = joinArguments(argc, argv);
     // Answered before anything else runs: asking for help opens no log, touches no hardware, writes no file.
-    const std::string information = requestedInformation(joinArguments(argc, argv).c_str());
+    const std::string information = requestedInformation(commandLine.c_str());
     if (!information.empty()) {
         std::fputs(information.c_str(), stdout);
         return 0;
     }
-    panels::QtDesktopShell desktop(argc, argv);
-    const int status = runLumenscope(argc, argv, &desktop);
-    // A demo thread that did not stop in time may still be inside OpenCL, the engine or the toolkit, and a
-    // detached update check inside libcurl and OpenSSL; exit handlers and destructors (the toolkit's among
-    // them) would free what they use under their feet. The log is complete, so the process ends here.
-    if (gApp.threadOutlivedShutdown()) {
-        std::fflush(nullptr);
-        std::_Exit(status);
-    }
-    return status;
+    if (isBatchRun(commandLine.c_str())) return runBatchReports(argc, argv);
+    return runDesktopModule(argc, argv);
 }

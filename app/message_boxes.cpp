@@ -3,7 +3,6 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include "engine/vantalux.h"
 #include "app/platform/process.h"
 
 namespace {
@@ -17,6 +16,7 @@ void presentOnStandardError(MessageBoxKind, const char* title, const char* text)
 }
 
 MessageBoxPresenter gPresenter = presentOnStandardError;
+MessageBoxTrace gTrace = nullptr;
 UrlOpener gUrlOpener = lumenscope::platform::openWithDesktop;
 
 struct BoxStyle {
@@ -37,7 +37,7 @@ void showBox(MessageBoxKind kind, const char* format, va_list args) {
     std::vsnprintf(gBoxText, sizeof gBoxText, format, args);
     const BoxStyle style = styleOf(kind);
     gPresenter(kind, style.title, gBoxText);
-    Vantalux_nsp::vxTraceMgr::getInstance()->logTrace(style.traceLevel, "%s", gBoxText);
+    if (gTrace) gTrace(style.traceLevel, gBoxText);
 }
 
 }  // namespace
@@ -45,6 +45,8 @@ void showBox(MessageBoxKind kind, const char* format, va_list args) {
 void setMessageBoxPresenter(MessageBoxPresenter presenter) {
     gPresenter = presenter ? presenter : presentOnStandardError;
 }
+
+void setMessageBoxTrace(MessageBoxTrace trace) { gTrace = trace; }
 
 void showErrorBox(const char* format, ...) {
     va_list args;

@@ -14,11 +14,12 @@ target_compile_definitions(integration_help PRIVATE LUMENSCOPE_BINARY="$<TARGET_
 
 lumenscope_integration_test(integration_install integration/install_test.cpp)
 target_link_libraries(integration_install PRIVATE command_line)
-add_dependencies(integration_install lumenscope man_page)
+add_dependencies(integration_install lumenscope lumenscope_desktop man_page)
 target_compile_definitions(integration_install PRIVATE
   CMAKE_COMMAND="${CMAKE_COMMAND}"
   BUILD_DIR="${CMAKE_BINARY_DIR}"
   INSTALL_BINDIR="${CMAKE_INSTALL_BINDIR}"
+  INSTALL_LIBDIR="${CMAKE_INSTALL_LIBDIR}"
   INSTALL_DATADIR="${CMAKE_INSTALL_DATADIR}"
   INSTALL_MANDIR="${CMAKE_INSTALL_MANDIR}"
   MEDIA_INSTALL_DIR="${LUMENSCOPE_MEDIA_INSTALL_DIR}"

@@ -12,6 +12,7 @@
 #include "compute/opencl_discovery.h"
 #include "tests/demos/demo_program.h"
 #include "unit/compute_test_log.h"
+#include "support/program_copy.h"
 
 namespace {
 
@@ -296,10 +297,7 @@ TEST(ClDemoRuns, AStartWithoutADeviceOfTheTypeOrWithoutOpenClIsRefusedAndTheProg
 class ProgramWithOwnMedia {
 public:
     explicit ProgramWithOwnMedia(const fs::path& dir) : m_binary(dir / "lumenscope") {
-        std::error_code error;
-        fs::create_hard_link(LUMENSCOPE_BINARY, m_binary, error);
-        if (error) fs::copy_file(LUMENSCOPE_BINARY, m_binary, fs::copy_options::overwrite_existing, error);
-        m_ready = !error;
+        m_ready = placeProgramIn(dir, LUMENSCOPE_BINARY);
         fs::create_directories(dir / "media");
     }
     bool ready() const { return m_ready; }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "demos/demo_program.h"
+#include "support/program_copy.h"
 
 namespace {
 
@@ -236,7 +237,7 @@ TEST(EngineDemoRuns, DemosRefuseWhatTheDriverLacksWithTheirMessageAndTheCelShadi
 
 // The copied program, started with each engine demo that needs media its media folder lacks.
 void expectMissingMediaEndsTheDemos(const fs::path& binary) {
-    fs::copy_file(LUMENSCOPE_BINARY, binary);
+    ASSERT_TRUE(placeProgramIn(binary.parent_path(), LUMENSCOPE_BINARY));
     struct Case {
         const char* option;
         const char* message;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -99,6 +100,44 @@ TEST_F(InstalledProgram, RunsFromThePrefixForItsVersionAndABatchReport) {
         binary().string(), work, {"/exp_txt_report", "/disable_cl_support", "/no_online_check"}, base / "capture");
     EXPECT_EQ(report.exitCode, 0) << report.err;
     EXPECT_NE(readWholeFile(work / "report.txt").find("Lumenscope v1.26.0.0"), std::string::npos);
+}
+
+// Runs `binary` with `args` as on a machine without a display.
+CapturedRun runWithoutDisplay(const fs::path& binary, const fs::path& work, const std::vector<std::string>& args) {
+    const char* names[] = {"DISPLAY", "WAYLAND_DISPLAY"};
+    std::vector<std::pair<std::string, std::string>> saved;
+    for (const char* name : names) {
+        if (const char* value = std::getenv(name)) saved.emplace_back(name, value);
+        unsetenv(name);
+    }
+    const CapturedRun run = runCaptured(binary.string(), work, args, work / "capture");
+    for (const auto& [name, value] : saved) setenv(name.c_str(), value.c_str(), 1);
+    return run;
+}
+
+// The window and the demos come from a module in the library directory; the reports need none of it.
+TEST_F(InstalledProgram, FindsItsWindowModuleInTheLibraryDirectoryAndWritesReportsWithoutIt) {
+    const fs::path module = prefix / INSTALL_LIBDIR / "lumenscope" / "lumenscope-desktop.so";
+    ASSERT_TRUE(fs::is_regular_file(module));
+    const fs::path work = base / "module_run";
+    fs::create_directories(work);
+
+    // Loaded: the window's own run starts and finds no display.
+    const CapturedRun loaded = runWithoutDisplay(binary(), work, {"/no_online_check"});
+    EXPECT_EQ(loaded.exitCode, 1);
+    EXPECT_NE(loaded.err.find("Lumenscope cannot open its window"), std::string::npos) << loaded.err;
+
+    const fs::path aside = base / "module_aside.so";
+    fs::rename(module, aside);
+    const CapturedRun missing = runWithoutDisplay(binary(), work, {"/no_online_check"});
+    const CapturedRun report = runWithoutDisplay(binary(), work, {"/exp_json_report", "/disable_cl_support"});
+    fs::rename(aside, module);
+
+    EXPECT_EQ(missing.exitCode, 1);
+    EXPECT_NE(missing.err.find("cannot load the window and demo module"), std::string::npos) << missing.err;
+    EXPECT_NE(missing.err.find(module.string()), std::string::npos) << "names the file it looked for";
+    EXPECT_EQ(report.exitCode, 0) << report.err;
+    EXPECT_TRUE(fs::is_regular_file(work / "report.json"));
 }
 
 // The version is written once, in the build; the program, its AppStream release and its manual page agree.

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+// The program and the window module it loads (app/desktop_module.h) placed in `directory`, so that a run from
+// there finds the module, and media, beside itself as an installed one would. Hard links where the file system
+// allows, copies elsewhere. False when either could not be placed.
+inline bool placeProgramIn(const std::filesystem::path& directory, const std::filesystem::path& program) {
+    namespace fs = std::filesystem;
+    const fs::path module = program.parent_path() / "lumenscope-desktop.so";
+    for (const auto& [from, to] : {std::pair{program, directory / "lumenscope"},
+                                   std::pair{module, directory / module.filename()}}) {
+        std::error_code error;
+        fs::create_hard_link(from, to, error);
+        if (error) fs::copy_file(from, to, fs::copy_options::overwrite_existing, error);
+        if (error) return false;
+    }
+    return true;
+}

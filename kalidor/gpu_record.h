@@ -10,7 +10,12 @@
 namespace Kalidornm {
 
 // Which reader serves a record.
-enum GpuVendorClass : uint32_t { kVendorClassNone = 0, kVendorClassNvidia = 1, kVendorClassAmd = 2 };
+enum GpuVendorClass : uint32_t {
+    kVendorClassNone = 0,
+    kVendorClassNvidia = 1,
+    kVendorClassAmd = 2,
+    kVendorClassIntel = 3,
+};
 
 // One temperature sensor; min and max start at the far ends so the first reading moves both. Until a reading
 // arrives `current` means nothing: a sensor never read is unknown, not 0 °C.

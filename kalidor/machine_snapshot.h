@@ -70,7 +70,7 @@ inline constexpr const char* kSensorNames[] = {
     "edge", "junction", "memory", "vr_gfx", "vr_soc", "vr_mem", "package", "vram",
 };
 // The rail names a live sample uses, as the drivers label them.
-inline constexpr const char* kRailNames[] = {"vddgfx", "vddnb", "vddc", "gt", "card"};
+inline constexpr const char* kRailNames[] = {"vddgfx", "vddnb", "vddc", "gt", "card", "pkg"};
 
 // One GPU's readings of one moment. A GPU that sleeps is not asked (asking wakes it): every value is absent.
 struct LiveSample {

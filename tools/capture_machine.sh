@@ -69,6 +69,24 @@ for entry in /sys/bus/pci/devices/*; do
             copy_file "$file"
         done
     done
+
+    # Intel (i915, xe): the energy counters, each GT's frequencies, idle residency and throttle reasons, and
+    # the tiles' local memory.
+    case "$(basename "$(readlink "$real/driver" 2>/dev/null)")" in
+    i915|xe)
+        for file in "$real"/hwmon/hwmon*/energy*_*; do copy_file "$file"; done
+        for card in "$real"/drm/card*; do
+            for file in "$card"/gt_*_freq_mhz "$card"/power/rc6_residency_ms "$card"/gt/gt*/rps_*_freq_mhz \
+                        "$card"/gt/gt*/rc6_residency_ms "$card"/gt/gt*/throttle_reason_*; do
+                copy_file "$file"
+            done
+        done
+        for file in "$real"/tile*/physical_vram_size_bytes "$real"/tile*/gt*/freq0/*_freq \
+                    "$real"/tile*/gt*/freq0/throttle/* "$real"/tile*/gt*/gtidle/idle_residency_ms; do
+            copy_file "$file"
+        done
+        ;;
+    esac
 done
 
 for driver in $drivers; do copy_file "/sys/module/$driver/version"; done

@@ -193,7 +193,10 @@ void GpuPanel::_showPrimarySummary() {
 void GpuPanel::selectGpu(int gpu) {
     if (m_state.gpuCount == 0 || gpu < 0 || uint32_t(gpu) >= m_state.gpuCount) return;
     const bool awake = !m_library.isGpuSuspended(gpu);
-    if (awake && m_library.hasGpuTemperature(gpu)) {
+    // Intel's drivers have no temperature on every GPU, and their other live values are there all the same.
+    const auto& gpus = m_library.snapshot().gpus;
+    const bool intel = size_t(gpu) < gpus.size() && gpus[size_t(gpu)].vendorId == 0x8086;
+    if (awake && (m_library.hasGpuTemperature(gpu) || intel)) {
         _setLiveFieldsEnabled(true);
         setControlEnabled(this, 1013, false);
         refreshMachineSummary();

@@ -35,6 +35,11 @@ PerfLevelSpan perfLevelSpanOf(const Kalidornm::GpuSnapshot& g) {
     return span;
 }
 
+// The vendors whose drivers give live values.
+bool hasLiveValues(const Kalidornm::GpuSnapshot& gpu) {
+    return gpu.vendorId == 0x10DE || gpu.vendorId == 0x1002 || gpu.vendorId == 0x8086;
+}
+
 }  // namespace
 
 QString temperatureText(float celsius) {
@@ -50,11 +55,11 @@ void GpuPanel::refreshGpuLive(int gpu) {
     if (gpu < 0 || uint32_t(gpu) >= m_state.gpuCount || size_t(gpu) >= machine.gpus.size()) return;
     const Kalidornm::GpuSnapshot& g = machine.gpus[size_t(gpu)];
     const Kalidornm::LiveSample& live = g.live;
-    if (g.vendorId != 0x10DE && g.vendorId != 0x1002) {
+    if (!hasLiveValues(g)) {
         for (int id : {1012, 1015, 1013, 1137, 1140, 1129}) blankField(this, id);
         return;
     }
-    const bool nvidia = g.vendorId == 0x10DE;
+    const bool nvidia = g.vendorId == 0x10DE, intel = g.vendorId == 0x8086;
 
     QString fan;
     if (live.fanRead) {
@@ -94,6 +99,10 @@ void GpuPanel::refreshGpuLive(int gpu) {
         volts = 0.0f;  // the NVIDIA driver reports no voltage
         if (usage > 0.0f && target > 0.0f)
             power = QString::asprintf("current: %.1f %% TDP, target: %.1f %% TDP", double(usage), double(target));
+    } else if (intel) {
+        // The driver gives the GT's clock only, and power in watts rather than a share of a target.
+        if (live.currentGpuClockMhz) current = QString::asprintf("core: %d MHz", int(*live.currentGpuClockMhz));
+        if (live.powerWatts) power = QString::asprintf("%.1f W", double(*live.powerWatts));
     } else {
         if (clocksRead) current = QString::asprintf("core: %d MHz, mem: %d MHz", int(core), int(mem));
         if (span.read)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace Kalidornm {
@@ -12,6 +13,9 @@ struct KalidorSources {
     std::string eglLibrary = "libEGL.so.1";  // asked for a software rasterizer when no PCI display device exists
     std::string nvmlLibrary = "libnvidia-ml.so.1";  // NVIDIA's management library, by soname or path
     std::string amdgpuLibrary = "libdrm_amdgpu.so.1";  // asked for an AMD card's memory type
+    // Microseconds of a monotonic clock, which rates of the driver's counters (energy, idle time) are taken
+    // over; null: the system's steady clock. Tests step it by hand.
+    int64_t (*monotonicMicroseconds)() = nullptr;
 };
 
 // rootDir joined with an absolute path ("/sys/..."), with exactly one slash between them.

@@ -1,7 +1,42 @@
 #include "kalidor/driver_values.h"
+#include "kalidor/gpu_database/gpu_database.h"
+#include "kalidor/platform/pci_names.h"
 #include "kalidor/vendors/vendor_backend.h"
 
 namespace Kalidornm {
+
+namespace {
+
+void takeDatabaseFigures(GpuRecord& record) {
+    const int32_t row = findGpuRow(record.vendorId, record.deviceId);
+    if (row < 0) return;
+    copyText(record.codename, gpuDbCodename(record.vendorId, row));
+    record.tmus = gpuDbClampedFigure(record.vendorId, row, GpuDbFigure::Tmus);
+    record.rops = gpuDbClampedFigure(record.vendorId, row, GpuDbFigure::Rops);
+    record.tdpWatts = gpuDbClampedFigure(record.vendorId, row, GpuDbFigure::TdpWatts);
+}
+
+}  // namespace
+
+GpuRecord& appendPciDeviceRecord(const PciDevice& device, const BackendServices& services, const std::string& idsList,
+                                 uint32_t& lastSlot, GpuList& gpus) {
+    GpuRecord& record = gpus.append(std::make_unique<GpuRecord>());
+    record.vendorClass = kVendorClassNone;
+    record.pciAddress = device.address;
+    record.busId = int32_t(device.address.bus);
+    record.vendorId = device.ids.vendor;
+    record.deviceId = device.ids.device;
+    record.subvendorId = device.ids.subvendor;
+    record.subdeviceId = device.ids.subdevice;
+    takeDisplaySlot(record, services.display, lastSlot);
+    // The second of two identical cards shares the first one's slot and has no display string.
+    copyText(record.name, record.displayDeviceString[0]
+                              ? record.displayDeviceString
+                              : pciDeviceName(idsList, device.ids.vendor, device.ids.device).c_str());
+    takeDatabaseFigures(record);
+    readGpuDriverValues(record, services);
+    return record;
+}
 
 uint32_t findDisplaySlot(const DisplayDeviceData& display, const PciIds& ids, uint32_t skip) {
     for (uint32_t i = 0; i < uint32_t(kDisplaySlotCount); ++i) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "kalidor/display_devices.h"
@@ -51,17 +52,26 @@ struct VendorBackendRow {
 
 std::unique_ptr<VendorBackend> makeNvidiaBackend(VendorBlocks& blocks);
 std::unique_ptr<VendorBackend> makeAmdBackend(VendorBlocks& blocks);
+std::unique_ptr<VendorBackend> makeIntelBackend(VendorBlocks& blocks);
 std::unique_ptr<VendorBackend> makeGenericBackend(VendorBlocks& blocks);
 
-// NVIDIA first, then AMD, then every other display adapter: the order of the GPU list.
+// NVIDIA first, then AMD, then Intel, then every other display adapter: the order of the GPU list. Intel's
+// step writes nothing to the start-up trace, which predates it.
 inline constexpr VendorBackendRow kVendorBackendRows[] = {
     {kVendorClassNvidia, "NVAPI_Init", &makeNvidiaBackend},
     {kVendorClassAmd, "ATI_Init", &makeAmdBackend},
+    {kVendorClassIntel, nullptr, &makeIntelBackend},
     {kVendorClassNone, nullptr, &makeGenericBackend},
 };
-static_assert(std::size(kVendorBackendRows) == 3);
+static_assert(std::size(kVendorBackendRows) == 4);
 
 // Shared steps of record making.
+
+// A record of what the PCI layer, the display slot, the GPU database and the kernel driver tell of a device,
+// of vendor class none, appended to `gpus`. `lastSlot` is the display slot the previous record of the same
+// backend took (kNoDisplaySlot for the first); `idsList` names the device where no slot does.
+GpuRecord& appendPciDeviceRecord(const PciDevice& device, const BackendServices& services, const std::string& idsList,
+                                 uint32_t& lastSlot, GpuList& gpus);
 
 // The display slot that fits the record's ids, skipping `last`, whose strings the record takes; `last`
 // becomes that slot. No fit leaves the record without display strings.

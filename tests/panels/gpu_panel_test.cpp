@@ -132,6 +132,49 @@ TEST_F(GpuPanelTest, IntelGpuHasStaticFieldsAndNoLiveValueAtAnyTick) {
     }
 }
 
+int64_t gPanelMicroseconds = 0;
+int64_t panelClock() { return gPanelMicroseconds; }
+
+// Intel GPUs show what their driver gives: the package temperature, the fan's RPM, the GT clock, the
+// voltage, and from the second tick on the load and the power in watts, each from the fixture's own files.
+TEST_F(GpuPanelTest, IntelCardsShowTheirLiveValuesAndPowerInWattsFromTheSecondTick) {
+    const std::string root = copyOfFixture("xe-b580");
+    const std::string device = root + "/sys/devices/pci0000:00/0000:00:01.0/0000:03:00.0";
+    auto number = [](const std::string& path) {
+        std::ifstream in(path);
+        double value = -1;
+        in >> value;
+        return value;
+    };
+    const std::string hwmon = device + "/hwmon/hwmon2/", gt = device + "/tile0/gt0/";
+    monotonicClock = &panelClock;
+    GpuPanel& panel = openPanel(startOn(root));
+    EXPECT_EQ(text(&panel, 1008), "8086 - E20B");
+    EXPECT_EQ(text(&panel, 1015), panels::temperatureText(float(number(hwmon + "temp2_input") / 1000.0)));
+    EXPECT_EQ(text(&panel, 1012), QString::asprintf("%d RPM", int(number(hwmon + "fan1_input"))));
+    EXPECT_EQ(text(&panel, 1137), QString::asprintf("core: %d MHz", int(number(gt + "freq0/act_freq"))));
+    EXPECT_EQ(text(&panel, 1129), QString::asprintf("%.3fV", number(hwmon + "in1_input") / 1000.0));
+    // One read of the counters so far: no rate yet.
+    expectBlankAndGreyed(1013, "at selection");
+    expectBlankAndGreyed(1014, "at selection");
+
+    const int64_t energy = int64_t(number(hwmon + "energy1_input")), idle = int64_t(number(gt + "gtidle/idle_residency_ms"));
+    std::ofstream(hwmon + "energy1_input") << energy + 120'000'000 << '\n';
+    std::ofstream(gt + "gtidle/idle_residency_ms") << idle + 1500 << '\n';
+    gPanelMicroseconds += 2'000'000;
+    panel.refreshOnTick();
+    EXPECT_EQ(text(&panel, 1014), "60.0 W");  // 120 J in 2 s
+    EXPECT_EQ(text(&panel, 1013), "25.0%");   // idle 1.5 s of 2 s
+    for (int id : {1012, 1013, 1014, 1015, 1129, 1137}) EXPECT_TRUE(enabled(&panel, id)) << id;
+
+    // The laptop's integrated GPU has no sensors of its own: its clock shows, the rest stays greyed.
+    stop();
+    const std::string laptop = fixture("i915-laptop") + "/sys/devices/pci0000:00/0000:00:02.0/drm/card1/";
+    GpuPanel& igpu = openPanel(start("i915-laptop"));
+    EXPECT_EQ(text(&igpu, 1137), QString::asprintf("core: %d MHz", int(number(laptop + "gt_act_freq_mhz"))));
+    for (int id : {1012, 1014, 1015, 1129}) expectBlankAndGreyed(id, "on the laptop");
+}
+
 TEST_F(GpuPanelTest, RetailBoardNameStandsInTheComboOnly) {
     const std::string asusGtx580 =
         "driver 390.157\n"

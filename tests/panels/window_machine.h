@@ -38,6 +38,7 @@ protected:
         sources.pciIdsFile = std::string(SYSFS_FIXTURES) + "/pci.ids";
         sources.eglLibrary = "";
         sources.nvmlLibrary = nvmlSettings.empty() ? "" : FakeNvmlMachine::library();
+        sources.monotonicMicroseconds = monotonicClock;
         return startFrom(sources, nvmlSettings, 0, 0);
     }
 
@@ -107,6 +108,8 @@ protected:
     }
 
     AppState state;
+    // The clock the library takes rates of counters over; null for the system's.
+    int64_t (*monotonicClock)() = nullptr;
 
 private:
     Kalidornm::Kalidor* m_library = nullptr;

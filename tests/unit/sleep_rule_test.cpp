@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
+#include <unistd.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -189,6 +192,74 @@ TEST(SleepRule, AnOldLibraryStartsPlainlyAndListsNothingWhileAGpuSleeps) {
     EXPECT_EQ(calls.callsFor("00000000:02:00.0"), 0u);
     EXPECT_FALSE(calls.has("- DeviceGetCount"));
     FixtureLibrary::stop();
+}
+
+// Opens of files and folders in a set of directories, as the kernel reports them.
+class OpenWatch {
+public:
+    OpenWatch() : m_fd(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {}
+    ~OpenWatch() {
+        if (m_fd >= 0) ::close(m_fd);
+    }
+    OpenWatch(const OpenWatch&) = delete;
+    OpenWatch& operator=(const OpenWatch&) = delete;
+    bool watch(const std::string& dir) { return m_fd >= 0 && ::inotify_add_watch(m_fd, dir.c_str(), IN_OPEN) >= 0; }
+    // The opens since the last call.
+    size_t opens() {
+        size_t count = 0;
+        alignas(inotify_event) char buffer[8192];
+        for (ssize_t got; (got = ::read(m_fd, buffer, sizeof buffer)) > 0;)
+            for (ssize_t at = 0; at < got;) {
+                const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
+                count += (event->mask & IN_OPEN) != 0;
+                at += ssize_t(sizeof(inotify_event) + event->len);
+            }
+        return count;
+    }
+
+private:
+    int m_fd;
+};
+
+// An Intel GPU that sleeps has none of its hwmon, DRM card, GT or tile files opened, nor their folders
+// listed, by any read or refresh; awake, the same reads open them. On both drivers.
+TEST(SleepRule, ASuspendedIntelGpuOpensNoneOfItsLiveFiles) {
+    namespace fs = std::filesystem;
+    const std::string device = "/sys/devices/pci0000:00/0000:00:01.0/0000:03:00.0";
+    for (const std::string machine : {"xe-b580", "i915-arc-a380"}) {
+        const std::string root = ::testing::TempDir() + "sleeping_" + std::to_string(::getpid()) + "_" + machine;
+        fs::remove_all(root);
+        fs::copy(std::string(SYSFS_FIXTURES) + "/" + machine, root,
+                 fs::copy_options::recursive | fs::copy_options::copy_symlinks);
+        std::ofstream(root + device + "/power/runtime_status") << "suspended\n";
+        {
+            FixtureLibrary started({root, ""});
+            Kalidor& library = started.library();
+            ASSERT_EQ(library.getGpuCount(), 1u) << machine;
+            OpenWatch watch;
+            size_t watched = 0;
+            ASSERT_TRUE(watch.watch(root + device));
+            for (const auto& entry : fs::recursive_directory_iterator(root + device)) {
+                if (!entry.is_directory() || entry.path().filename() == "power") continue;
+                ASSERT_TRUE(watch.watch(entry.path().string())) << entry.path();
+                ++watched;
+            }
+            EXPECT_GT(watched, 5u) << machine;
+            watch.opens();  // the walk above opened the folders it watched
+
+            EXPECT_EQ(readEveryLiveValue(library, 0).answered, 0) << machine;
+            library.refreshLiveSample();
+            library.refreshLiveSample();
+            EXPECT_TRUE(library.snapshot().gpus[0].live.suspended);
+            EXPECT_EQ(watch.opens(), 0u) << machine;
+
+            std::ofstream(root + device + "/power/runtime_status") << "active\n";
+            library.refreshLiveSample();
+            EXPECT_TRUE(library.snapshot().gpus[0].live.currentGpuClockMhz) << machine;
+            EXPECT_GT(watch.opens(), 5u) << machine;
+        }
+        fs::remove_all(root);
+    }
 }
 
 }  // namespace

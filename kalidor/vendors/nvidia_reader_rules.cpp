@@ -93,19 +93,6 @@ void formatNvidiaDriverBranch(const char* versionText, char (&branch)[128]) {
     if (parseDriverVersion(versionText, major, minor)) std::snprintf(branch, sizeof branch, "r%u", major);
 }
 
-uint32_t buildNvidiaPerfLevels(const NvidiaClockSnapshot& clocks, PerfLevel (&levels)[2]) {
-    const bool currentKnown = clocks.currentPstate < 16;
-    uint32_t count = 0;
-    if (clocks.maxGpuMhz != 0 || clocks.maxMemMhz != 0)
-        levels[count++] = PerfLevel{0, float(clocks.maxGpuMhz), float(clocks.maxMemMhz), 0.0f, 0.0f};
-    else if (currentKnown && clocks.currentPstate == 0)
-        levels[count++] = PerfLevel{0, float(clocks.currentGpuMhz), float(clocks.currentMemMhz), 0.0f, 0.0f};
-    if (currentKnown && clocks.currentPstate != 0)
-        levels[count++] = PerfLevel{clocks.currentPstate, float(clocks.currentGpuMhz), float(clocks.currentMemMhz),
-                                    0.0f, 0.0f};
-    return count;
-}
-
 std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state, const PciBus& pci) {
     return std::make_unique<NvidiaLiveReader>(state, pci);
 }

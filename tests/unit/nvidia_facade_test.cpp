@@ -18,6 +18,7 @@ using namespace Kalidornm;
 class NvidiaFacade : public ::testing::Test {
 protected:
     void start(const std::string& settings, const std::string& variant = "full") {
+        m_machine.reset();  // its file and setting go before the next machine's arrive
         m_machine = std::make_unique<FakeNvmlMachine>(settings);
         library = Kalidor::getInstance();
         ASSERT_NE(library, nullptr);
@@ -76,12 +77,15 @@ TEST_F(NvidiaFacade, LiveReadsGiveTheDriversValuesInTheirUnits) {
     EXPECT_FLOAT_EQ(shaderMhz, -7.0f);  // neither reported by the driver
     EXPECT_FLOAT_EQ(volts, -7.0f);
 
+    // The fake lists no P-states: the table is the current state alone, at its current clocks, with no range.
     uint32_t id = 99;
-    ASSERT_TRUE(library->readGpuPerfLevel(0, 1, &id, &gpuMhz, &memMhz, nullptr, &volts));
+    ASSERT_EQ(library->getGpuPerfLevelCount(0), 1u);
+    ASSERT_TRUE(library->readGpuPerfLevel(0, 0, &id, &gpuMhz, &memMhz, nullptr, &volts));
     EXPECT_EQ(id, 8u);
     EXPECT_FLOAT_EQ(gpuMhz, 405.0f);
     EXPECT_FLOAT_EQ(volts, 0.0f);
-    EXPECT_FALSE(library->readGpuPerfLevel(0, 2, &id, nullptr, nullptr, nullptr, nullptr));
+    EXPECT_FALSE(library->getGpuPerfLevelMinClocks(0, 0, &gpuMhz, &memMhz));
+    EXPECT_FALSE(library->readGpuPerfLevel(0, 1, &id, nullptr, nullptr, nullptr, nullptr));
 
     const std::pair<uint32_t, std::pair<float, float>> clockTypes[] = {
         {0, {405, 810}}, {1, {1006, 3004}}, {2, {1110, 3004}}, {3, {405, 810}}};
@@ -211,6 +215,62 @@ TEST_F(NvidiaFacade, OnlyTheDriversOwnRecordsAreRead) {
     EXPECT_FLOAT_EQ(percent, -3.0f);
     EXPECT_EQ(mw, 5u);
     EXPECT_TRUE(library->readGpuPowerUsage(0, &percent, &mw));
+}
+
+// The GTX 680 with the driver's P-state list in an order of its own: P12 has no clock range, P5's range is
+// upside down; both are left out.
+std::string gtx680WithPstates() {
+    return std::string(kBusyGtx680) +
+           "gpu 0 pstates 8,0,12,5\n"
+           "gpu 0 pstate_clocks 0 324 1110 3004 3004\n"
+           "gpu 0 pstate_clocks 5 900 540 1502 1502\n"
+           "gpu 0 pstate_clocks 8 324 705 324 810\n";
+}
+
+TEST_F(NvidiaFacade, PstatesComeFromTheDriversListAtTheirHighestClocks) {
+    start(gtx680WithPstates());
+    ASSERT_EQ(library->getGpuPerfLevelCount(0), 2u);
+    const struct {
+        uint32_t id;
+        float minGpu, maxGpu, minMem, maxMem;
+    } expected[] = {{0, 324, 1110, 3004, 3004}, {8, 324, 705, 324, 810}};
+    for (uint32_t level = 0; level < 2; ++level) {
+        uint32_t id = 99;
+        float gpuMhz = -1, memMhz = -1, volts = -1, minGpu = -1, minMem = -1;
+        ASSERT_TRUE(library->readGpuPerfLevel(0, level, &id, &gpuMhz, &memMhz, nullptr, &volts));
+        ASSERT_TRUE(library->getGpuPerfLevelMinClocks(0, level, &minGpu, &minMem));
+        EXPECT_EQ(id, expected[level].id);
+        EXPECT_FLOAT_EQ(gpuMhz, expected[level].maxGpu);
+        EXPECT_FLOAT_EQ(memMhz, expected[level].maxMem);
+        EXPECT_FLOAT_EQ(minGpu, expected[level].minGpu);
+        EXPECT_FLOAT_EQ(minMem, expected[level].minMem);
+        EXPECT_FLOAT_EQ(volts, 0.0f);  // the driver gives no voltage
+    }
+}
+
+// A library without the P-state list, or one whose list does not fit the room every P-state fits in, or one
+// whose ranges all fail, gives the current state alone.
+TEST_F(NvidiaFacade, WithoutTheDriversPstatesOnlyTheCurrentStateIsShown) {
+    const std::string tooLong = std::string(kBusyGtx680) + "gpu 0 pstates 0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,8\n" +
+                                "gpu 0 pstate_clocks 0 324 1110 3004 3004\n";
+    const std::pair<std::string, std::string> machines[] = {
+        {gtx680WithPstates(), "legacy"},
+        {tooLong, "full"},
+        {gtx680WithPstates() + "gpu 0 fail DeviceGetMinMaxClockOfPState\n", "full"},
+        {gtx680WithPstates() + "gpu 0 fail DeviceGetSupportedPerformanceStates\n", "full"},
+    };
+    for (const auto& [settings, variant] : machines) {
+        start(settings, variant);
+        ASSERT_EQ(library->getGpuPerfLevelCount(0), 1u) << settings;
+        uint32_t id = 99;
+        float gpuMhz = -1, memMhz = -1;
+        ASSERT_TRUE(library->readGpuPerfLevel(0, 0, &id, &gpuMhz, &memMhz, nullptr, nullptr));
+        EXPECT_EQ(id, 8u);
+        EXPECT_FLOAT_EQ(gpuMhz, 405.0f);
+        EXPECT_FLOAT_EQ(memMhz, 810.0f);
+        EXPECT_FALSE(library->getGpuPerfLevelMinClocks(0, 0, nullptr, nullptr));
+        TearDown();
+    }
 }
 
 TEST_F(NvidiaFacade, NoDriverLeavesTheBlockEmpty) {

@@ -165,13 +165,13 @@ bool NvidiaGpu::readClockOffsets(float* coreMhz, float* memMhz) {
 }
 
 bool NvidiaGpu::readPowerUsage(float* percent, uint32_t* milliwatts) {
-    unsigned int drawn = 0, limit = 0;
-    if (!m_nvml.deviceGetPowerUsage || !m_nvml.deviceGetEnforcedPowerLimit ||
+    unsigned int drawn = 0, tdp = 0;
+    if (!m_nvml.deviceGetPowerUsage || !m_nvml.deviceGetPowerManagementDefaultLimit ||
         m_nvml.deviceGetPowerUsage(device(handle()), &drawn) != NVML_SUCCESS ||
-        m_nvml.deviceGetEnforcedPowerLimit(device(handle()), &limit) != NVML_SUCCESS || limit == 0 ||
-        limit > kMaxMilliwatts || drawn > kMaxMilliwatts)
+        m_nvml.deviceGetPowerManagementDefaultLimit(device(handle()), &tdp) != NVML_SUCCESS || tdp == 0 ||
+        tdp > kMaxMilliwatts || drawn > kMaxMilliwatts)
         return false;
-    put(percent, percentOf(drawn, limit));
+    put(percent, percentOf(drawn, tdp));
     put(milliwatts, drawn);
     return true;
 }

@@ -32,7 +32,8 @@ public:
     bool readP0Clocks(float* gpuMhz, float* memMhz);
     // The overclocking offsets of the graphics and memory clocks, MHz, signed.
     bool readClockOffsets(float* coreMhz, float* memMhz);
-    // Drawn power against the enforced limit.
+    // Drawn power as percent of the board's default limit (its TDP), which the user's power target does not
+    // move.
     bool readPowerUsage(float* percent, uint32_t* milliwatts);
     // The limit range and the default limit, each as percent of the default limit and in milliwatts.
     bool readPowerPolicy(float* minPercent, uint32_t* minMw, float* maxPercent, uint32_t* maxMw,

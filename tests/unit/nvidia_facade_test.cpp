@@ -103,7 +103,7 @@ TEST_F(NvidiaFacade, LiveReadsGiveTheDriversValuesInTheirUnits) {
 
     uint32_t mw = 0;
     ASSERT_TRUE(library->readGpuPowerUsage(0, &percent, &mw));
-    EXPECT_FLOAT_EQ(percent, 50.0f);  // 150 W of the 300 W enforced limit
+    EXPECT_FLOAT_EQ(percent, 60.0f);  // 150 W of the 250 W default limit, not of the 300 W enforced one
     EXPECT_EQ(mw, 150000u);
     ASSERT_TRUE(library->readGpuPowerTarget(0, &percent, &mw));
     EXPECT_FLOAT_EQ(percent, 80.0f);  // 200 W limit against the 250 W default

@@ -50,6 +50,9 @@ public:
         const NvmlLibrary* nvml = readable(r);
         return nvml && NvidiaGpu(*nvml, r).readCurrentClocks(pstate, gpuMhz, memMhz);
     }
+    void readMoreLive(GpuRecord& r, LiveSample& sample) override {
+        if (const NvmlLibrary* nvml = readable(r)) NvidiaGpu(*nvml, r).readMoreLive(sample);
+    }
     // Served from the table built at start-up: the library has no P-state table of its own to ask again.
     bool readPerfLevel(GpuRecord& r, uint32_t level, uint32_t* id, float* gpuMhz, float* memMhz, float*,
                        float* volts) override {

@@ -224,7 +224,8 @@ std::string gtx680WithPstates() {
            "gpu 0 pstates 8,0,12,5\n"
            "gpu 0 pstate_clocks 0 324 1110 3004 3004\n"
            "gpu 0 pstate_clocks 5 900 540 1502 1502\n"
-           "gpu 0 pstate_clocks 8 324 705 324 810\n";
+           "gpu 0 pstate_clocks 8 324 705 324 810\n"
+           "gpu 0 energy 7200500\n";
 }
 
 TEST_F(NvidiaFacade, PstatesComeFromTheDriversListAtTheirHighestClocks) {
@@ -271,6 +272,52 @@ TEST_F(NvidiaFacade, WithoutTheDriversPstatesOnlyTheCurrentStateIsShown) {
         EXPECT_FALSE(library->getGpuPerfLevelMinClocks(0, 0, nullptr, nullptr));
         TearDown();
     }
+}
+
+TEST_F(NvidiaFacade, MoreLiveValuesInTheirUnits) {
+    start(gtx680WithPstates());
+    LiveSample sample;
+    sample.coreTemperatureC = 45.0f;  // as the temperature read of the same refresh left them
+    sample.memoryTemperatureC = 60.0f;
+    library->readGpuMoreLive(0, sample);
+    ASSERT_EQ(sample.temperaturesC.size(), 2u);
+    EXPECT_EQ(sample.temperaturesC[0].name, "edge");
+    EXPECT_FLOAT_EQ(sample.temperaturesC[0].value, 45.0f);
+    EXPECT_EQ(sample.temperaturesC[1].name, "memory");
+    EXPECT_FLOAT_EQ(sample.temperaturesC[1].value, 60.0f);
+    EXPECT_FLOAT_EQ(sample.powerWatts.value_or(-1), 150000 / 1000.0f);   // power, mW
+    EXPECT_FLOAT_EQ(sample.powerLimitWatts.value_or(-1), 300000 / 1000.0f);  // enforced, mW
+    EXPECT_DOUBLE_EQ(sample.energyJoules.value_or(-1), 7200500 / 1000.0);   // energy, mJ
+    EXPECT_EQ(sample.memoryTotalMb.value_or(0), 2048u);
+    EXPECT_EQ(sample.memoryUsedMb.value_or(0), 2048u - 512u);  // memory_mb less free_mb
+    // reasons 0x24: the software power cap (bit 2) and the software thermal slowdown (bit 5).
+    EXPECT_EQ(sample.throttleReasons, (std::vector<std::string>{"sw_power_cap", "sw_thermal_slowdown"}));
+    EXPECT_FALSE(sample.requestedGpuClockMhz);
+    EXPECT_TRUE(sample.voltagesV.empty());  // the driver gives no voltage
+
+    TearDown();
+    start(gtx680WithPstates(), "legacy");
+    LiveSample old;
+    library->readGpuMoreLive(0, old);
+    EXPECT_FALSE(old.energyJoules);  // no energy counter in an old library
+    EXPECT_TRUE(old.powerWatts && old.memoryTotalMb);
+    EXPECT_EQ(old.throttleReasons.size(), 2u);  // through the older throttle-reasons call
+    EXPECT_TRUE(old.temperaturesC.empty());  // nothing read this refresh
+}
+
+TEST_F(NvidiaFacade, EveryThrottleBitHasOneName) {
+    start(std::string(kBusyGtx680) + "gpu 0 reasons 0x1FF\n");
+    LiveSample sample;
+    library->readGpuMoreLive(0, sample);
+    EXPECT_EQ(sample.throttleReasons,
+              (std::vector<std::string>{"gpu_idle", "applications_clocks_setting", "sw_power_cap", "hw_slowdown",
+                                        "sync_boost", "sw_thermal_slowdown", "hw_thermal_slowdown",
+                                        "hw_power_brake_slowdown", "display_clock_setting"}));
+    TearDown();
+    start(std::string(kBusyGtx680) + "gpu 0 reasons 0x8000000000000200\n");  // bits without a name
+    LiveSample none;
+    library->readGpuMoreLive(0, none);
+    EXPECT_TRUE(none.throttleReasons.empty());
 }
 
 TEST_F(NvidiaFacade, NoDriverLeavesTheBlockEmpty) {

@@ -20,6 +20,16 @@ public:
     ~NvmlFault() { ::unsetenv("FAKE_NVML_FAULT"); }
 };
 
+// The values beyond the classic reads, none of which a misbehaving driver may fill.
+void expectNothingMoreLive(Kalidor& library) {
+    LiveSample sample;
+    library.readGpuMoreLive(0, sample);
+    EXPECT_TRUE(sample.temperaturesC.empty());
+    EXPECT_FALSE(sample.powerWatts || sample.powerLimitWatts || sample.energyJoules);
+    EXPECT_FALSE(sample.memoryUsedMb || sample.memoryTotalMb);
+    EXPECT_TRUE(sample.throttleReasons.empty());
+}
+
 // One NVIDIA GPU on bus 1 with every value answering; a device id the GPU database has or has not.
 class OneNvidiaGpu {
 public:
@@ -103,6 +113,7 @@ TEST(NvmlFaults, ErrorsFromEveryCallLeaveTheRecordFromThePciLayerAndNoReading) {
     EXPECT_FALSE(reads.outputsTouched);
     EXPECT_EQ(library.queryActive3DApps(0), 0u);
     EXPECT_EQ(library.getGpuPerfLevelCount(0), 0u);
+    expectNothingMoreLive(library);
 }
 
 // Regression: 0xFFFFFFFF MHz and other "not available" answers were taken as readings and printed as -1MHz.
@@ -121,6 +132,7 @@ TEST(NvmlFaults, LargestValuesOfTheirTypeAreNoReadings) {
     // Only the limiter bits and the board id answer: they are no quantities.
     EXPECT_EQ(readEveryLiveValue(library, 0).answered, 2);
     EXPECT_FALSE(library.setGpuPowerTarget(0, 90.0f));
+    expectNothingMoreLive(library);  // the throttle reasons of the machine are none
 }
 
 // The P-state list filling all the room it is given, its states repeated among states no GPU has: each real

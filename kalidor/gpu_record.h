@@ -38,6 +38,9 @@ struct PerfLevel {
     float memClockMhz = 0.0f;
     float shaderClockMhz = 0.0f;
     float vddcVolts = 0.0f;
+    // The lowest clocks of the level, where the driver gives a range (NVIDIA P-states); the clocks above are
+    // then its highest.
+    std::optional<float> minGpuClockMhz, minMemClockMhz;
 };
 
 // A process using the GPU, in the driver's layout.

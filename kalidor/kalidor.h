@@ -148,6 +148,9 @@ public:
     // anything else, or it wakes up. False for a GPU without a PCI device.
     bool isGpuSuspended(int gpu) const;
     uint32_t getGpuPerfLevelCount(int gpu) const;
+    // The lowest clocks of a level, MHz, from the table read at start-up; false where the driver gave no range
+    // (the level's clocks are then all it has).
+    bool getGpuPerfLevelMinClocks(int gpu, uint32_t level, float* gpuMhz, float* memMhz) const;
     uint32_t countGpusWithTemperature() const;
     bool sortGpusByBusId();
 

@@ -166,6 +166,16 @@ uint32_t Kalidor::getGpuPerfLevelCount(int gpu) const {
     return r ? r->perfLevelCount : 0;
 }
 
+bool Kalidor::getGpuPerfLevelMinClocks(int gpu, uint32_t level, float* gpuMhz, float* memMhz) const {
+    const GpuRecord* r = record(gpu);
+    if (!r || !r->perfLevels || level >= r->perfLevelCount) return false;
+    const PerfLevel& entry = r->perfLevels[level];
+    if (!entry.minGpuClockMhz || !entry.minMemClockMhz) return false;
+    if (gpuMhz) *gpuMhz = *entry.minGpuClockMhz;
+    if (memMhz) *memMhz = *entry.minMemClockMhz;
+    return true;
+}
+
 uint32_t Kalidor::countGpusWithTemperature() const {
     uint32_t count = 0;
     for (size_t i = 0; i < gGlobals.gpus.size(); ++i)

@@ -39,6 +39,9 @@ struct PerfLevelFacts {
     float memClockMhz = 0.0f;
     float shaderClockMhz = 0.0f;
     float vddcVolts = 0.0f;
+    // The level's lowest clocks where the driver gives a range (NVIDIA P-states); gpuClockMhz and memClockMhz
+    // are then its highest.
+    std::optional<float> minGpuClockMhz, minMemClockMhz;
 };
 
 struct ClockOffsets {

@@ -157,8 +157,12 @@ GpuSnapshot readGpu(Kalidor& k, int gpu) {
     const uint32_t levels = k.getGpuPerfLevelCount(gpu);
     for (uint32_t level = 0; level < levels; ++level) {
         PerfLevelFacts p;
-        if (k.readGpuPerfLevel(gpu, level, &p.id, &p.gpuClockMhz, &p.memClockMhz, &p.shaderClockMhz, &p.vddcVolts))
-            g.perfLevels.push_back(p);
+        if (!k.readGpuPerfLevel(gpu, level, &p.id, &p.gpuClockMhz, &p.memClockMhz, &p.shaderClockMhz, &p.vddcVolts))
+            continue;
+        float minGpuMhz = 0.0f, minMemMhz = 0.0f;
+        if (k.getGpuPerfLevelMinClocks(gpu, level, &minGpuMhz, &minMemMhz))
+            p.minGpuClockMhz = minGpuMhz, p.minMemClockMhz = minMemMhz;
+        g.perfLevels.push_back(p);
     }
     return g;
 }

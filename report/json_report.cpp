@@ -52,14 +52,22 @@ Json system(const ReportSnapshot& s) {
 
 Json pciId(bool known, uint32_t value) { return known ? Json(value) : Json(nullptr); }
 
+// A level's clocks are its highest where the driver gives a range, and the range's low end stands beside them.
+// NVIDIA's driver gives no voltage: its levels' 0 V is unknown.
+Json performanceLevel(const ReportPerfLevel& l, uint32_t vendorId) {
+    constexpr uint32_t kVendorNvidia = 0x10DE;
+    return Json{{"id", l.id},
+                {"gpu_clock_mhz", number(l.gpuClockMhz)},
+                {"min_gpu_clock_mhz", number(l.minGpuClockMhz)},
+                {"memory_clock_mhz", number(l.memClockMhz)},
+                {"min_memory_clock_mhz", number(l.minMemClockMhz)},
+                {"shader_clock_mhz", number(l.shaderClockMhz)},
+                {"vddc_volts", vendorId == kVendorNvidia ? Json(nullptr) : Json(number(l.vddcVolts))}};
+}
+
 Json gpu(const ReportGpu& g) {
     Json levels = Json::array();
-    for (const ReportPerfLevel& l : g.perfLevels)
-        levels.push_back(Json{{"id", l.id},
-                              {"gpu_clock_mhz", number(l.gpuClockMhz)},
-                              {"memory_clock_mhz", number(l.memClockMhz)},
-                              {"shader_clock_mhz", number(l.shaderClockMhz)},
-                              {"vddc_volts", number(l.vddcVolts)}});
+    for (const ReportPerfLevel& l : g.perfLevels) levels.push_back(performanceLevel(l, g.vendorId));
     const ReportNvidiaClocks& c = g.nvidia;
     const ReportLiveReadings& live = g.live;
     return Json{

@@ -7,8 +7,10 @@ lumenscope_unit_test(unit_machine
   unit/nvml_faults_test.cpp
   unit/amd_memory_type_test.cpp
   unit/intel_machines_test.cpp
+  unit/nvidia_desktop_live_test.cpp
 )
 target_link_libraries(unit_machine PRIVATE fixture_library sysfs_tree)
 add_dependencies(unit_machine fake_nvml_full fake_nvml_legacy fake_nvml_broken)
 target_compile_definitions(unit_machine PRIVATE FAKE_NVML_DIR="${CMAKE_CURRENT_BINARY_DIR}/fakes"
-                           SYSFS_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/sysfs")
+                           SYSFS_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/sysfs"
+                           NVML_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/nvml")

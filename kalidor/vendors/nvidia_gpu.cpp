@@ -5,6 +5,7 @@
 
 #include "kalidor/platform/process_name.h"
 #include "kalidor/vendors/nvidia_limits.h"
+#include "kalidor/vendors/nvidia_throttle_reasons.h"
 #include "kalidor/vendors/nvml_library.h"
 
 namespace Kalidornm {
@@ -165,15 +166,45 @@ bool NvidiaGpu::readClockOffsets(float* coreMhz, float* memMhz) {
 }
 
 bool NvidiaGpu::readPowerUsage(float* percent, uint32_t* milliwatts) {
-    unsigned int drawn = 0, limit = 0;
-    if (!m_nvml.deviceGetPowerUsage || !m_nvml.deviceGetEnforcedPowerLimit ||
+    unsigned int drawn = 0, tdp = 0;
+    if (!m_nvml.deviceGetPowerUsage || !m_nvml.deviceGetPowerManagementDefaultLimit ||
         m_nvml.deviceGetPowerUsage(device(handle()), &drawn) != NVML_SUCCESS ||
-        m_nvml.deviceGetEnforcedPowerLimit(device(handle()), &limit) != NVML_SUCCESS || limit == 0 ||
-        limit > kMaxMilliwatts || drawn > kMaxMilliwatts)
+        m_nvml.deviceGetPowerManagementDefaultLimit(device(handle()), &tdp) != NVML_SUCCESS || tdp == 0 ||
+        tdp > kMaxMilliwatts || drawn > kMaxMilliwatts)
         return false;
-    put(percent, percentOf(drawn, limit));
+    put(percent, percentOf(drawn, tdp));
     put(milliwatts, drawn);
     return true;
+}
+
+void NvidiaGpu::readMoreLive(LiveSample& sample) {
+    const nvmlDevice_t d = device(handle());
+    if (sample.coreTemperatureC) sample.temperaturesC.push_back(NamedReading{"edge", *sample.coreTemperatureC});
+    if (sample.memoryTemperatureC)
+        sample.temperaturesC.push_back(NamedReading{"memory", *sample.memoryTemperatureC});
+
+    unsigned int milliwatts = 0;
+    if (m_nvml.deviceGetPowerUsage && m_nvml.deviceGetPowerUsage(d, &milliwatts) == NVML_SUCCESS &&
+        milliwatts <= kMaxMilliwatts)
+        sample.powerWatts = float(double(milliwatts) / 1000.0);
+    if (m_nvml.deviceGetEnforcedPowerLimit && m_nvml.deviceGetEnforcedPowerLimit(d, &milliwatts) == NVML_SUCCESS &&
+        milliwatts != 0 && milliwatts <= kMaxMilliwatts)
+        sample.powerLimitWatts = float(double(milliwatts) / 1000.0);
+    unsigned long long millijoules = 0;
+    if (m_nvml.deviceGetTotalEnergyConsumption &&
+        m_nvml.deviceGetTotalEnergyConsumption(d, &millijoules) == NVML_SUCCESS && millijoules <= kMaxMillijoules)
+        sample.energyJoules = double(millijoules) / 1000.0;
+
+    nvmlMemory_t memory{};
+    if (m_nvml.deviceGetMemoryInfo && m_nvml.deviceGetMemoryInfo(d, &memory) == NVML_SUCCESS &&
+        memory.total <= kMaxMemoryBytes && memory.used <= memory.total) {
+        sample.memoryTotalMb = uint64_t(memory.total >> 20);
+        sample.memoryUsedMb = uint64_t(memory.used >> 20);
+    }
+
+    unsigned long long reasons = 0;
+    if (m_nvml.deviceGetClocksEventReasons && m_nvml.deviceGetClocksEventReasons(d, &reasons) == NVML_SUCCESS)
+        sample.throttleReasons = nvidiaThrottleReasonNames(reasons);
 }
 
 bool NvidiaGpu::readPowerPolicy(float* minPercent, uint32_t* minMw, float* maxPercent, uint32_t* maxMw,

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "kalidor/gpu_record.h"
+#include "kalidor/machine_snapshot.h"
 
 namespace Kalidornm {
 
@@ -32,7 +33,8 @@ public:
     bool readP0Clocks(float* gpuMhz, float* memMhz);
     // The overclocking offsets of the graphics and memory clocks, MHz, signed.
     bool readClockOffsets(float* coreMhz, float* memMhz);
-    // Drawn power against the enforced limit.
+    // Drawn power as percent of the board's default limit (its TDP), which the user's power target does not
+    // move.
     bool readPowerUsage(float* percent, uint32_t* milliwatts);
     // The limit range and the default limit, each as percent of the default limit and in milliwatts.
     bool readPowerPolicy(float* minPercent, uint32_t* minMw, float* maxPercent, uint32_t* maxMw,
@@ -44,6 +46,10 @@ public:
     // Sets the application clocks; needs root. Both clocks must be given.
     bool setApplicationClocks(float coreMhz, float memMhz);
     bool readMemoryUsage(uint32_t* totalKb, uint32_t* availableKb, float* usedPercent);
+    // The sample's values beyond the reads above: temperatures by sensor (taken from the sample's own GPU and
+    // memory readings), drawn power and the enforced limit in watts, the energy counter in joules, memory in
+    // use and in all, and the throttle reasons. What the driver does not answer stays unknown.
+    void readMoreLive(LiveSample& sample);
     // Sets limiter slot 0 (power) and 1 (temperature) from the clocks event reasons; slots 0 to 3 are
     // cleared first.
     bool readPerfLimiters();

@@ -15,6 +15,7 @@ inline constexpr unsigned int kMaxPercent = 100;
 inline constexpr unsigned int kMaxFanPercent = 200;  // some boards report a little over 100 %
 inline constexpr unsigned int kMaxFanRpm = 100000;
 inline constexpr unsigned int kMaxMilliwatts = 10000000;  // 10 kW
+inline constexpr unsigned long long kMaxMillijoules = 1ULL << 53;  // about 285 years at 1 kW
 inline constexpr unsigned long long kMaxMemoryBytes = 1ULL << 50;
 inline constexpr unsigned int kMaxCores = 1000000;
 inline constexpr unsigned int kMaxBusWidthBits = 65536;

@@ -11,6 +11,7 @@
 #include "kalidor/platform/pci_names.h"
 #include "kalidor/vendors/nvidia_gpu.h"
 #include "kalidor/vendors/nvidia_limits.h"
+#include "kalidor/vendors/nvidia_pstates.h"
 #include "kalidor/vendors/nvml_library.h"
 #include "kalidor/vendors/vendor_backend.h"
 
@@ -134,30 +135,9 @@ void readCounters(const NvmlLibrary& nvml, GpuRecord& r) {
 }
 
 void readPerfLevelTable(const NvmlLibrary& nvml, GpuRecord& r) {
-    const nvmlDevice_t d = device(r.nvPhysicalGpu);
-    NvidiaClockSnapshot clocks;
-    nvmlPstates_t pstate = NVML_PSTATE_UNKNOWN;
-    if (nvml.deviceGetPerformanceState && nvml.deviceGetPerformanceState(d, &pstate) == NVML_SUCCESS &&
-        pstate >= 0 && pstate < 16)
-        clocks.currentPstate = uint32_t(pstate);
-    if (nvml.deviceGetClockInfo) {
-        if (nvml.deviceGetClockInfo(d, NVML_CLOCK_GRAPHICS, &clocks.currentGpuMhz) != NVML_SUCCESS)
-            clocks.currentGpuMhz = 0;
-        if (nvml.deviceGetClockInfo(d, NVML_CLOCK_MEM, &clocks.currentMemMhz) != NVML_SUCCESS)
-            clocks.currentMemMhz = 0;
-    }
-    if (nvml.deviceGetMaxClockInfo) {
-        if (nvml.deviceGetMaxClockInfo(d, NVML_CLOCK_GRAPHICS, &clocks.maxGpuMhz) != NVML_SUCCESS)
-            clocks.maxGpuMhz = 0;
-        if (nvml.deviceGetMaxClockInfo(d, NVML_CLOCK_MEM, &clocks.maxMemMhz) != NVML_SUCCESS) clocks.maxMemMhz = 0;
-    }
-    // A clock beyond any GPU's is the driver's "not available".
-    for (uint32_t* mhz : {&clocks.currentGpuMhz, &clocks.currentMemMhz, &clocks.maxGpuMhz, &clocks.maxMemMhz})
-        if (*mhz > kMaxClockMhz) *mhz = 0;
-    PerfLevel levels[2];
-    const uint32_t count = buildNvidiaPerfLevels(clocks, levels);
-    r.allocatePerfLevels(count);
-    for (uint32_t i = 0; i < r.perfLevelCount && i < count; ++i) r.perfLevels[i] = levels[i];
+    const std::vector<PerfLevel> levels = buildNvidiaPerfLevels(readNvidiaPstates(nvml, device(r.nvPhysicalGpu)));
+    r.allocatePerfLevels(uint32_t(levels.size()));
+    for (uint32_t i = 0; i < r.perfLevelCount && i < levels.size(); ++i) r.perfLevels[i] = levels[i];
 }
 
 // The record of one GPU the driver handed out: its place and ids, display slot and kernel driver values, then

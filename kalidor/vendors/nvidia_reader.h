@@ -60,19 +60,6 @@ uint32_t nvidiaDriverVersionNumber(const char* versionText);
 void formatNvidiaDriverVersion(uint32_t number, char (&text)[512]);
 void formatNvidiaDriverBranch(const char* versionText, char (&branch)[128]);
 
-// Clocks in MHz, 0 where a read failed; pstate NVML's number, kUnknownPstate where it failed.
-struct NvidiaClockSnapshot {
-    static constexpr uint32_t kUnknownPstate = 32;
-    uint32_t currentPstate = kUnknownPstate;
-    uint32_t currentGpuMhz = 0, currentMemMhz = 0;
-    uint32_t maxGpuMhz = 0, maxMemMhz = 0;
-};
-
-// The management library has no P-state table, so the reader builds one: P0 at the maximum clocks, and the
-// current P-state at its current clocks when it is another one, in ascending id order. Returns the number
-// of levels written (0 to 2). Voltage and shader clock stay 0: the library reports neither.
-uint32_t buildNvidiaPerfLevels(const NvidiaClockSnapshot& clocks, PerfLevel (&levels)[2]);
-
 // The live reads of the records the NVIDIA backend made; each asks the PCI layer first whether the GPU may be
 // touched, so a GPU that fell asleep after start-up is not woken either.
 std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state, const PciBus& pci);

@@ -50,6 +50,9 @@ public:
         const NvmlLibrary* nvml = readable(r);
         return nvml && NvidiaGpu(*nvml, r).readCurrentClocks(pstate, gpuMhz, memMhz);
     }
+    void readMoreLive(GpuRecord& r, LiveSample& sample) override {
+        if (const NvmlLibrary* nvml = readable(r)) NvidiaGpu(*nvml, r).readMoreLive(sample);
+    }
     // Served from the table built at start-up: the library has no P-state table of its own to ask again.
     bool readPerfLevel(GpuRecord& r, uint32_t level, uint32_t* id, float* gpuMhz, float* memMhz, float*,
                        float* volts) override {
@@ -91,19 +94,6 @@ void formatNvidiaDriverBranch(const char* versionText, char (&branch)[128]) {
     uint32_t major = 0, minor = 0;
     branch[0] = '\0';
     if (parseDriverVersion(versionText, major, minor)) std::snprintf(branch, sizeof branch, "r%u", major);
-}
-
-uint32_t buildNvidiaPerfLevels(const NvidiaClockSnapshot& clocks, PerfLevel (&levels)[2]) {
-    const bool currentKnown = clocks.currentPstate < 16;
-    uint32_t count = 0;
-    if (clocks.maxGpuMhz != 0 || clocks.maxMemMhz != 0)
-        levels[count++] = PerfLevel{0, float(clocks.maxGpuMhz), float(clocks.maxMemMhz), 0.0f, 0.0f};
-    else if (currentKnown && clocks.currentPstate == 0)
-        levels[count++] = PerfLevel{0, float(clocks.currentGpuMhz), float(clocks.currentMemMhz), 0.0f, 0.0f};
-    if (currentKnown && clocks.currentPstate != 0)
-        levels[count++] = PerfLevel{clocks.currentPstate, float(clocks.currentGpuMhz), float(clocks.currentMemMhz),
-                                    0.0f, 0.0f};
-    return count;
 }
 
 std::unique_ptr<GpuLiveReader> makeNvidiaLiveReader(const NvidiaState& state, const PciBus& pci) {

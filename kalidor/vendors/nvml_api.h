@@ -59,11 +59,18 @@ inline constexpr nvmlClockId_t NVML_CLOCK_ID_APP_CLOCK_DEFAULT = 2;
 
 typedef int nvmlPstates_t;  // 0 (P0, highest performance) to 15; 32 unknown
 inline constexpr nvmlPstates_t NVML_PSTATE_UNKNOWN = 32;
+inline constexpr unsigned int NVML_MAX_GPU_PERF_PSTATES = 16;
 
 // Bits of the clocks event (throttle) reasons.
+inline constexpr unsigned long long nvmlClocksEventReasonGpuIdle = 0x1ULL;
+inline constexpr unsigned long long nvmlClocksEventReasonApplicationsClocksSetting = 0x2ULL;
 inline constexpr unsigned long long nvmlClocksEventReasonSwPowerCap = 0x4ULL;
+inline constexpr unsigned long long nvmlClocksEventReasonHwSlowdown = 0x8ULL;
+inline constexpr unsigned long long nvmlClocksEventReasonSyncBoost = 0x10ULL;
 inline constexpr unsigned long long nvmlClocksEventReasonSwThermalSlowdown = 0x20ULL;
 inline constexpr unsigned long long nvmlClocksEventReasonHwThermalSlowdown = 0x40ULL;
+inline constexpr unsigned long long nvmlClocksEventReasonHwPowerBrakeSlowdown = 0x80ULL;
+inline constexpr unsigned long long nvmlClocksEventReasonDisplayClockSetting = 0x100ULL;
 
 struct nvmlFanSpeedInfo_t {
     unsigned int version;  // nvmlFanSpeedInfo_v1
@@ -168,6 +175,14 @@ extern "C" nvmlReturn_t nvmlDeviceGetMemClkVfOffset(nvmlDevice_t device, int* of
 extern "C" nvmlReturn_t nvmlDeviceSetApplicationsClocks(nvmlDevice_t device, unsigned int memClockMHz,
                                              unsigned int graphicsClockMHz);
 extern "C" nvmlReturn_t nvmlDeviceGetPerformanceState(nvmlDevice_t device, nvmlPstates_t* pState);
+// The P-states the GPU has, best first. size is the room in bytes; entries past the last state read
+// NVML_PSTATE_UNKNOWN. NVML_ERROR_INSUFFICIENT_SIZE when the list does not fit.
+extern "C" nvmlReturn_t nvmlDeviceGetSupportedPerformanceStates(nvmlDevice_t device, nvmlPstates_t* pstates,
+                                                                unsigned int size);
+// The lowest and highest clock of one domain in one P-state.
+extern "C" nvmlReturn_t nvmlDeviceGetMinMaxClockOfPState(nvmlDevice_t device, nvmlClockType_t type,
+                                                         nvmlPstates_t pstate, unsigned int* minClockMHz,
+                                                         unsigned int* maxClockMHz);
 extern "C" nvmlReturn_t nvmlDeviceGetCurrentClocksEventReasons(nvmlDevice_t device, unsigned long long* reasons);
 extern "C" nvmlReturn_t nvmlDeviceGetCurrentClocksThrottleReasons(nvmlDevice_t device, unsigned long long* reasons);
 
@@ -179,6 +194,8 @@ extern "C" nvmlReturn_t nvmlDeviceGetPowerManagementDefaultLimit(nvmlDevice_t de
 extern "C" nvmlReturn_t nvmlDeviceGetPowerManagementLimitConstraints(nvmlDevice_t device, unsigned int* minLimit,
                                                           unsigned int* maxLimit);
 extern "C" nvmlReturn_t nvmlDeviceSetPowerManagementLimit(nvmlDevice_t device, unsigned int limit);  // needs root
+// Energy the GPU drew since the driver was last loaded, in millijoules.
+extern "C" nvmlReturn_t nvmlDeviceGetTotalEnergyConsumption(nvmlDevice_t device, unsigned long long* energy);
 
 // Processes with a graphics context on the GPU. infoCount: in, room in infos; out, entries written (or needed).
 extern "C" nvmlReturn_t nvmlDeviceGetGraphicsRunningProcesses_v3(nvmlDevice_t device, unsigned int* infoCount,

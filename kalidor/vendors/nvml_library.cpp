@@ -56,6 +56,8 @@ bool NvmlLibrary::load(const std::string& path) {
     bind(l, deviceGetMemClkVfOffset, {"nvmlDeviceGetMemClkVfOffset"});
     bind(l, deviceSetApplicationsClocks, {"nvmlDeviceSetApplicationsClocks"});
     bind(l, deviceGetPerformanceState, {"nvmlDeviceGetPerformanceState"});
+    bind(l, deviceGetSupportedPerformanceStates, {"nvmlDeviceGetSupportedPerformanceStates"});
+    bind(l, deviceGetMinMaxClockOfPState, {"nvmlDeviceGetMinMaxClockOfPState"});
     bind(l, deviceGetClocksEventReasons,
          {"nvmlDeviceGetCurrentClocksEventReasons", "nvmlDeviceGetCurrentClocksThrottleReasons"});
     bind(l, deviceGetPowerUsage, {"nvmlDeviceGetPowerUsage"});
@@ -64,6 +66,7 @@ bool NvmlLibrary::load(const std::string& path) {
     bind(l, deviceGetPowerManagementDefaultLimit, {"nvmlDeviceGetPowerManagementDefaultLimit"});
     bind(l, deviceGetPowerManagementLimitConstraints, {"nvmlDeviceGetPowerManagementLimitConstraints"});
     bind(l, deviceSetPowerManagementLimit, {"nvmlDeviceSetPowerManagementLimit"});
+    bind(l, deviceGetTotalEnergyConsumption, {"nvmlDeviceGetTotalEnergyConsumption"});
     bind(l, deviceGetGraphicsRunningProcesses,
          {"nvmlDeviceGetGraphicsRunningProcesses_v3", "nvmlDeviceGetGraphicsRunningProcesses_v2"});
     bind(l, deviceGetGraphicsRunningProcessesV1, {"nvmlDeviceGetGraphicsRunningProcesses"});

@@ -57,6 +57,9 @@ public:
     decltype(&nvmlDeviceGetMemClkVfOffset) deviceGetMemClkVfOffset = nullptr;
     decltype(&nvmlDeviceSetApplicationsClocks) deviceSetApplicationsClocks = nullptr;
     decltype(&nvmlDeviceGetPerformanceState) deviceGetPerformanceState = nullptr;
+    // Recent libraries only: the P-state list and each state's clock range.
+    decltype(&nvmlDeviceGetSupportedPerformanceStates) deviceGetSupportedPerformanceStates = nullptr;
+    decltype(&nvmlDeviceGetMinMaxClockOfPState) deviceGetMinMaxClockOfPState = nullptr;
     // The clocks event reasons, or the older throttle-reasons call of the same shape.
     decltype(&nvmlDeviceGetCurrentClocksEventReasons) deviceGetClocksEventReasons = nullptr;
     decltype(&nvmlDeviceGetPowerUsage) deviceGetPowerUsage = nullptr;
@@ -65,6 +68,7 @@ public:
     decltype(&nvmlDeviceGetPowerManagementDefaultLimit) deviceGetPowerManagementDefaultLimit = nullptr;
     decltype(&nvmlDeviceGetPowerManagementLimitConstraints) deviceGetPowerManagementLimitConstraints = nullptr;
     decltype(&nvmlDeviceSetPowerManagementLimit) deviceSetPowerManagementLimit = nullptr;
+    decltype(&nvmlDeviceGetTotalEnergyConsumption) deviceGetTotalEnergyConsumption = nullptr;  // Volta and later
     // _v3 or _v2; when neither is there, the first form with its shorter entries.
     decltype(&nvmlDeviceGetGraphicsRunningProcesses_v3) deviceGetGraphicsRunningProcesses = nullptr;
     decltype(&nvmlDeviceGetGraphicsRunningProcesses) deviceGetGraphicsRunningProcessesV1 = nullptr;

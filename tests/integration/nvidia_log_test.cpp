@@ -29,6 +29,9 @@ constexpr const char* kTwoNvidiaGpus =
     "gpu 0 app_gfx 1006\n"
     "gpu 0 app_mem 3004\n"
     "gpu 0 pstate 8\n"
+    "gpu 0 pstates 0,8\n"
+    "gpu 0 pstate_clocks 0 324 1110 3004 3004\n"
+    "gpu 0 pstate_clocks 8 324 705 324 810\n"
     "gpu 0 limit 200000\n"
     "gpu 0 default_limit 250000\n"
     "gpu 0 min_limit 100000\n"
@@ -38,6 +41,8 @@ constexpr const char* kTwoNvidiaGpus =
     "gpu 1 name NVIDIA Prototype\n"
     "gpu 1 max_gfx 1500\n"
     "gpu 1 max_mem 5000\n"
+    "gpu 1 clock_gfx 1500\n"
+    "gpu 1 clock_mem 5000\n"
     "gpu 1 pstate 0\n"
     "gpu 1 fail DeviceGetDefaultApplicationsClock\n"
     "gpu 1 fail DeviceGetClock\n"
@@ -111,7 +116,8 @@ TEST(NvidiaLog, GpuBlockShowsTheDriversClocksPowerStatesAndFan) {
     EXPECT_TRUE(has(first, "----> GPU base clock: 1006 MHz, boost clock: 1110 MHz, memory: 3004 Mhz"));
     EXPECT_TRUE(has(first, "----> GPU power target: 80 % TDP, min: 40 % TDP, max: 140 % TDP"));
     EXPECT_TRUE(has(first, "----> PState 0, GPU clock 1110 MHz, memory clock: 3004 MHz, VDDC: 0.000V:"));
-    EXPECT_TRUE(has(first, "----> PState 8, GPU clock 405 MHz, memory clock: 810 MHz, VDDC: 0.000V:"));
+    // Each P-state of the driver's list at its highest clocks.
+    EXPECT_TRUE(has(first, "----> PState 8, GPU clock 705 MHz, memory clock: 810 MHz, VDDC: 0.000V:"));
     EXPECT_TRUE(has(first, "----> Fan speed: 35% / 1500 RPM"));
 
     // Without default clocks and power limit the two NVIDIA lines are left out; the fan line too.
@@ -122,7 +128,11 @@ TEST(NvidiaLog, GpuBlockShowsTheDriversClocksPowerStatesAndFan) {
     EXPECT_FALSE(hasPrefix(second, "----> GPU base clock:"));
     EXPECT_FALSE(hasPrefix(second, "----> GPU power target:"));
     EXPECT_FALSE(hasPrefix(second, "----> Fan speed:"));
+    // No P-state list: the current state alone, at its current clocks.
     EXPECT_TRUE(has(second, "----> PState 0, GPU clock 1500 MHz, memory clock: 5000 MHz, VDDC: 0.000V:"));
+    EXPECT_EQ(std::count_if(second.begin(), second.end(),
+                            [](const std::string& m) { return m.rfind("----> PState ", 0) == 0; }),
+              1);
 
     // A display device that is not NVIDIA's follows and gets none of the NVIDIA lines.
     for (int number = 3; !linesOfGpu(block, number).empty(); ++number) {

@@ -52,7 +52,7 @@ TEST(SubmissionFactsFromSnapshot, NvidiaTablesGoAsPairsAndEachGpuSendsItsOwnFigu
     nvidia.nvidia.minPowerTargetPercent = 28.0f;
     nvidia.nvidia.maxPowerTargetPercent = 114.0f;
     nvidia.nvidia.defaultPowerTargetPercent = 100.0f;
-    nvidia.perfLevels.push_back(PerfLevelFacts{8, 210.0f, 405.0f, 0.0f, 0.65f});
+    nvidia.perfLevels.push_back(PerfLevelFacts{8, 210.0f, 405.0f, 0.0f, 0.65f, 210.0f, 405.0f});
 
     const SubmissionFacts f = submissionFactsFrom(m, {});
     EXPECT_EQ(f.gpus[0].biosVersion, "own BIOS");

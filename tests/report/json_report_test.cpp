@@ -29,7 +29,13 @@ TEST(JsonReport, CarriesTheSnapshotsValuesWithTheirTypes) {
     EXPECT_EQ(g["name"], *s.gpus[0].name);
     EXPECT_EQ(g["memory_bus_width_bits"], 256);
     EXPECT_EQ(g["boost_clock_mhz"], 1058.5);
-    EXPECT_EQ(g["performance_levels"][0]["vddc_volts"], 1.175);  // the float's shortest decimal
+    // A P-state's clocks are its highest, its lowest beside them; NVIDIA's driver gives no voltage, so the
+    // level's 0 V (1.175 here) is unknown.
+    const json& p0 = g["performance_levels"][0];
+    EXPECT_EQ(p0["gpu_clock_mhz"], 1006.0);
+    EXPECT_EQ(p0["min_gpu_clock_mhz"], double(*s.gpus[0].perfLevels[0].minGpuClockMhz));
+    EXPECT_EQ(p0["min_memory_clock_mhz"], double(*s.gpus[0].perfLevels[0].minMemClockMhz));
+    EXPECT_TRUE(p0["vddc_volts"].is_null());
     EXPECT_EQ(g["live"]["fan_rpm"], 1170.0);
     EXPECT_EQ(j["driver"]["nvidia_driver_version"], 53518);
 
@@ -64,6 +70,11 @@ TEST(JsonReport, AbsentValuesAreNullNeverZero) {
     for (const char* key : {"fan_percent", "fan_rpm", "gpu_load_percent", "current_pstate", "vrm_temperature_c"})
         EXPECT_TRUE(g["live"][key].is_null()) << key;
     EXPECT_EQ(g["live"]["core_temperature_c"], 38.0);
+    // AMD levels have a voltage and no clock range.
+    const json& level = g["performance_levels"][1];
+    EXPECT_EQ(level["vddc_volts"], 1.15);  // the float's shortest decimal
+    EXPECT_TRUE(level["min_gpu_clock_mhz"].is_null());
+    EXPECT_TRUE(level["min_memory_clock_mhz"].is_null());
     EXPECT_TRUE(amd["opencl"]["platforms"][0]["devices"][0]["nv_warp_size"].is_null());
     EXPECT_TRUE(amd["system"]["installed_memory_mb"].is_null());
     EXPECT_TRUE(amd["system"]["physx_version"].is_null());

@@ -157,7 +157,8 @@ ReportSnapshot nvidiaMachine() {
     g.nvidia.powerTargetPercent = 100.0f;
     g.nvidia.minPowerTargetPercent = 32.0f;
     g.nvidia.maxPowerTargetPercent = 132.0f;
-    g.perfLevels = {{0, 1006.0f, 3004.0f, 0.0f, 1.175f}, {8, 324.0f, 162.0f, 0.0f, 0.987f}};
+    g.perfLevels = {{0, 1006.0f, 3004.0f, 0.0f, 1.175f, 324.0f, 3004.0f},
+                    {8, 324.0f, 162.0f, 0.0f, 0.987f, 324.0f, 162.0f}};
     g.live.coreTemperatureC = 41.0f;
     g.live.fanPercent = 30.0f;
     g.live.fanRpm = 1170.0f;
@@ -216,7 +217,8 @@ ReportSnapshot amdMachineWithoutCatalyst() {
     g.nvidia.baseClockMhz = 1257.0f;  // not NVIDIA: these never make a gtx600 element
     g.nvidia.boostClockMhz = 1340.0f;
     g.nvidia.powerTargetPercent = 100.0f;
-    g.perfLevels = {{0, 300.0f, 300.0f, 0.0f, 0.75f}, {1, 1340.0f, 2000.0f, 0.0f, 1.15f}};
+    g.perfLevels = {{0, 300.0f, 300.0f, 0.0f, 0.75f, std::nullopt, std::nullopt},
+                    {1, 1340.0f, 2000.0f, 0.0f, 1.15f, std::nullopt, std::nullopt}};
     g.live.coreTemperatureC = 38.0f;
     s.gpus.push_back(g);
     fillOpenGl(s.gl, "AMD", "AMD Radeon RX 580 Series (radeonsi, polaris10, LLVM 15.0.6, DRM 3.49)",

@@ -18,7 +18,8 @@ public:
     ThreeVendorMachine()
         : m_nvml("driver 550.54.15\n"
                  "gpu 0 pci_device 0x118010DE\ngpu 0 pci_subsystem 0x096910DE\ngpu 0 bus 1\n"
-                 "gpu 0 power 150000\ngpu 0 enforced 300000\ngpu 0 pcie_width 16\ngpu 0 fan 35\ngpu 0 temp 45\n") {
+                 "gpu 0 power 150000\ngpu 0 enforced 300000\ngpu 0 default_limit 300000\n"
+                 "gpu 0 pcie_width 16\ngpu 0 fan 35\ngpu 0 temp 45\n") {
         SysfsTree::Device intel = SysfsTree::gpu("0000:00:02.0", 0x8086, 0x9A49, "i915");
         intel.bootVga = true;
         intel.drmCard = "card1";

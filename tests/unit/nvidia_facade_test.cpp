@@ -18,6 +18,7 @@ using namespace Kalidornm;
 class NvidiaFacade : public ::testing::Test {
 protected:
     void start(const std::string& settings, const std::string& variant = "full") {
+        m_machine.reset();  // its file and setting go before the next machine's arrive
         m_machine = std::make_unique<FakeNvmlMachine>(settings);
         library = Kalidor::getInstance();
         ASSERT_NE(library, nullptr);
@@ -76,12 +77,15 @@ TEST_F(NvidiaFacade, LiveReadsGiveTheDriversValuesInTheirUnits) {
     EXPECT_FLOAT_EQ(shaderMhz, -7.0f);  // neither reported by the driver
     EXPECT_FLOAT_EQ(volts, -7.0f);
 
+    // The fake lists no P-states: the table is the current state alone, at its current clocks, with no range.
     uint32_t id = 99;
-    ASSERT_TRUE(library->readGpuPerfLevel(0, 1, &id, &gpuMhz, &memMhz, nullptr, &volts));
+    ASSERT_EQ(library->getGpuPerfLevelCount(0), 1u);
+    ASSERT_TRUE(library->readGpuPerfLevel(0, 0, &id, &gpuMhz, &memMhz, nullptr, &volts));
     EXPECT_EQ(id, 8u);
     EXPECT_FLOAT_EQ(gpuMhz, 405.0f);
     EXPECT_FLOAT_EQ(volts, 0.0f);
-    EXPECT_FALSE(library->readGpuPerfLevel(0, 2, &id, nullptr, nullptr, nullptr, nullptr));
+    EXPECT_FALSE(library->getGpuPerfLevelMinClocks(0, 0, &gpuMhz, &memMhz));
+    EXPECT_FALSE(library->readGpuPerfLevel(0, 1, &id, nullptr, nullptr, nullptr, nullptr));
 
     const std::pair<uint32_t, std::pair<float, float>> clockTypes[] = {
         {0, {405, 810}}, {1, {1006, 3004}}, {2, {1110, 3004}}, {3, {405, 810}}};
@@ -99,7 +103,7 @@ TEST_F(NvidiaFacade, LiveReadsGiveTheDriversValuesInTheirUnits) {
 
     uint32_t mw = 0;
     ASSERT_TRUE(library->readGpuPowerUsage(0, &percent, &mw));
-    EXPECT_FLOAT_EQ(percent, 50.0f);  // 150 W of the 300 W enforced limit
+    EXPECT_FLOAT_EQ(percent, 60.0f);  // 150 W of the 250 W default limit, not of the 300 W enforced one
     EXPECT_EQ(mw, 150000u);
     ASSERT_TRUE(library->readGpuPowerTarget(0, &percent, &mw));
     EXPECT_FLOAT_EQ(percent, 80.0f);  // 200 W limit against the 250 W default
@@ -211,6 +215,109 @@ TEST_F(NvidiaFacade, OnlyTheDriversOwnRecordsAreRead) {
     EXPECT_FLOAT_EQ(percent, -3.0f);
     EXPECT_EQ(mw, 5u);
     EXPECT_TRUE(library->readGpuPowerUsage(0, &percent, &mw));
+}
+
+// The GTX 680 with the driver's P-state list in an order of its own: P12 has no clock range, P5's range is
+// upside down; both are left out.
+std::string gtx680WithPstates() {
+    return std::string(kBusyGtx680) +
+           "gpu 0 pstates 8,0,12,5\n"
+           "gpu 0 pstate_clocks 0 324 1110 3004 3004\n"
+           "gpu 0 pstate_clocks 5 900 540 1502 1502\n"
+           "gpu 0 pstate_clocks 8 324 705 324 810\n"
+           "gpu 0 energy 7200500\n";
+}
+
+TEST_F(NvidiaFacade, PstatesComeFromTheDriversListAtTheirHighestClocks) {
+    start(gtx680WithPstates());
+    ASSERT_EQ(library->getGpuPerfLevelCount(0), 2u);
+    const struct {
+        uint32_t id;
+        float minGpu, maxGpu, minMem, maxMem;
+    } expected[] = {{0, 324, 1110, 3004, 3004}, {8, 324, 705, 324, 810}};
+    for (uint32_t level = 0; level < 2; ++level) {
+        uint32_t id = 99;
+        float gpuMhz = -1, memMhz = -1, volts = -1, minGpu = -1, minMem = -1;
+        ASSERT_TRUE(library->readGpuPerfLevel(0, level, &id, &gpuMhz, &memMhz, nullptr, &volts));
+        ASSERT_TRUE(library->getGpuPerfLevelMinClocks(0, level, &minGpu, &minMem));
+        EXPECT_EQ(id, expected[level].id);
+        EXPECT_FLOAT_EQ(gpuMhz, expected[level].maxGpu);
+        EXPECT_FLOAT_EQ(memMhz, expected[level].maxMem);
+        EXPECT_FLOAT_EQ(minGpu, expected[level].minGpu);
+        EXPECT_FLOAT_EQ(minMem, expected[level].minMem);
+        EXPECT_FLOAT_EQ(volts, 0.0f);  // the driver gives no voltage
+    }
+}
+
+// A library without the P-state list, or one whose list does not fit the room every P-state fits in, or one
+// whose ranges all fail, gives the current state alone.
+TEST_F(NvidiaFacade, WithoutTheDriversPstatesOnlyTheCurrentStateIsShown) {
+    const std::string tooLong = std::string(kBusyGtx680) + "gpu 0 pstates 0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,8\n" +
+                                "gpu 0 pstate_clocks 0 324 1110 3004 3004\n";
+    const std::pair<std::string, std::string> machines[] = {
+        {gtx680WithPstates(), "legacy"},
+        {tooLong, "full"},
+        {gtx680WithPstates() + "gpu 0 fail DeviceGetMinMaxClockOfPState\n", "full"},
+        {gtx680WithPstates() + "gpu 0 fail DeviceGetSupportedPerformanceStates\n", "full"},
+    };
+    for (const auto& [settings, variant] : machines) {
+        start(settings, variant);
+        ASSERT_EQ(library->getGpuPerfLevelCount(0), 1u) << settings;
+        uint32_t id = 99;
+        float gpuMhz = -1, memMhz = -1;
+        ASSERT_TRUE(library->readGpuPerfLevel(0, 0, &id, &gpuMhz, &memMhz, nullptr, nullptr));
+        EXPECT_EQ(id, 8u);
+        EXPECT_FLOAT_EQ(gpuMhz, 405.0f);
+        EXPECT_FLOAT_EQ(memMhz, 810.0f);
+        EXPECT_FALSE(library->getGpuPerfLevelMinClocks(0, 0, nullptr, nullptr));
+        TearDown();
+    }
+}
+
+TEST_F(NvidiaFacade, MoreLiveValuesInTheirUnits) {
+    start(gtx680WithPstates());
+    LiveSample sample;
+    sample.coreTemperatureC = 45.0f;  // as the temperature read of the same refresh left them
+    sample.memoryTemperatureC = 60.0f;
+    library->readGpuMoreLive(0, sample);
+    ASSERT_EQ(sample.temperaturesC.size(), 2u);
+    EXPECT_EQ(sample.temperaturesC[0].name, "edge");
+    EXPECT_FLOAT_EQ(sample.temperaturesC[0].value, 45.0f);
+    EXPECT_EQ(sample.temperaturesC[1].name, "memory");
+    EXPECT_FLOAT_EQ(sample.temperaturesC[1].value, 60.0f);
+    EXPECT_FLOAT_EQ(sample.powerWatts.value_or(-1), 150000 / 1000.0f);   // power, mW
+    EXPECT_FLOAT_EQ(sample.powerLimitWatts.value_or(-1), 300000 / 1000.0f);  // enforced, mW
+    EXPECT_DOUBLE_EQ(sample.energyJoules.value_or(-1), 7200500 / 1000.0);   // energy, mJ
+    EXPECT_EQ(sample.memoryTotalMb.value_or(0), 2048u);
+    EXPECT_EQ(sample.memoryUsedMb.value_or(0), 2048u - 512u);  // memory_mb less free_mb
+    // reasons 0x24: the software power cap (bit 2) and the software thermal slowdown (bit 5).
+    EXPECT_EQ(sample.throttleReasons, (std::vector<std::string>{"sw_power_cap", "sw_thermal_slowdown"}));
+    EXPECT_FALSE(sample.requestedGpuClockMhz);
+    EXPECT_TRUE(sample.voltagesV.empty());  // the driver gives no voltage
+
+    TearDown();
+    start(gtx680WithPstates(), "legacy");
+    LiveSample old;
+    library->readGpuMoreLive(0, old);
+    EXPECT_FALSE(old.energyJoules);  // no energy counter in an old library
+    EXPECT_TRUE(old.powerWatts && old.memoryTotalMb);
+    EXPECT_EQ(old.throttleReasons.size(), 2u);  // through the older throttle-reasons call
+    EXPECT_TRUE(old.temperaturesC.empty());  // nothing read this refresh
+}
+
+TEST_F(NvidiaFacade, EveryThrottleBitHasOneName) {
+    start(std::string(kBusyGtx680) + "gpu 0 reasons 0x1FF\n");
+    LiveSample sample;
+    library->readGpuMoreLive(0, sample);
+    EXPECT_EQ(sample.throttleReasons,
+              (std::vector<std::string>{"gpu_idle", "applications_clocks_setting", "sw_power_cap", "hw_slowdown",
+                                        "sync_boost", "sw_thermal_slowdown", "hw_thermal_slowdown",
+                                        "hw_power_brake_slowdown", "display_clock_setting"}));
+    TearDown();
+    start(std::string(kBusyGtx680) + "gpu 0 reasons 0x8000000000000200\n");  // bits without a name
+    LiveSample none;
+    library->readGpuMoreLive(0, none);
+    EXPECT_TRUE(none.throttleReasons.empty());
 }
 
 TEST_F(NvidiaFacade, NoDriverLeavesTheBlockEmpty) {

@@ -2,10 +2,13 @@
 
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <string>
+#include <vector>
 
 #include "tests/unit/fake_nvml_machine.h"
 #include "kalidor/hardware_caps.h"
+#include "kalidor/vendors/nvidia_pstates.h"
 #include "kalidor/vendors/nvidia_reader.h"
 
 namespace {
@@ -38,34 +41,39 @@ TEST(NvidiaDriverVersion, NumberTextAndBranchComeFromTheMajorAndMinorVersion) {
     EXPECT_STREQ(branch, "");
 }
 
-TEST(NvidiaPerfLevels, P0AtTheMaximumClocksThenTheCurrentState) {
-    PerfLevel levels[2];
-    NvidiaClockSnapshot idle;
-    idle.currentPstate = 8, idle.currentGpuMhz = 405, idle.currentMemMhz = 810;
-    idle.maxGpuMhz = 1110, idle.maxMemMhz = 3004;
-    ASSERT_EQ(buildNvidiaPerfLevels(idle, levels), 2u);
-    EXPECT_EQ(levels[0].id, 0u);
-    EXPECT_FLOAT_EQ(levels[0].gpuClockMhz, 1110.0f);
-    EXPECT_FLOAT_EQ(levels[0].memClockMhz, 3004.0f);
-    EXPECT_EQ(levels[1].id, 8u);
-    EXPECT_FLOAT_EQ(levels[1].gpuClockMhz, 405.0f);
-    EXPECT_FLOAT_EQ(levels[1].memClockMhz, 810.0f);
-    EXPECT_FLOAT_EQ(levels[1].vddcVolts, 0.0f);
+TEST(NvidiaPstates, TheDriversListGivesEachRealStateOnceInAscendingOrder) {
+    const nvmlPstates_t listed[] = {8, 0, NVML_PSTATE_UNKNOWN, 5, 8, 16, -1, 2, NVML_PSTATE_UNKNOWN};
+    EXPECT_EQ(nvidiaPstateIds(listed, std::size(listed)), (std::vector<uint32_t>{0, 2, 5, 8}));
+    EXPECT_EQ(nvidiaPstateIds(listed, 2), (std::vector<uint32_t>{0, 8}));  // nothing past the count is read
+    EXPECT_TRUE(nvidiaPstateIds(nullptr, 16).empty());
+}
 
-    NvidiaClockSnapshot busy = idle;
-    busy.currentPstate = 0;
-    ASSERT_EQ(buildNvidiaPerfLevels(busy, levels), 1u);
-    EXPECT_FLOAT_EQ(levels[0].gpuClockMhz, 1110.0f);
+TEST(NvidiaPstates, LevelsTakeEachStatesHighestClocksElseTheCurrentStateAlone) {
+    NvidiaPstateReadings readings;
+    readings.states = {{0, 210, 2100, 9751, 9751}, {8, 210, 1695, 405, 810}};
+    readings.currentPstate = 8, readings.currentGpuMhz = 300, readings.currentMemMhz = 405;
+    std::vector<PerfLevel> levels = buildNvidiaPerfLevels(readings);
+    ASSERT_EQ(levels.size(), 2u);
+    for (size_t i = 0; i < levels.size(); ++i) {
+        const NvidiaPstateClocks& state = readings.states[i];
+        EXPECT_EQ(levels[i].id, state.id);
+        EXPECT_FLOAT_EQ(levels[i].gpuClockMhz, float(state.maxGpuMhz));
+        EXPECT_FLOAT_EQ(levels[i].memClockMhz, float(state.maxMemMhz));
+        EXPECT_FLOAT_EQ(levels[i].minGpuClockMhz.value_or(-1), float(state.minGpuMhz));
+        EXPECT_FLOAT_EQ(levels[i].minMemClockMhz.value_or(-1), float(state.minMemMhz));
+        EXPECT_FLOAT_EQ(levels[i].vddcVolts, 0.0f);
+    }
 
-    NvidiaClockSnapshot noMaximum = busy;
-    noMaximum.maxGpuMhz = noMaximum.maxMemMhz = 0;
-    ASSERT_EQ(buildNvidiaPerfLevels(noMaximum, levels), 1u);
-    EXPECT_FLOAT_EQ(levels[0].gpuClockMhz, 405.0f);
+    readings.states.clear();
+    levels = buildNvidiaPerfLevels(readings);
+    ASSERT_EQ(levels.size(), 1u);
+    EXPECT_EQ(levels[0].id, 8u);
+    EXPECT_FLOAT_EQ(levels[0].gpuClockMhz, 300.0f);
+    EXPECT_FLOAT_EQ(levels[0].memClockMhz, 405.0f);
+    EXPECT_FALSE(levels[0].minGpuClockMhz || levels[0].minMemClockMhz);
 
-    NvidiaClockSnapshot unknownState = idle;
-    unknownState.currentPstate = NvidiaClockSnapshot::kUnknownPstate;
-    EXPECT_EQ(buildNvidiaPerfLevels(unknownState, levels), 1u);
-    EXPECT_EQ(buildNvidiaPerfLevels(NvidiaClockSnapshot{}, levels), 0u);
+    readings.currentPstate = NvidiaPstateReadings::kUnknownPstate;
+    EXPECT_TRUE(buildNvidiaPerfLevels(readings).empty());
 }
 
 // The NVIDIA backend with the others of the table, run as start-up runs them, on a machine whose PCI bus is

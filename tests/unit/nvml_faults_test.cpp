@@ -20,6 +20,16 @@ public:
     ~NvmlFault() { ::unsetenv("FAKE_NVML_FAULT"); }
 };
 
+// The values beyond the classic reads, none of which a misbehaving driver may fill.
+void expectNothingMoreLive(Kalidor& library) {
+    LiveSample sample;
+    library.readGpuMoreLive(0, sample);
+    EXPECT_TRUE(sample.temperaturesC.empty());
+    EXPECT_FALSE(sample.powerWatts || sample.powerLimitWatts || sample.energyJoules);
+    EXPECT_FALSE(sample.memoryUsedMb || sample.memoryTotalMb);
+    EXPECT_TRUE(sample.throttleReasons.empty());
+}
+
 // One NVIDIA GPU on bus 1 with every value answering; a device id the GPU database has or has not.
 class OneNvidiaGpu {
 public:
@@ -32,7 +42,9 @@ public:
                  "gpu 0 clock_mem 7000\ngpu 0 max_gfx 1900\ngpu 0 max_mem 7000\ngpu 0 app_gfx 1600\n"
                  "gpu 0 app_mem 7000\ngpu 0 pstate 2\ngpu 0 power 120000\ngpu 0 enforced 200000\n"
                  "gpu 0 limit 200000\ngpu 0 default_limit 200000\ngpu 0 min_limit 100000\n"
-                 "gpu 0 max_limit 250000\ngpu 0 gpc_offset 10\ngpu 0 mem_offset 20\ngpu 0 pids 1,2\n") {
+                 "gpu 0 max_limit 250000\ngpu 0 gpc_offset 10\ngpu 0 mem_offset 20\ngpu 0 pids 1,2\n"
+                 "gpu 0 energy 5000000\ngpu 0 pstates 0,2\ngpu 0 pstate_clocks 0 300 1900 7000 7000\n"
+                 "gpu 0 pstate_clocks 2 300 1900 6500 7000\n") {
         m_tree.addDevice(SysfsTree::gpu("0000:01:00.0", 0x10DE, deviceId, "nvidia"));
     }
     FixtureMachineSources sources() const { return {m_tree.root(), m_nvml.path()}; }
@@ -100,6 +112,8 @@ TEST(NvmlFaults, ErrorsFromEveryCallLeaveTheRecordFromThePciLayerAndNoReading) {
     EXPECT_EQ(reads.answered, 0);
     EXPECT_FALSE(reads.outputsTouched);
     EXPECT_EQ(library.queryActive3DApps(0), 0u);
+    EXPECT_EQ(library.getGpuPerfLevelCount(0), 0u);
+    expectNothingMoreLive(library);
 }
 
 // Regression: 0xFFFFFFFF MHz and other "not available" answers were taken as readings and printed as -1MHz.
@@ -118,6 +132,23 @@ TEST(NvmlFaults, LargestValuesOfTheirTypeAreNoReadings) {
     // Only the limiter bits and the board id answer: they are no quantities.
     EXPECT_EQ(readEveryLiveValue(library, 0).answered, 2);
     EXPECT_FALSE(library.setGpuPowerTarget(0, 90.0f));
+    expectNothingMoreLive(library);  // the throttle reasons of the machine are none
+}
+
+// The P-state list filling all the room it is given, its states repeated among states no GPU has: each real
+// state once, in order.
+TEST(NvmlFaults, APstateListWithoutEndGivesEachStateOnce) {
+    OneNvidiaGpu machine(0x1180);
+    NvmlFault fault("huge_count");
+    FixtureLibrary started(machine.sources());
+    Kalidor& library = started.library();
+    ASSERT_EQ(library.getGpuCount(), 1u);
+    ASSERT_EQ(library.getGpuPerfLevelCount(0), 2u);
+    uint32_t first = 99, second = 99;
+    ASSERT_TRUE(library.readGpuPerfLevel(0, 0, &first, nullptr, nullptr, nullptr, nullptr));
+    ASSERT_TRUE(library.readGpuPerfLevel(0, 1, &second, nullptr, nullptr, nullptr, nullptr));
+    EXPECT_EQ(first, 0u);
+    EXPECT_EQ(second, 2u);
 }
 
 // A machine whose bus shows no NVIDIA GPU lists the driver's own GPUs, whatever count the driver claims.

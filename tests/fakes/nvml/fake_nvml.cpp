@@ -8,11 +8,15 @@
 // Keys: pci_device, pci_subsystem, domain, bus (the GPU sits at device 0, function 0), name (rest of line), memory_mb, free_mb, vbios, cores, bus_width,
 // pcie_width, irq, board_id, temp, mem_temp, fan, rpm, util_gpu, util_mem, decoder, clock_gfx, clock_mem,
 // max_gfx, max_mem, app_gfx, app_mem, pstate, power, enforced, limit, default_limit, min_limit, max_limit,
-// reasons, gpc_offset, mem_offset, pids (comma separated).
+// reasons, gpc_offset, mem_offset, pids (comma separated), energy (mJ), pstates (the supported P-states, comma
+// separated, in the driver's order), pstate_clocks (one P-state's clock ranges: "<state> <graphics min> <graphics
+// max> <memory min> <memory max>", MHz; a listed state without a line answers "not supported").
 // FAKE_NVML_FAULT makes the library misbehave as a broken driver might:
 //   errors         every call after init and the handle lookups fails, after scribbling over its outputs
 //   zero_count     no GPU in the list and no process on a GPU
-//   huge_count     0xFFFFFFFF GPUs in the list (the index lookups cycle through the real ones) and processes
+//   huge_count     0xFFFFFFFF GPUs in the list (the index lookups cycle through the real ones) and processes;
+//                  a P-state list that fills the caller's whole room, repeating the GPU's states among
+//                  states that do not exist
 //   unterminated   every text fills the caller's whole buffer with no terminator
 //   long_strings   every text is as long as the caller's buffer allows
 //   special_chars  names, VBIOS and driver texts full of quotes, markup, format specifiers and UTF-8
@@ -21,12 +25,14 @@
 // With FAKE_NVML_CALL_LOG naming a file, every call is appended to it as "<bus id> <call>", "-" for calls
 // that name no GPU, so a test can see which GPUs were asked.
 // Built three ways: the full library; FAKE_NVML_LEGACY, an old library with only the first versions of the
-// calls, none of the newer optional ones and no way to ask for a GPU by bus id; FAKE_NVML_BROKEN, missing a
+// calls, none of the newer optional ones (the P-state list and ranges, the energy counter among them) and no
+// way to ask for a GPU by bus id; FAKE_NVML_BROKEN, missing a
 // call every library has.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <map>
 #include <set>
 #include <string>
 #include <type_traits>
@@ -46,6 +52,12 @@ struct nvmlDevice_st {
     unsigned long long reasons = 0;
     int gpcOffset = 0, memOffset = 0;
     std::vector<unsigned int> pids;
+    unsigned long long energy = 0;
+    std::vector<int> pstates;
+    struct ClockRange {
+        unsigned int minGfx = 0, maxGfx = 0, minMem = 0, maxMem = 0;
+    };
+    std::map<int, ClockRange> pstateClocks;
     std::set<std::string> failing;
 };
 
@@ -118,6 +130,20 @@ void setValue(nvmlDevice_st& g, const std::string& key, const char* v) {
     else if (key == "gpc_offset") g.gpcOffset = int(std::strtol(v, nullptr, 0));
     else if (key == "mem_offset") g.memOffset = int(std::strtol(v, nullptr, 0));
     else if (key == "fail") g.failing.insert(v);
+    else if (key == "energy") g.energy = std::strtoull(v, nullptr, 0);
+    else if (key == "pstate_clocks") {
+        int state = 0;
+        nvmlDevice_st::ClockRange range;
+        if (std::sscanf(v, "%d %u %u %u %u", &state, &range.minGfx, &range.maxGfx, &range.minMem, &range.maxMem) == 5)
+            g.pstateClocks[state] = range;
+    } else if (key == "pstates")
+        for (const char* p = v; *p;) {
+            char* end = nullptr;
+            const long state = std::strtol(p, &end, 10);
+            if (end == p) break;
+            g.pstates.push_back(int(state));
+            p = *end == ',' ? end + 1 : end;
+        }
     else if (key == "pids")
         for (const char* p = v; *p;) {
             char* end = nullptr;
@@ -335,6 +361,40 @@ nvmlReturn_t nvmlDeviceGetDecoderUtilization(nvmlDevice_t device, unsigned int* 
 nvmlReturn_t nvmlDeviceGetIrqNum(nvmlDevice_t device, unsigned int* out) { FAKE_READ("DeviceGetIrqNum", irq); }
 nvmlReturn_t nvmlDeviceGetCurrentClocksEventReasons(nvmlDevice_t device, unsigned long long* out) {
     FAKE_READ_ID("DeviceGetCurrentClocksEventReasons", reasons);
+}
+nvmlReturn_t nvmlDeviceGetSupportedPerformanceStates(nvmlDevice_t device, nvmlPstates_t* out, unsigned int size) {
+    nvmlDevice_st* g = gpu(device, "DeviceGetSupportedPerformanceStates");
+    if (!g || !out) return NVML_ERROR_NOT_SUPPORTED;
+    const size_t room = size / sizeof(nvmlPstates_t);
+    if (faulty(Fault::Errors)) {
+        for (size_t i = 0; i < room; ++i) out[i] = nvmlPstates_t(3);
+        return NVML_ERROR_UNKNOWN;
+    }
+    if (faulty(Fault::HugeCount)) {
+        // Every slot written: the GPU's states over and over, every third slot a state no GPU has.
+        for (size_t i = 0; i < room; ++i) {
+            const bool invented = i % 3 == 2 || g->pstates.empty();
+            out[i] = invented ? nvmlPstates_t(1000 + int(i)) : g->pstates[i % g->pstates.size()];
+        }
+        return NVML_SUCCESS;
+    }
+    if (g->pstates.size() > room) return NVML_ERROR_INSUFFICIENT_SIZE;
+    for (size_t i = 0; i < room; ++i) out[i] = i < g->pstates.size() ? g->pstates[i] : NVML_PSTATE_UNKNOWN;
+    return NVML_SUCCESS;
+}
+nvmlReturn_t nvmlDeviceGetMinMaxClockOfPState(nvmlDevice_t device, nvmlClockType_t type, nvmlPstates_t pstate,
+                                              unsigned int* low, unsigned int* high) {
+    nvmlDevice_st* g = gpu(device, "DeviceGetMinMaxClockOfPState");
+    if (!g || !low || !high || (type != NVML_CLOCK_GRAPHICS && type != NVML_CLOCK_MEM)) return NVML_ERROR_NOT_SUPPORTED;
+    const auto found = g->pstateClocks.find(pstate);
+    if (found == g->pstateClocks.end()) return NVML_ERROR_NOT_SUPPORTED;
+    const nvmlDevice_st::ClockRange& range = found->second;
+    const bool graphics = type == NVML_CLOCK_GRAPHICS;
+    answer(low, graphics ? range.minGfx : range.minMem);
+    return answer(high, graphics ? range.maxGfx : range.maxMem);
+}
+nvmlReturn_t nvmlDeviceGetTotalEnergyConsumption(nvmlDevice_t device, unsigned long long* out) {
+    FAKE_READ("DeviceGetTotalEnergyConsumption", energy);
 }
 nvmlReturn_t nvmlDeviceGetGraphicsRunningProcesses_v3(nvmlDevice_t d, unsigned int* n, nvmlProcessInfo_t* p) {
     return processes(d, n, p);

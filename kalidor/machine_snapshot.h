@@ -119,6 +119,10 @@ struct GpuSnapshot {
     std::optional<std::string> memoryType;
     std::optional<uint32_t> memoryBusWidthBits;
     std::optional<std::string> memoryLocation;  // "GPU dedicated", "Sys shared", "Sys dedicated"
+    std::optional<std::string> memoryMaker;     // the memory chips' vendor, where the driver tells
+    int32_t vertexPipes = 0, pixelPipes = 0;    // of GPUs before unified shaders
+    std::string displayDeviceString;            // its display device's text; empty without one
+    bool hasTemperatureSensor = false;
     NvidiaClockFacts nvidia;
     std::vector<PerfLevelFacts> perfLevels;  // the levels that could be read, in level order
     LiveSample live;
@@ -135,11 +139,14 @@ struct PrimaryDeviceFacts {
     std::optional<std::string> biosVersion;
     int32_t textureUnits = 0, ropUnits = 0, tdpWatts = 0;
     std::string displayDeviceString;  // display device 0; empty without one
+    std::optional<std::string> biosString;  // the BIOS as the display driver words it
+    uint32_t totalGpuCount = 0;             // GPUs the primary vendor's driver counts, linked ones included
 };
 
 struct DriverFacts {
     uint32_t nvDriverVersionNumber = 0;  // NVIDIA driver version x 100; 0 without the driver
     std::optional<std::string> nvDriverBranch;
+    uint32_t amdGpuCount = 0, amdCrossfireGpuCount = 0;  // 0 without the AMD driver
 };
 
 struct GlCapFacts {
@@ -159,6 +166,8 @@ struct GlExtensionFacts {
 
 struct OpenGlFacts {
     std::string vendor, renderer, version, glslVersion;  // empty without a context
+    int32_t majorVersion = 0, minorVersion = 0;
+    uint32_t extensionCount = 0;  // every extension string, GL and window system together
     int32_t arbTextureUnits = 0;
     int32_t vertexTextureUnits = 0, pixelTextureUnits = 0, geometryTextureUnits = 0;
     int32_t maxTextureSize = 0;

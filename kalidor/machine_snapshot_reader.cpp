@@ -57,6 +57,9 @@ OpenGlFacts readOpenGl(Kalidor& k) {
     gl.renderer = textOf(k.getGlRenderer());
     gl.version = textOf(k.getGlVersion());
     gl.glslVersion = textOf(k.getGlslVersion());
+    gl.majorVersion = k.getGlMajorVersion();
+    gl.minorVersion = k.getGlMinorVersion();
+    gl.extensionCount = k.getExtensionCount();
     gl.arbTextureUnits = k.getMaxTextureUnitsARB();
     gl.vertexTextureUnits = k.getMaxVertexTextureUnits();
     gl.pixelTextureUnits = k.getMaxPixelTextureUnits();
@@ -153,6 +156,12 @@ GpuSnapshot readGpu(Kalidor& k, int gpu) {
         if (busWidth != 0) g.memoryBusWidthBits = busWidth;
         if (location && *location) g.memoryLocation = location;
     }
+    char maker[64] = {};
+    if (k.getGpuRamMaker(gpu, maker) && maker[0]) g.memoryMaker = maker;
+    g.vertexPipes = k.getGpuVertexPipes(gpu);
+    g.pixelPipes = k.getGpuPixelPipes(gpu);
+    g.displayDeviceString = textOf(k.getGpuDisplayDeviceString(gpu));
+    g.hasTemperatureSensor = k.hasGpuTemperature(gpu);
     g.nvidia = readNvidiaClocks(k, gpu);
     const uint32_t levels = k.getGpuPerfLevelCount(gpu);
     for (uint32_t level = 0; level < levels; ++level) {
@@ -186,6 +195,8 @@ PrimaryDeviceFacts readPrimary(Kalidor& k) {
     p.ropUnits = k.getPrimaryRops();
     p.tdpWatts = k.getPrimaryTdp();
     p.displayDeviceString = textOf(k.getGpuDisplayDeviceString(0));
+    p.biosString = presentText(k.getPrimaryBiosString());
+    p.totalGpuCount = k.getPrimaryTotalGpuCount();
     return p;
 }
 
@@ -201,6 +212,8 @@ MachineSnapshot readMachineSnapshot(Kalidor& k) {
     m.primary = readPrimary(k);
     m.driver.nvDriverVersionNumber = k.getDriverVersionNumber();
     m.driver.nvDriverBranch = presentText(k.getDriverBranch());
+    m.driver.amdGpuCount = k.getAmdAgsGpuCount();
+    m.driver.amdCrossfireGpuCount = k.getAmdCrossfireGpuCount();
     const uint32_t count = k.getGpuCount();
     m.gpus.reserve(count);
     for (uint32_t gpu = 0; gpu < count; ++gpu) m.gpus.push_back(readGpu(k, int(gpu)));

@@ -90,8 +90,7 @@ DemoOptionsDialog::DemoOptionsDialog(QWidget* parent, AppState& state, Kalidornm
     QComboBox* msaa = c.dropDownList(1134, {191, 138, 64, 12}, 80);
     msaa->setAccessibleName(QStringLiteral("MSAA"));
     msaa->addItem(QStringLiteral("NONE"));
-    for (int mode = 0; mode < library.getMsaaModeCount(); ++mode)
-        msaa->addItem(QString::asprintf("%dX", library.getMsaaMode(mode)));
+    for (const int32_t samples : library.snapshot().gl.msaaSampleCounts) msaa->addItem(QString::asprintf("%dX", samples));
     msaa->setCurrentIndex(0);
     m_state.demo.msaaSamples = 0;
 
@@ -108,7 +107,8 @@ DemoOptionsDialog::DemoOptionsDialog(QWidget* parent, AppState& state, Kalidornm
 }
 
 void DemoOptionsDialog::_go() {
-    const int32_t maxViewport = m_library.getMaxViewportSize();
+    const Kalidornm::OpenGlFacts& gl = m_library.snapshot().gl;
+    const int32_t maxViewport = gl.maxViewportSize;
     auto readSize = [&](int id) {
         const auto* field = findControl<QLineEdit>(this, id);
         const QString text = field ? field->text().left(kMaxSizeTextLength) : QString();
@@ -118,7 +118,8 @@ void DemoOptionsDialog::_go() {
     m_height = readSize(1109);
     const auto* msaa = findControl<QComboBox>(this, 1134);
     const int selected = msaa ? msaa->currentIndex() : 0;
-    m_state.demo.msaaSamples = selected > 0 ? m_library.getMsaaMode(selected - 1) : 0;
+    m_state.demo.msaaSamples =
+        selected > 0 && size_t(selected) <= gl.msaaSampleCounts.size() ? gl.msaaSampleCounts[size_t(selected - 1)] : 0;
     done(kIdGo);
 }
 

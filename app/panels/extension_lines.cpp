@@ -46,10 +46,10 @@ std::vector<std::string> sortedExtensionLines(const Kalidornm::OpenGlFacts& gl) 
     return lines;
 }
 
-std::string extensionCountCaption(const Kalidornm::Kalidor& library) {
+std::string extensionCountCaption(const Kalidornm::OpenGlFacts& gl) {
     char caption[96];
-    std::snprintf(caption, sizeof caption, "  OpenGL extensions: %d (GL=%d, WGL=%d)  ", int(library.getExtensionCount()),
-                  int(library.getGlExtensionCount()), int(library.getWglExtensionCount()));
+    std::snprintf(caption, sizeof caption, "  OpenGL extensions: %d (GL=%d, WGL=%d)  ", int(gl.extensionCount),
+                  int(gl.glExtensionCount), int(gl.wglExtensionCount));
     return caption;
 }
 

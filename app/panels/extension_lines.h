@@ -23,6 +23,6 @@ std::string extensionLine(const char* name);
 std::vector<std::string> sortedExtensionLines(const Kalidornm::OpenGlFacts& gl);
 
 // "  OpenGL extensions: <total> (GL=<core and ARB names>, WGL=<names of the window-system binding>)  "
-std::string extensionCountCaption(const Kalidornm::Kalidor& library);
+std::string extensionCountCaption(const Kalidornm::OpenGlFacts& gl);
 
 }  // namespace panels

@@ -29,9 +29,8 @@ GlCapsDialog::GlCapsDialog(QWidget* parent, AppState& state, Kalidornm::Kalidor&
     const DialogUnits units{dialogFont()};
     setFixedSize(units.toPixels(300, 300));
     ControlBuilder c(this, units, state.fieldTextColour, state.headerTextColour, state.headerBackColour);
-    const char* renderer = library.getGlRenderer();
     auto* rendererLine = c.label(1278, "", {7, 7, 286, 8});
-    rendererLine->setText(QString::asprintf("GL_RENDERER: %s", renderer ? renderer : ""));
+    rendererLine->setText(QString::asprintf("GL_RENDERER: %s", library.snapshot().gl.renderer.c_str()));
     fitLabelText(rendererLine);
     rendererLine->setToolTip(rendererLine->text());
 

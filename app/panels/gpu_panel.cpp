@@ -64,13 +64,14 @@ QString text(const char* value) { return value ? QString::fromUtf8(value) : QStr
 
 const char* orEmpty(const char* value) { return value ? value : ""; }
 
-// The library answers "" where it knows a text is missing; that counts as no text.
-const char* present(const char* value) { return value && *value ? value : nullptr; }
 
-PciIds gpuIds(Kalidornm::Kalidor& library, int gpu) {
-    PciIds ids;
-    library.getGpuPciIds(gpu, &ids.vendor, &ids.device, &ids.subvendor, &ids.subdevice);
-    return ids;
+// The snapshot's texts, as the panel's formats take them: null where the library found none.
+const char* present(const std::optional<std::string>& value) { return value ? value->c_str() : nullptr; }
+
+QString text(const std::optional<std::string>& value) { return text(present(value)); }
+
+PciIds gpuIds(const Kalidornm::GpuSnapshot& gpu) {
+    return {gpu.vendorId, gpu.deviceId, gpu.subvendorId, gpu.subdeviceId};
 }
 
 QString boardVendorText(uint32_t subvendor, uint32_t subdevice) {
@@ -84,10 +85,9 @@ void showSummaryLine(QWidget* panel, int id, const SummaryLine& line) {
     setControlEnabled(panel, id, line.enabled);
 }
 
-QString openGlSummary(Kalidornm::Kalidor& library) {
-    return QString::asprintf("OpenGL %d.%d (%s with %d ext.)", library.getGlMajorVersion(),
-                             library.getGlMinorVersion(), orEmpty(library.getGlRenderer()),
-                             int(library.getExtensionCount()));
+QString openGlSummary(const Kalidornm::OpenGlFacts& gl) {
+    return QString::asprintf("OpenGL %d.%d (%s with %d ext.)", gl.majorVersion, gl.minorVersion,
+                             gl.renderer.c_str(), int(gl.extensionCount));
 }
 
 }  // namespace
@@ -113,7 +113,8 @@ GpuPanel::GpuPanel(QWidget* parent, AppState& state, Kalidornm::Kalidor& library
 
 void GpuPanel::initGpuPanel() {
     if (m_state.noDriverState) return;
-    if (!m_library.hasDisplayDevice()) {
+    const Kalidornm::MachineSnapshot& machine = m_library.snapshot();
+    if (!machine.hasDisplayDevice) {
         _enterNoDriverState();
         return;
     }
@@ -123,18 +124,17 @@ void GpuPanel::initGpuPanel() {
         _showPrimarySummary();
         return;
     }
-    for (uint32_t gpu = 0; gpu < m_state.gpuCount; ++gpu) {
+    for (uint32_t gpu = 0; gpu < m_state.gpuCount && gpu < machine.gpus.size(); ++gpu) {
+        const Kalidornm::GpuSnapshot& g = machine.gpus[gpu];
         const int n = int(gpu) + 1;
-        const char* boardName = retailBoardName(gpuIds(m_library, int(gpu)));
-        const char* displayString = m_library.getGpuDisplayDeviceString(int(gpu));
-        const char* name = m_library.getGpuName(int(gpu));
+        const char* boardName = retailBoardName(gpuIds(g));
         QString row;
         if (boardName)
             row = QString::asprintf("GPU %d: %s", n, boardName);
-        else if (displayString && *displayString)
-            row = QString::asprintf("GPU %d: %s", n, displayString);
-        else if (name)
-            row = QString::asprintf("GPU %d: %s", n, name);
+        else if (!g.displayDeviceString.empty())
+            row = QString::asprintf("GPU %d: %s", n, g.displayDeviceString.c_str());
+        else if (g.name)
+            row = QString::asprintf("GPU %d: %s", n, g.name->c_str());
         else
             row = QString::asprintf("GPU %d", n);
         m_gpuList->addItem(row, int(gpu));
@@ -150,8 +150,8 @@ void GpuPanel::_enterNoDriverState() {
     setFieldText(this, 1003, QString::fromLatin1(noDriver));
     std::snprintf(m_state.driverDisplayText, sizeof m_state.driverDisplayText, "%s", noDriver);
     for (int id : {1008, 1005, 1004, 1006, 1038, 1040, 1015}) setFieldText(this, id, QString());
-    setFieldText(this, 1035,
-                 QString::asprintf("Core: %d.%d", m_library.getGlMajorVersion(), m_library.getGlMinorVersion()));
+    const Kalidornm::OpenGlFacts& gl = m_library.snapshot().gl;
+    setFieldText(this, 1035, QString::asprintf("Core: %d.%d", gl.majorVersion, gl.minorVersion));
     m_state.temperatureRefreshEnabled = false;
     m_state.noDriverState = true;
     _showVendorLogo();
@@ -159,7 +159,9 @@ void GpuPanel::_enterNoDriverState() {
 
 void GpuPanel::_showPrimarySummary() {
     _blankLiveFields();
-    if (const char* name = m_library.getPrimaryGpuName()) {
+    const Kalidornm::MachineSnapshot& machine = m_library.snapshot();
+    const Kalidornm::PrimaryDeviceFacts& primary = machine.primary;
+    if (const char* name = present(primary.gpuName)) {
         m_gpuList->addItem(QString::asprintf("GPU 1: %s", name), 0);
         m_gpuList->setCurrentIndex(0);
     }
@@ -171,18 +173,16 @@ void GpuPanel::_showPrimarySummary() {
             setControlEnabled(this, id, true);
         }
     };
-    setFieldText(this, 1008,
-                 QString::asprintf("%.4X - %.4X", m_library.getPrimaryVendorId(), m_library.getPrimaryDeviceId()));
-    setFieldText(this, 1009,
-                 boardVendorText(m_library.getPrimarySubvendorId(), m_library.getPrimarySubdeviceId()));
-    textOrBlank(1005, text(m_library.getPrimaryCodename()));
-    const int32_t tdp = m_library.getPrimaryTdp();
+    setFieldText(this, 1008, QString::asprintf("%.4X - %.4X", primary.vendorId, primary.deviceId));
+    setFieldText(this, 1009, boardVendorText(primary.subvendorId, primary.subdeviceId));
+    textOrBlank(1005, text(primary.codename));
+    const int32_t tdp = primary.tdpWatts;
     textOrBlank(1036, tdp > 0 ? QString::asprintf("%dW", tdp) : QString());
-    textOrBlank(1006, text(m_library.getPrimaryBiosString()));
-    const uint32_t memory = m_library.getPrimaryVideoMemoryMb();
+    textOrBlank(1006, text(primary.biosString));
+    const uint32_t memory = primary.videoMemoryMb;
     textOrBlank(1004, memory > 0 ? QString::asprintf("%dMB", int(memory)) : QString());
-    textOrBlank(1003, text(m_library.getPrimaryDriverText()));
-    setFieldText(this, 1035, openGlSummary(m_library));
+    textOrBlank(1003, text(primary.driverText));
+    setFieldText(this, 1035, openGlSummary(machine.gl));
     showSummaryLine(this, 1038, openClLine(compute::clPlatforms(), 0, false));
     blankField(this, 1040);
     blankField(this, 1042);
@@ -195,8 +195,9 @@ void GpuPanel::selectGpu(int gpu) {
     const bool awake = !m_library.isGpuSuspended(gpu);
     // Intel's drivers have no temperature on every GPU, and their other live values are there all the same.
     const auto& gpus = m_library.snapshot().gpus;
-    const bool intel = size_t(gpu) < gpus.size() && gpus[size_t(gpu)].vendorId == 0x8086;
-    if (awake && (m_library.hasGpuTemperature(gpu) || intel)) {
+    if (size_t(gpu) >= gpus.size()) return;
+    const bool intel = gpus[size_t(gpu)].vendorId == 0x8086;
+    if (awake && (gpus[size_t(gpu)].hasTemperatureSensor || intel)) {
         _setLiveFieldsEnabled(true);
         setControlEnabled(this, 1013, false);
         refreshMachineSummary();
@@ -218,84 +219,84 @@ void GpuPanel::selectGpu(int gpu) {
 }
 
 void GpuPanel::refreshGpuStatic(int gpu) {
-    std::snprintf(m_state.cardNameText, sizeof m_state.cardNameText, "%s", orEmpty(m_library.getPrimaryGpuName()));
-    const PciIds ids = gpuIds(m_library, gpu);
+    const Kalidornm::MachineSnapshot& machine = m_library.snapshot();
+    if (gpu < 0 || size_t(gpu) >= machine.gpus.size()) return;
+    const Kalidornm::GpuSnapshot& g = machine.gpus[size_t(gpu)];
+    const Kalidornm::PrimaryDeviceFacts& primary = machine.primary;
+    std::snprintf(m_state.cardNameText, sizeof m_state.cardNameText, "%s", orEmpty(present(primary.gpuName)));
+    const PciIds ids = gpuIds(g);
 
     char driver[sizeof m_state.driverDisplayText] = {};
     if (ids.vendor == 0x10DE) {
-        std::snprintf(driver, sizeof driver, "R%.2f (%s) / %s (%s)", double(float(m_library.getDriverVersionNumber()) * 0.01f),
-                      orEmpty(m_library.getDriverBranch()), orEmpty(m_library.getPrimaryDriverVersion()),
-                      orEmpty(m_library.getPrimaryDriverDate()));
+        std::snprintf(driver, sizeof driver, "R%.2f (%s) / %s (%s)",
+                      double(float(machine.driver.nvDriverVersionNumber) * 0.01f),
+                      orEmpty(present(machine.driver.nvDriverBranch)), orEmpty(present(primary.driverVersion)),
+                      orEmpty(present(primary.driverDate)));
     } else {
-        const char* driverText = present(m_library.getGpuDriverVersion(gpu));
-        if (!driverText) driverText = present(m_library.getPrimaryDriverText());
-        const char* catalyst = ids.vendor == 0x1002 ? present(m_library.getGpuCatalystVersion(gpu)) : nullptr;
+        const char* driverText = present(g.driverVersion);
+        if (!driverText) driverText = present(primary.driverText);
+        const char* catalyst = ids.vendor == 0x1002 ? present(g.catalystVersion) : nullptr;
         if (driverText && catalyst)
-            std::snprintf(driver, sizeof driver, m_library.isGpuCrimsonDriver(gpu) ? "Crimson %s - %s" : "Catalyst %s - %s",
-                          catalyst, driverText);
+            std::snprintf(driver, sizeof driver, g.isCrimson ? "Crimson %s - %s" : "Catalyst %s - %s", catalyst,
+                          driverText);
         else if (driverText)
             std::snprintf(driver, sizeof driver, "%s", driverText);
     }
     std::memcpy(m_state.driverDisplayText, driver, sizeof driver);
     setFieldText(this, 1003, QString::fromUtf8(driver));
 
-    setFieldText(this, 1005, text(m_library.getGpuCodename(gpu)));
+    setFieldText(this, 1005, text(g.codename));
 
-    const int32_t cores = m_library.getGpuShaderCores(gpu);
-    QString config = cores != 0 ? QString::asprintf("Cores: %d", cores)
-                                : QString::asprintf("%dvp,%dpp", m_library.getGpuVertexPipes(gpu),
-                                                    m_library.getGpuPixelPipes(gpu));
-    if (const int32_t tmus = m_library.getGpuTextureUnits(gpu)) config += QString::asprintf(" - TMUs: %d", tmus);
-    if (const int32_t rops = m_library.getGpuRopUnits(gpu)) config += QString::asprintf(" - ROPs: %d", rops);
+    QString config = g.shaderCores != 0 ? QString::asprintf("Cores: %d", g.shaderCores)
+                                        : QString::asprintf("%dvp,%dpp", g.vertexPipes, g.pixelPipes);
+    if (g.textureUnits) config += QString::asprintf(" - TMUs: %d", g.textureUnits);
+    if (g.ropUnits) config += QString::asprintf(" - ROPs: %d", g.ropUnits);
     setFieldText(this, 1007, config);
 
-    if (const int32_t tdp = m_library.getGpuTdp(gpu)) {
-        setFieldText(this, 1036, QString::asprintf("%dW", tdp));
+    if (g.tdpWatts) {
+        setFieldText(this, 1036, QString::asprintf("%dW", g.tdpWatts));
         setControlEnabled(this, 1036, true);
     } else {
         blankField(this, 1036);
     }
 
-    QString memory = QString::asprintf("%dMB", int(m_library.getGpuMemorySizeMb(gpu)));
-    uint32_t busWidth = 0;
-    if ((ids.vendor == 0x10DE || ids.vendor == 0x1002) &&
-        m_library.getGpuMemoryBusWidth(gpu, &busWidth, nullptr) && busWidth != 0) {
-        if (const char* type = present(m_library.getGpuMemoryType(gpu)))
-            memory += QString::asprintf(" %s, bus width: %d-bit", type, int(busWidth));
+    QString memory = QString::asprintf("%dMB", int(g.memorySizeMb));
+    if ((ids.vendor == 0x10DE || ids.vendor == 0x1002) && g.memoryBusWidthBits) {
+        const int busWidth = int(*g.memoryBusWidthBits);
+        if (const char* type = present(g.memoryType))
+            memory += QString::asprintf(" %s, bus width: %d-bit", type, busWidth);
         else
-            memory += QString::asprintf(", bus width: %d-bit", int(busWidth));
+            memory += QString::asprintf(", bus width: %d-bit", busWidth);
     }
-    char maker[64] = {};
-    if (m_library.getGpuRamMaker(gpu, maker) && maker[0]) memory += QString::asprintf(", vendor: %s", maker);
+    if (const char* maker = present(g.memoryMaker)) memory += QString::asprintf(", vendor: %s", maker);
     setFieldText(this, 1004, memory);
 
-    const char* bios = m_library.getGpuBiosVersion(gpu);
-    setFieldText(this, 1006, bios ? QString::fromUtf8(bios) : QStringLiteral("unknown"));
+    setFieldText(this, 1006, g.biosVersion ? QString::fromUtf8(g.biosVersion->c_str()) : QStringLiteral("unknown"));
     setFieldText(this, 1008, QString::asprintf("%.4X - %.4X", ids.vendor, ids.device));
     setFieldText(this, 1009, boardVendorText(ids.subvendor, ids.subdevice));
 }
 
 void GpuPanel::refreshMachineSummary() {
-    const uint32_t count = m_state.gpuCount;
+    const Kalidornm::MachineSnapshot& machine = m_library.snapshot();
     const char* physxGpu = nullptr;
     MultiGpuFacts multi;
-    multi.primaryVendorKind = m_library.getPrimaryVendorKind();
-    multi.gpuCount = count;
-    multi.logicalGpuCount = m_library.getPrimaryTotalGpuCount();
-    multi.amdGpuCount = m_library.getAmdAgsGpuCount();
-    multi.crossfireGpuCount = m_library.getAmdCrossfireGpuCount();
-    for (uint32_t gpu = 0; gpu < count; ++gpu) {
-        const uint32_t vendor = gpuIds(m_library, int(gpu)).vendor;
-        if (vendor == 0x10DE) {
+    multi.primaryVendorKind = machine.primary.vendorKind;
+    multi.gpuCount = m_state.gpuCount;
+    multi.logicalGpuCount = machine.primary.totalGpuCount;
+    multi.amdGpuCount = machine.driver.amdGpuCount;
+    multi.crossfireGpuCount = machine.driver.amdCrossfireGpuCount;
+    for (const Kalidornm::GpuSnapshot& g : machine.gpus) {
+        if (g.vendorId == 0x10DE) {
             ++multi.nvidiaGpus;
-            if (!physxGpu && m_library.getGpuShaderCores(int(gpu)) >= 32) physxGpu = orEmpty(m_library.getGpuName(int(gpu)));
+            if (!physxGpu && g.shaderCores >= 32) physxGpu = g.name ? g.name->c_str() : "";
         }
-        if (vendor == 0x1002) ++multi.amdGpus;
+        if (g.vendorId == 0x1002) ++multi.amdGpus;
     }
     showSummaryLine(this, 1041, physxLine(m_state.physxVersion, physxGpu));
     showSummaryLine(this, 1042, multiGpuLine(multi));
-    setFieldText(this, 1035, openGlSummary(m_library));
-    showSummaryLine(this, 1038, openClLine(compute::clPlatforms(), gpuIds(m_library, 0).vendor, true));
+    setFieldText(this, 1035, openGlSummary(machine.gl));
+    const uint32_t firstVendor = machine.gpus.empty() ? 0 : machine.gpus.front().vendorId;
+    showSummaryLine(this, 1038, openClLine(compute::clPlatforms(), firstVendor, true));
     showSummaryLine(this, 1040, cudaLine(compute::cudaDevices()));
 }
 

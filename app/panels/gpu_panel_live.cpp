@@ -139,10 +139,13 @@ void GpuPanel::refreshOnTick() {
 }
 
 void GpuPanel::_showVendorLogo() {
+    const Kalidornm::MachineSnapshot& machine = m_library.snapshot();
+    const size_t selected = size_t(m_state.selectedGpu);
     uint32_t vendor = 0;
-    if (!m_library.getGpuPciIds(m_state.selectedGpu, &vendor, nullptr, nullptr, nullptr) &&
-        m_library.hasDisplayDevice())
-        vendor = m_library.getPrimaryVendorId();
+    if (m_state.selectedGpu >= 0 && selected < machine.gpus.size())
+        vendor = machine.gpus[selected].vendorId;
+    else if (machine.hasDisplayDevice)
+        vendor = machine.primary.vendorId;
     m_logo->setPixmap(vendorLogo(vendor));
 }
 

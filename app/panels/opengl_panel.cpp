@@ -76,7 +76,7 @@ void OpenGLPanel::_fill() {
     m_extensions->setCurrentRow(-1);
     m_extensions->clearSelection();
     if (auto* box = findControl<CaptionBox>(this, 1043))
-        box->setCaption(QString::fromUtf8(extensionCountCaption(m_library).c_str()));
+        box->setCaption(QString::fromUtf8(extensionCountCaption(m_library.snapshot().gl).c_str()));
 }
 
 GlCapsDialog* OpenGLPanel::showCapsDialog() {

@@ -46,8 +46,8 @@ ReportDialog::ReportDialog(QWidget* parent, AppState& state, Kalidornm::Kalidor&
     : QDialog(parent), m_state(state), m_library(library) {
     setObjectName(QStringLiteral("id141"));
     setFont(dialogFont());
-    const char* renderer = library.getGlRenderer();
-    setWindowTitle(QString::asprintf("%s Full Report - %s", lumenscope::kDisplayName, renderer ? renderer : ""));
+    setWindowTitle(QString::asprintf("%s Full Report - %s", lumenscope::kDisplayName,
+                                     library.snapshot().gl.renderer.c_str()));
 
     const DialogUnits units{dialogFont()};
     setFixedSize(units.toPixels(400, 261));

@@ -80,9 +80,9 @@ void ToolsPanel::initToolsPanel() {
     if (memoryMb == 0) memoryMb = k.getTotalMemoryKb() >> 10;
     setFieldText(this, 1030, QString::asprintf("%d MB", int(memoryMb)));
     setFieldText(this, 1029, QString::fromUtf8(k.getOsDescription() ? k.getOsDescription() : ""));
-    setFieldText(this, 1025, QString::asprintf("%dx%d @ %dHz - %dbpp", int(m_library.getDisplayWidth()),
-                                               int(m_library.getDisplayHeight()), int(m_library.getDisplayFrequency()),
-                                               int(m_library.getDisplayBitsPerPixel())));
+    const Kalidornm::DisplayModeFacts& mode = m_library.snapshot().displayMode;
+    setFieldText(this, 1025, QString::asprintf("%dx%d @ %dHz - %dbpp", mode.width, mode.height, mode.refreshHz,
+                                               mode.bitsPerPixel));
     // Measured once at start-up; asking the library again would not change it.
     setFieldText(this, 1260, QString::asprintf("%d MHz", m_state.cpuSpeedMhz));
     setFieldText(this, 1261, QString::asprintf("%d", k.getCpuLogicalCores()));
@@ -109,7 +109,8 @@ void ToolsPanel::initToolsPanel() {
 
 void ToolsPanel::_openSelectedReview(int row) {
     if (row < 0) return;
-    const auto rows = listedReviewRows(m_state.reviewLinkTable, m_state.cardNameText, m_library.getGlRenderer());
+    const auto rows = listedReviewRows(m_state.reviewLinkTable, m_state.cardNameText,
+                                       m_library.snapshot().gl.renderer.c_str());
     if (size_t(row) < rows.size()) openUrl(rows[size_t(row)]->url);
 }
 

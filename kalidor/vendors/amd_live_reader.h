@@ -50,8 +50,8 @@ public:
 
     void addCard(const PciAddress& address, AmdCardFiles files) { m_cards[address] = std::move(files); }
 
-    // The core temperature only: the driver has no board, memory or VRM sensor, whose outputs stay as given.
-    // A failed read is false and changes nothing.
+    // The core temperature only (the first hwmon sensor); the board, memory and VRM outputs stay as given, the
+    // labelled sensors go into the live sample through readMoreLive. A failed read is false and changes nothing.
     bool readTemperatures(GpuRecord& record, float* coreC, float* boardC, float* memoryC, float* vrmC) override;
     // The percent from the PWM output, the RPM where the fan has a tachometer; false when neither reads.
     bool readFanSpeed(GpuRecord& record, float* percent, float* rpm) override;

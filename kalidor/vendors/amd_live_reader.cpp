@@ -41,12 +41,6 @@ std::optional<AmdGpuMetrics> readGpuMetrics(const std::string& path) {
     return parseAmdGpuMetrics(reinterpret_cast<const uint8_t*>(bytes->data()), bytes->size());
 }
 
-bool hasReading(const std::vector<NamedReading>& readings, const char* name) {
-    for (const NamedReading& r : readings)
-        if (r.name == name) return true;
-    return false;
-}
-
 std::optional<float> readingOf(const std::vector<NamedReading>& readings, const char* name) {
     for (const NamedReading& r : readings)
         if (r.name == name) return r.value;
@@ -252,7 +246,7 @@ void AmdLiveReader::readMoreLive(GpuRecord& record, LiveSample& sample) {
                 {"gfx", metrics->gfxC},      {"soc", metrics->socC},
             };
             for (const auto& [name, value] : sensors)
-                if (value && !hasReading(sample.temperaturesC, name)) sample.temperaturesC.push_back({name, *value});
+                if (value && !readingOf(sample.temperaturesC, name)) sample.temperaturesC.push_back({name, *value});
             if (!sample.powerWatts) sample.powerWatts = metrics->socketPowerWatts;
             if (!sample.fanRpm) sample.fanRpm = metrics->fanRpm;
             if (metrics->throttleStatus) {

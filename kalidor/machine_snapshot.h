@@ -70,7 +70,7 @@ struct NamedReading {
 
 // The sensor names a live sample uses.
 inline constexpr const char* kSensorNames[] = {
-    "edge", "junction", "memory", "vr_gfx", "vr_soc", "vr_mem", "package", "vram",
+    "edge", "junction", "memory", "vr_gfx", "vr_soc", "vr_mem", "package", "vram", "gfx", "soc",
 };
 // The rail names a live sample uses, as the drivers label them.
 inline constexpr const char* kRailNames[] = {"vddgfx", "vddnb", "vddc", "gt", "card", "pkg"};
@@ -80,6 +80,9 @@ struct LiveSample {
     bool suspended = false;
     // Whether the driver answered each read at all; a read can answer and still leave some values unknown.
     bool temperaturesRead = false, fanRead = false, loadRead = false;
+    // Whether a backend's readMoreLive reached the driver: its lists below then hold what the GPU named, even
+    // when that is nothing.
+    bool moreRead = false;
     std::optional<float> coreTemperatureC, boardTemperatureC, memoryTemperatureC, vrmTemperatureC;
     std::optional<float> fanPercent, fanRpm;
     std::optional<float> gpuLoadPercent, frameBufferLoadPercent;
@@ -99,6 +102,7 @@ struct LiveSample {
     std::optional<double> energyJoules;  // the driver's running total
     std::optional<uint64_t> memoryUsedMb, memoryTotalMb;
     std::vector<std::string> throttleReasons;  // the driver's names for what holds the clocks down now
+    bool throttleRead = false;  // the driver gave a throttle status: an empty list then means nothing holds them
 };
 
 struct GpuSnapshot {

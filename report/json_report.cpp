@@ -50,6 +50,28 @@ Json system(const ReportSnapshot& s) {
     };
 }
 
+// Named readings as an object by name. `{}` where the backend read the GPU and it named nothing, null where
+// nothing was read (a sleeping GPU, or one without a vendor reader).
+Json byName(const std::vector<Kalidornm::NamedReading>& readings, bool read) {
+    if (readings.empty() && !read) return nullptr;
+    Json object = Json::object();
+    for (const Kalidornm::NamedReading& r : readings) object[r.name] = number(r.value);
+    return object;
+}
+
+// The same for a list of names: `[]` only where the driver gave a status that names nothing.
+Json names(const std::vector<std::string>& list, bool read) {
+    if (list.empty() && !read) return nullptr;
+    return Json(list);
+}
+
+template <typename T>
+Json count(const std::optional<T>& value) {
+    return value ? Json(*value) : Json(nullptr);
+}
+
+Json joules(const std::optional<double>& value) { return value ? Json(*value) : Json(nullptr); }
+
 Json pciId(bool known, uint32_t value) { return known ? Json(value) : Json(nullptr); }
 
 // A level's clocks are its highest where the driver gives a range, and the range's low end stands beside them.
@@ -112,6 +134,15 @@ Json gpu(const ReportGpu& g) {
              {"current_memory_clock_mhz", number(live.currentMemClockMhz)},
              {"current_shader_clock_mhz", number(live.currentShaderClockMhz)},
              {"current_volts", number(live.currentVolts)},
+             {"hotspot_temperature_c", number(live.hotspotTemperatureC)},
+             {"temperatures_c", byName(live.temperaturesC, live.moreRead)},
+             {"voltages_v", byName(live.voltagesV, live.moreRead)},
+             {"power_watts", number(live.powerWatts)},
+             {"power_limit_watts", number(live.powerLimitWatts)},
+             {"energy_joules", joules(live.energyJoules)},
+             {"memory_used_mb", count(live.memoryUsedMb)},
+             {"memory_total_mb", count(live.memoryTotalMb)},
+             {"throttle_reasons", names(live.throttleReasons, live.throttleRead)},
          }},
     };
 }

@@ -13,7 +13,7 @@ if(COMMAND lumenscope_fuzz_target)
   lumenscope_fuzz_target(cl_extensions ${fuzz_dir}/cl_extensions_fuzz.cpp
     ${PROJECT_SOURCE_DIR}/compute/opencl_tokeniser.cpp)
 
-  foreach(name gl_extensions display_ids cpuid driver_values amd_sysfs_values)
+  foreach(name gl_extensions display_ids cpuid driver_values amd_sysfs_values amd_gpu_metrics)
     lumenscope_fuzz_target(${name} ${fuzz_dir}/${name}_fuzz.cpp)
     target_link_libraries(${name}_fuzz PRIVATE kalidor)
   endforeach()

@@ -22,7 +22,8 @@ add_library(machine_reports STATIC report/machine_reports.cpp)
 target_link_libraries(machine_reports PUBLIC fixture_library report_test_fixtures)
 target_compile_definitions(machine_reports PRIVATE NVML_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/nvml")
 
-lumenscope_unit_test(unit_machine_golden report/machine_golden_test.cpp report/intel_machine_reports_test.cpp)
+lumenscope_unit_test(unit_machine_golden report/machine_golden_test.cpp report/intel_machine_reports_test.cpp
+  report/amd_live_machines_test.cpp)
 target_link_libraries(unit_machine_golden PRIVATE machine_reports nlohmann_json::nlohmann_json)
 target_compile_definitions(unit_machine_golden PRIVATE
   MACHINE_GOLDEN_DIR="${CMAKE_CURRENT_SOURCE_DIR}/golden/machines"

@@ -62,12 +62,16 @@ for entry in /sys/bus/pci/devices/*; do
     status=$(cat "$real/power/runtime_status" 2>/dev/null)
     [ "$status" = "suspended" ] && continue
     for name in $awake_only; do copy_file "$real/$name"; done
+    # amdgpu: the memory in use and the firmware's binary metrics table (a few hundred bytes).
+    for name in mem_info_vram_used gpu_metrics; do copy_file "$real/$name"; done
     for connector in "$real"/drm/card*/card*-*; do copy_file "$connector/status"; done
     for hwmon in "$real"/hwmon/hwmon*; do
         [ -d "$hwmon" ] || continue
         for file in "$hwmon"/name "$hwmon"/temp*_* "$hwmon"/fan*_* "$hwmon"/pwm* "$hwmon"/in*_* "$hwmon"/power*_*; do
             copy_file "$file"
         done
+        # amdgpu's engine and memory clocks and their labels.
+        for file in "$hwmon"/freq*_*; do copy_file "$file"; done
     done
 
     # Intel (i915, xe): the energy counters, each GT's frequencies, idle residency and throttle reasons, and

@@ -1,5 +1,6 @@
 #include "kalidor/vendors/amd_reader.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 
@@ -29,7 +30,8 @@ std::string adapterNameOf(const std::string& idsList, const PciDevice& device) {
 // out.
 void readMemoryType(GpuRecord& record, const PciDevice& device, const BackendServices& services) {
     const std::string& node = device.renderNode.empty() ? device.drmCard : device.renderNode;
-    if (node.empty() || !services.pci.mayTouch(device.address)) return;
+    // radeon answers none of amdgpu's queries.
+    if (node.empty() || device.driver != "amdgpu" || !services.pci.mayTouch(device.address)) return;
     const auto info = queryAmdgpuMemoryInfo(services.sources.amdgpuLibrary,
                                             underRoot(services.sources, "/dev/dri/" + node));
     if (!info || !*amdgpuVramTypeName(info->vramType)) return;
@@ -130,11 +132,12 @@ class AmdBackend final : public VendorBackend {
 public:
     explicit AmdBackend(AmdState& state) : m_state(state) {}
 
-    // The devices the amdgpu driver serves, in address order.
+    // The devices the amdgpu driver serves, and the older cards radeon still drives (their hwmon gives a
+    // temperature and the fan), in address order.
     std::vector<const PciDevice*> detect(const PciBus& pci) const override {
         std::vector<const PciDevice*> devices;
         for (const PciDevice& device : pci.devices())
-            if (device.driver == "amdgpu") devices.push_back(&device);
+            if (device.driver == "amdgpu" || device.driver == "radeon") devices.push_back(&device);
         return devices;
     }
 
@@ -145,7 +148,8 @@ public:
         m_state = AmdState{};
         m_reader = std::make_unique<AmdLiveReader>(services.pci);
         // The GPU and CrossFire counts: every device bound to amdgpu is a GPU; the platform has no CrossFire.
-        m_state.agsGpuCount = uint32_t(devices.size());
+        m_state.agsGpuCount = uint32_t(
+            std::count_if(devices.begin(), devices.end(), [](const PciDevice* d) { return d->driver == "amdgpu"; }));
         m_state.agsCrossfireGpuCount = 0;
         trace.write("AMD - Num GPUs: %d", int(m_state.agsGpuCount));
         trace.write("AMD - Num CrossFire GPUs: %d", int(m_state.agsCrossfireGpuCount));

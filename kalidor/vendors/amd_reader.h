@@ -13,7 +13,7 @@ class AmdLiveReader;
 class GpuList;
 
 // What the AMD reader keeps about the driver and its GPUs. The kernel driver stands in for the vendor's
-// display library: it counts as loaded when at least one device is bound to amdgpu.
+// display library: it counts as loaded when at least one device is bound to amdgpu or radeon.
 struct AmdState {
     bool adlLoaded = false;
     std::vector<AmdAdapterInfo> adlAdapterInfo;  // one entry per display output

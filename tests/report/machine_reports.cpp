@@ -15,6 +15,11 @@ std::vector<ReportedMachine> reportedMachines() {
     return {
         {"nvidia_desktop", {"nvidia-desktop", nvmlSettings("nvidia-desktop")}},
         {"amd_rx6800", {"amdgpu-rx6800", ""}},
+        {"amd_rx7900xtx", {"amdgpu-rx7900xtx", ""}},
+        {"amd_rx9070xt", {"amdgpu-rx9070xt", ""}},
+        {"amd_apu_vangogh", {"amdgpu-apu-vangogh", ""}},
+        {"amd_radeon_hd7850", {"radeon-hd7850", ""}},
+        {"amd_rx580_deep_sleep", {"amdgpu-rx580-deep-sleep", ""}},
         {"hybrid_laptop", {"hybrid-laptop", ""}},
         {"nvidia_optimus_asleep", {"nvidia-optimus", nvmlSettings("nvidia-optimus")}},
         {"no_gpu", {"nothing", ""}},

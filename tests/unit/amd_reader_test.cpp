@@ -145,6 +145,51 @@ TEST(AmdReader, LiveReadsFollowTheDriverAtEveryCall) {
     EXPECT_FALSE(m.reader().readPerfLevel(r, 3, &id, &gpuMhz, &memMhz, nullptr, &volts));
 }
 
+// The kernel numbers the channels per chip: the labels say which sensor a channel is, not its number.
+TEST(AmdReader, SensorsAreMatchedByTheirLabelsNotTheirNumbers) {
+    FixtureCopy copy("amdgpu-rx6800");
+    copy.write(kRx6800Hwmon + "temp2_label", "mem\n");
+    copy.write(kRx6800Hwmon + "temp3_label", "junction\n");
+    copy.write(kRx6800Hwmon + "in1_input", "700\n");
+    copy.write(kRx6800Hwmon + "in1_label", "vddnb\n");
+    copy.write(kRx6800Hwmon + "in0_label", "vddsoc\n");  // no rail of ours
+    Machine m(copy.root);
+    LiveSample sample;
+    m.reader().readMoreLive(m.gpu(0), sample);
+    ASSERT_TRUE(sample.moreRead);
+    EXPECT_EQ(sample.hotspotTemperatureC, 48.0f);  // temp3_input
+    EXPECT_EQ(sample.memoryTemperatureC, 52.0f);   // temp2_input
+    ASSERT_EQ(sample.voltagesV.size(), 1u);
+    EXPECT_EQ(sample.voltagesV[0].name, "vddnb");
+    EXPECT_FLOAT_EQ(sample.voltagesV[0].value, 0.7f);
+    EXPECT_FALSE(sample.currentVolts);  // no vddgfx rail
+
+    // Values the driver mangles are no readings; the rest of the sample stands.
+    copy.write(kRx6800Hwmon + "power1_average", "-5\n");
+    copy.write(kRx6800Hwmon + "power1_cap", "garbage\n");
+    copy.write("/sys/bus/pci/devices/0000:03:00.0/gpu_metrics", "\x78\x00\x01");
+    LiveSample mangled;
+    m.reader().readMoreLive(m.gpu(0), mangled);
+    EXPECT_FALSE(mangled.powerWatts);  // no power1_input either
+    EXPECT_FALSE(mangled.powerLimitWatts);
+    EXPECT_FALSE(mangled.vrmTemperatureC || mangled.throttleRead);
+    EXPECT_EQ(mangled.hotspotTemperatureC, 48.0f);
+}
+
+// Cards the older radeon driver still runs get a record from the AMD reader and their hwmon values, but are no
+// amdgpu GPUs.
+TEST(AmdReader, RadeonCardGetsItsTemperatureAndFanPercent) {
+    Machine m(kFixtures + "/radeon-hd7850");
+    EXPECT_EQ(m.caps.amd.agsGpuCount, 0u);
+    ASSERT_EQ(m.gpus.size(), 1u);
+    GpuRecord& r = m.gpu(0);
+    EXPECT_EQ(r.vendorClass, kVendorClassAmd);
+    EXPECT_EQ(r.deviceId, 0x6819u);
+    EXPECT_FLOAT_EQ(r.sensorGpu.current, 43.0f);
+    EXPECT_NEAR(r.fanPercent, 102.0f * 100.0f / 255.0f, 1e-4);
+    EXPECT_EQ(r.perfLevelCount, 0u);  // radeon has no DPM tables in sysfs
+}
+
 TEST(AmdReader, ACardWithoutHwmonGetsARecordButNoLiveRead) {
     Machine m(kFixtures + "/amdgpu-no-hwmon");
     ASSERT_EQ(m.gpus.size(), 1u);
@@ -244,8 +289,14 @@ TEST(AmdReader, MalformedAttributesFailTheirReadCleanly) {
     EXPECT_FALSE(good.reader().readPowerControl(g, nullptr, nullptr, nullptr, nullptr));
     copy.write("/sys/bus/pci/devices/0000:03:00.0/gpu_busy_percent", "");
     EXPECT_FALSE(good.reader().readLoad(g, nullptr, nullptr));
+    // A fan without tachometer still has its PWM percent; the RPM output is left as given.
     fs::remove(copy.root + kRx6800Hwmon + "fan1_input");
-    EXPECT_FALSE(good.reader().readFanSpeed(g, nullptr, nullptr));
+    float percent = -5, rpm = -5;
+    EXPECT_TRUE(good.reader().readFanSpeed(g, &percent, &rpm));
+    EXPECT_FLOAT_EQ(percent, 77.0f * 100.0f / 255.0f);
+    EXPECT_FLOAT_EQ(rpm, -5.0f);
+    fs::remove(copy.root + kRx6800Hwmon + "pwm1");
+    EXPECT_FALSE(good.reader().readFanSpeed(g, &percent, &rpm));
     copy.write("/sys/bus/pci/devices/0000:03:00.0/pp_dpm_mclk", "0: 96Mhz\n");
     EXPECT_FALSE(good.reader().readCurrentClocks(g, nullptr, nullptr, nullptr, nullptr, nullptr));
 }

@@ -194,27 +194,28 @@ TEST(SleepRule, AnOldLibraryStartsPlainlyAndListsNothingWhileAGpuSleeps) {
     FixtureLibrary::stop();
 }
 
-// Opens of files and folders in a set of directories, as the kernel reports them.
+// The files the kernel showed being opened in the folders watched: what a reader asks of a device, seen from
+// outside the program.
 class OpenWatch {
 public:
-    OpenWatch() : m_fd(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {}
+    OpenWatch() : m_fd(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {}
     ~OpenWatch() {
         if (m_fd >= 0) ::close(m_fd);
     }
     OpenWatch(const OpenWatch&) = delete;
     OpenWatch& operator=(const OpenWatch&) = delete;
-    bool watch(const std::string& dir) { return m_fd >= 0 && ::inotify_add_watch(m_fd, dir.c_str(), IN_OPEN) >= 0; }
-    // The opens since the last call.
-    size_t opens() {
-        size_t count = 0;
+    bool watch(const std::string& folder) { return m_fd >= 0 && inotify_add_watch(m_fd, folder.c_str(), IN_OPEN) >= 0; }
+    // The names opened since the last call.
+    std::vector<std::string> opened() {
+        std::vector<std::string> names;
         alignas(inotify_event) char buffer[8192];
-        for (ssize_t got; (got = ::read(m_fd, buffer, sizeof buffer)) > 0;)
-            for (ssize_t at = 0; at < got;) {
+        for (ssize_t n; (n = ::read(m_fd, buffer, sizeof buffer)) > 0;)
+            for (ssize_t at = 0; at < n;) {
                 const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
-                count += (event->mask & IN_OPEN) != 0;
+                names.push_back(event->len ? event->name : ".");
                 at += ssize_t(sizeof(inotify_event) + event->len);
             }
-        return count;
+        return names;
     }
 
 private:
@@ -245,21 +246,75 @@ TEST(SleepRule, ASuspendedIntelGpuOpensNoneOfItsLiveFiles) {
                 ++watched;
             }
             EXPECT_GT(watched, 5u) << machine;
-            watch.opens();  // the walk above opened the folders it watched
+            watch.opened().size();  // the walk above opened the folders it watched
 
             EXPECT_EQ(readEveryLiveValue(library, 0).answered, 0) << machine;
             library.refreshLiveSample();
             library.refreshLiveSample();
             EXPECT_TRUE(library.snapshot().gpus[0].live.suspended);
-            EXPECT_EQ(watch.opens(), 0u) << machine;
+            EXPECT_EQ(watch.opened().size(), 0u) << machine;
 
             std::ofstream(root + device + "/power/runtime_status") << "active\n";
             library.refreshLiveSample();
             EXPECT_TRUE(library.snapshot().gpus[0].live.currentGpuClockMhz) << machine;
-            EXPECT_GT(watch.opens(), 5u) << machine;
+            EXPECT_GT(watch.opened().size(), 5u) << machine;
         }
         fs::remove_all(root);
     }
+}
+
+// An amdgpu card with every file the live reads use (labelled sensors, power, clocks, memory, gpu_metrics).
+std::string addAmdCard(SysfsTree& tree, const std::string& address, const std::string& runtimeStatus) {
+    const std::string dir = tree.addDevice(SysfsTree::gpu(address, 0x1002, 0x73BF, "amdgpu", runtimeStatus));
+    const std::string hwmon = dir + "/hwmon/hwmon1/";
+    const char* files[][2] = {
+        {"temp1_input", "45000"}, {"temp1_label", "edge"}, {"temp2_input", "52000"}, {"temp2_label", "junction"},
+        {"in0_input", "862"},     {"in0_label", "vddgfx"}, {"pwm1", "77"},           {"pwm1_max", "255"},
+        {"fan1_input", "1100"},   {"power1_average", "41000000"}, {"power1_cap", "203000000"},
+        {"power1_cap_default", "203000000"}, {"freq1_input", "1815000000"}, {"freq1_label", "sclk"},
+    };
+    for (const auto& [name, value] : files) tree.write(hwmon + name, std::string(value) + "\n");
+    tree.write(dir + "/pp_dpm_sclk", "0: 500Mhz\n1: 1815Mhz *\n");
+    tree.write(dir + "/pp_dpm_mclk", "0: 96Mhz\n1: 1000Mhz *\n");
+    tree.write(dir + "/gpu_busy_percent", "12\n");
+    tree.write(dir + "/mem_info_vram_used", "1178599424\n");
+    tree.write(dir + "/gpu_metrics", std::string("\x08\x00\x01\x03\x2c\x00\x34\x00", 8));
+    return dir;
+}
+
+// A sleeping AMD card has none of its files opened by a refresh or by the vendor reader's extra reads, while
+// the awake card beside it is read in full; once it wakes, it is read too.
+TEST(SleepRule, ASleepingAmdCardHasNoFileOpenedByTheLiveReads) {
+    SysfsTree tree;
+    const std::string sleepingDir = addAmdCard(tree, "0000:01:00.0", "suspended");
+    addAmdCard(tree, "0000:02:00.0", "active");
+    FixtureLibrary started({tree.root(), ""});
+    Kalidor& library = started.library();
+    ASSERT_EQ(library.getGpuCount(), 2u);
+    ASSERT_EQ(library.getGpuBusId(0), 1);
+
+    OpenWatch watch;
+    ASSERT_TRUE(watch.watch(tree.root() + sleepingDir));
+    ASSERT_TRUE(watch.watch(tree.root() + sleepingDir + "/hwmon/hwmon1"));
+    library.refreshLiveSample();
+    LiveSample direct;
+    library.readGpuMoreLive(0, direct);
+    EXPECT_EQ(watch.opened(), std::vector<std::string>{});
+    EXPECT_FALSE(direct.moreRead);
+    const LiveSample& asleep = library.snapshot().gpus[0].live;
+    EXPECT_TRUE(asleep.suspended);
+    EXPECT_TRUE(asleep.temperaturesC.empty() && asleep.voltagesV.empty());
+    EXPECT_FALSE(asleep.powerWatts || asleep.memoryUsedMb || asleep.moreRead || asleep.throttleRead);
+    const LiveSample& awake = library.snapshot().gpus[1].live;
+    EXPECT_TRUE(awake.moreRead);
+    EXPECT_EQ(awake.hotspotTemperatureC, 52.0f);
+    EXPECT_EQ(awake.powerWatts, 41.0f);
+
+    tree.write(sleepingDir + "/power/runtime_status", "active\n");
+    library.refreshLiveSample();
+    EXPECT_FALSE(watch.opened().empty());
+    EXPECT_EQ(library.snapshot().gpus[0].live.hotspotTemperatureC, 52.0f);
+    EXPECT_EQ(library.snapshot().gpus[0].live.memoryUsedMb, 1124u);  // 1178599424 bytes / 2^20
 }
 
 }  // namespace

@@ -230,7 +230,6 @@ int serveMetrics(const MetricsServerOptions& options, const MetricsRenderer& ren
         {MHD_OPTION_THREAD_POOL_SIZE, threads, nullptr},
         {MHD_OPTION_CONNECTION_LIMIT, kConnectionLimit, nullptr},
         {MHD_OPTION_CONNECTION_TIMEOUT, kIdleTimeoutSeconds, nullptr},
-        {MHD_OPTION_LISTENING_ADDRESS_REUSE, 1, nullptr},
         {MHD_OPTION_STRICT_FOR_CLIENT, 1, nullptr},
         {MHD_OPTION_NOTIFY_CONNECTION, reinterpret_cast<intptr_t>(&connectionEvent), &state},
         {MHD_OPTION_NOTIFY_COMPLETED, reinterpret_cast<intptr_t>(&requestCompleted), &state},

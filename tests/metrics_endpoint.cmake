@@ -16,3 +16,10 @@ foreach(name endpoint tls_auth prometheus_scrape)
   target_compile_definitions(integration_metrics_${name} PRIVATE
     FIXED_METRICS_SERVER="$<TARGET_FILE:fixed_metrics_server>")
 endforeach()
+
+# Scrape latency against node_exporter's hwmon collector on a fixture machine; a benchmark, not a test.
+add_executable(bench_scrape_latency bench/scrape_latency_bench.cpp)
+add_dependencies(bench_scrape_latency fixed_metrics_server)
+target_compile_definitions(bench_scrape_latency PRIVATE
+  FIXED_METRICS_SERVER="$<TARGET_FILE:fixed_metrics_server>"
+  FIXTURE_MACHINES_DIR="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/sysfs")

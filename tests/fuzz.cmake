@@ -18,6 +18,9 @@ if(COMMAND lumenscope_fuzz_target)
     target_link_libraries(${name}_fuzz PRIVATE kalidor)
   endforeach()
 
+  lumenscope_fuzz_target(metrics_request ${fuzz_dir}/metrics_request_fuzz.cpp)
+  target_link_libraries(metrics_request_fuzz PRIVATE exporter_parsing)
+
   foreach(name proc_system pci_scan pci_ids)
     lumenscope_fuzz_target(${name} ${fuzz_dir}/${name}_fuzz.cpp)
     target_link_libraries(${name}_fuzz PRIVATE kalidor fuzz_scratch_root)

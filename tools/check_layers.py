@@ -20,6 +20,7 @@ LAYERS = [
     ("compute/", "compute"),
     ("report/online/", "online"),
     ("report/", "report"),
+    ("exporter/", "exporter"),
     ("demos/gl_utility/", "gl_utility"),
     ("engine/", "engine"),
     ("demos/", "demos"),
@@ -35,10 +36,12 @@ ALLOWED = {
     "compute": {"base", "kalidor"},
     "report": {"base", "gpu_database", "kalidor", "compute"},
     "online": {"base", "gpu_database", "kalidor", "compute", "report"},
+    "exporter": {"base", "gpu_database", "kalidor", "report"},
     "gl_utility": {"base", "kalidor"},
     "engine": {"base", "gl_utility"},
     "demos": {"base", "kalidor", "compute", "gl_utility", "engine"},
-    "app": {"base", "gpu_database", "kalidor", "compute", "report", "online", "gl_utility", "engine", "demos"},
+    "app": {"base", "gpu_database", "kalidor", "compute", "report", "online", "exporter", "gl_utility", "engine",
+            "demos"},
     "packaging": {"base", "app"},
 }
 
@@ -57,11 +60,11 @@ GENERATED = {
     "postfx.inc": "demos",
 }
 
-# System headers only some layers may use: the window toolkit and the metrics server stay in the application,
-# the HTTP client in the online exchange and the application.
+# System headers only some layers may use: the window toolkit stays in the application, the HTTP server library
+# in the exporter, the HTTP client in the online exchange and the application.
 SYSTEM_ONLY_IN = [
     (re.compile(r"^Q[A-Za-z]*(/|$)"), {"app"}),
-    (re.compile(r"^microhttpd\.h$"), {"app"}),
+    (re.compile(r"^microhttpd\.h$"), {"exporter"}),
     (re.compile(r"^curl/"), {"online", "app"}),
 ]
 
@@ -124,12 +127,17 @@ def self_check():
         "compute/cuda_discovery.h": '#include "app/app_log.h"\n',  # back up
         "report/json_report.cpp": '#include "json_report.h"\n',  # not from the root
         "demos/harness/demo_host.cpp": "#include <QWidget>\n",  # toolkit below the application
+        "app/metrics_mode.cpp": "#include <microhttpd.h>\n",  # the server library outside the exporter
+        "exporter/metrics_server.cpp": '#include "report/json_report.h"\n#include <microhttpd.h>\n',
+        "exporter/metrics_text.cpp": '#include "compute/cuda_discovery.h"\n',  # beside, not below
         "app/app_log.h": '#include "kalidor/kalidor.h"\n#include <QWidget>\n',
         "report/json_report.h": "",
         "report/report_generator.cpp": '#include "kalidor/platform/pci_bus.h"\n',  # inside the library
         "kalidor/platform/pci_bus.h": "",
     }
     expected = [
+        "app/metrics_mode.cpp:1: <microhttpd.h> is not for the app layer",
+        'exporter/metrics_text.cpp:1: exporter may not include compute ("compute/cuda_discovery.h")',
         'compute/cuda_discovery.h:1: compute may not include app ("app/app_log.h")',
         "demos/harness/demo_host.cpp:1: <QWidget> is not for the demos layer",
         'report/json_report.cpp:1: "json_report.h" does not name a file from the source root',

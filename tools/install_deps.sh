@@ -14,6 +14,7 @@ ocl-icd-libopencl1 ocl-icd-opencl-dev opencl-headers pocl-opencl-icd
 nlohmann-json3-dev
 libxml2-utils
 libcurl4-openssl-dev python3
+libmicrohttpd-dev libgnutls28-dev libcrypt-dev prometheus prometheus-node-exporter dpkg-dev systemd openssl curl
 clang-15 libfuzzer-15-dev valgrind
 desktop-file-utils appstream groff-base
 qt6-base-dev qt6-qpa-plugins libxcb1-dev fonts-dejavu-core

@@ -1,9 +1,11 @@
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include "app/batch_run.h"
 #include "app/command_line.h"
 #include "app/command_line_help.h"
+#include "app/long_options.h"
 #include "app/platform/desktop_module_loader.h"
 
 int main(int argc, char** argv) {
@@ -14,6 +16,17 @@ int main(int argc, char** argv) {
         std::fputs(information.c_str(), stdout);
         return 0;
     }
-    if (isBatchRun(commandLine.c_str())) return runBatchReports(argc, argv);
-    return runDesktopModule(argc, argv);
+    const SplitCommandLine split = splitCommandLine(argc, argv);
+    if (!split.error.empty()) {
+        std::fprintf(stderr, "lumenscope: %s\n", split.error.c_str());
+        return 2;
+    }
+    // The older runs see the line without the two-dash options.
+    std::vector<const char*> rest = {argv[0]};
+    for (const std::string& argument : split.otherArguments) rest.push_back(argument.c_str());
+    rest.push_back(nullptr);
+    const int restCount = int(rest.size()) - 1;
+    char** restArgv = const_cast<char**>(rest.data());
+    if (isBatchRun(joinArguments(restCount, restArgv).c_str())) return runBatchReports(restCount, restArgv);
+    return runDesktopModule(restCount, restArgv);
 }

@@ -20,6 +20,7 @@ LAYERS = [
     ("compute/", "compute"),
     ("report/online/", "online"),
     ("report/", "report"),
+    ("exporter/", "exporter"),
     ("demos/gl_utility/", "gl_utility"),
     ("engine/", "engine"),
     ("demos/", "demos"),
@@ -35,10 +36,12 @@ ALLOWED = {
     "compute": {"base", "kalidor"},
     "report": {"base", "gpu_database", "kalidor", "compute"},
     "online": {"base", "gpu_database", "kalidor", "compute", "report"},
+    "exporter": {"base", "gpu_database", "kalidor", "report"},
     "gl_utility": {"base", "kalidor"},
     "engine": {"base", "gl_utility"},
     "demos": {"base", "kalidor", "compute", "gl_utility", "engine"},
-    "app": {"base", "gpu_database", "kalidor", "compute", "report", "online", "gl_utility", "engine", "demos"},
+    "app": {"base", "gpu_database", "kalidor", "compute", "report", "online", "exporter", "gl_utility", "engine",
+            "demos"},
     "packaging": {"base", "app"},
 }
 

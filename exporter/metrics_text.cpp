@@ -31,6 +31,11 @@ std::optional<double> scaled(const std::optional<float>& value, double factor) {
     return value ? std::optional<double>(shortestDouble(*value) * factor) : std::nullopt;
 }
 
+// Percent to ratio by division: 35 / 100 is the double nearest 0.35, 35 * 0.01 is not.
+std::optional<double> ratio(const std::optional<float>& percent) {
+    return percent ? std::optional<double>(shortestDouble(*percent) / 100.0) : std::nullopt;
+}
+
 // The series of one family, its labels already written ("gpu=\"...\",sensor=\"edge\"").
 struct Series {
     std::string labels;
@@ -67,11 +72,11 @@ constexpr auto kLiveFamilies = std::to_array<Family>({
      }},
     {"lumenscope_gpu_fan_speed_ratio", "gauge", "GPU fan speed as a ratio of its full speed (0 to 1).",
      [](const LiveSample& l, const std::string& gpu, std::vector<Series>& out) {
-         addIfKnown(out, gpu, scaled(l.fanPercent, 0.01));
+         addIfKnown(out, gpu, ratio(l.fanPercent));
      }},
     {"lumenscope_gpu_utilization_ratio", "gauge", "Share of time the GPU was busy (0 to 1).",
      [](const LiveSample& l, const std::string& gpu, std::vector<Series>& out) {
-         addIfKnown(out, gpu, scaled(l.gpuLoadPercent, 0.01));
+         addIfKnown(out, gpu, ratio(l.gpuLoadPercent));
      }},
     {"lumenscope_gpu_clock_hertz", "gauge", "GPU clock by domain, in hertz.",
      [](const LiveSample& l, const std::string& gpu, std::vector<Series>& out) {

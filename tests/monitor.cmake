@@ -1,0 +1,8 @@
+# The monitor, --json and --textfile of the built program on fixture machines.
+lumenscope_integration_test(integration_monitor integration/monitor_test.cpp)
+add_dependencies(integration_monitor lumenscope fake_nvml_full)
+target_compile_definitions(integration_monitor PRIVATE
+  LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>"
+  SYSFS_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/sysfs"
+  NVML_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/nvml"
+  FAKE_NVML_LIBRARY_DIR="$<TARGET_FILE_DIR:fake_nvml_full>")

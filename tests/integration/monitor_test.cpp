@@ -149,6 +149,31 @@ TEST_F(MonitorRun, JsonLinesCarryTheDriversValuesInTheirUnits) {
     expectNothingWritten();
 }
 
+// The eight-card machine: one line per card per tick, its sleeping card marked, every card its own address.
+TEST_F(MonitorRun, EightCardsGiveEightLinesPerTick) {
+    std::vector<std::pair<std::string, std::string>> env = fakeNvmlEnvironment();
+    env[1].second = std::string(NVML_FIXTURES) + "/eight-gpus.conf";
+    MonitorChild monitor(LUMENSCOPE_BINARY, (dir / "work").string(),
+                         {"--monitor", "--format=jsonl", "--count=2", "--interval=100",
+                          "--root=" + kFixtures + "/eight-gpus"},
+                         env, (dir / "stderr.txt").string());
+    std::vector<nlohmann::json> lines;
+    while (auto line = monitor.nextLine(10s)) lines.push_back(nlohmann::json::parse(*line));
+    ASSERT_EQ(monitor.waitForExit(10s), 0) << errors();
+    ASSERT_EQ(lines.size(), 16u);
+    std::map<std::string, int> linesPerCard;
+    int asleep = 0, withPower = 0;
+    for (const nlohmann::json& gpu : lines) {
+        ++linesPerCard[gpu["gpu"].get<std::string>()];
+        asleep += gpu["suspended"].get<bool>();
+        withPower += !gpu["power_watts"].is_null();
+    }
+    EXPECT_EQ(linesPerCard.size(), 8u);
+    for (const auto& [card, count] : linesPerCard) EXPECT_EQ(count, 2) << card;
+    EXPECT_EQ(asleep, 2);  // the one sleeping card, at each tick
+    EXPECT_GE(withPower, 2 * 2);  // the NVIDIA cards at least
+}
+
 // Opens of files and folders in a set of directories, as the kernel reports them.
 class OpenWatch {
 public:

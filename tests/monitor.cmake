@@ -6,3 +6,9 @@ target_compile_definitions(integration_monitor PRIVATE
   SYSFS_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/sysfs"
   NVML_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/nvml"
   FAKE_NVML_LIBRARY_DIR="$<TARGET_FILE_DIR:fake_nvml_full>")
+
+# The monitor's CPU time per tick against the bare reads of the same files, on the eight-card machine; a
+# benchmark, not a test.
+add_executable(bench_monitor_tick bench/monitor_tick_bench.cpp)
+target_link_libraries(bench_monitor_tick PRIVATE fixture_library exporter)
+target_compile_definitions(bench_monitor_tick PRIVATE NVML_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/nvml")

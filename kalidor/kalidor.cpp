@@ -34,6 +34,7 @@ Kalidor* Kalidor::getInstance() {
 
 void Kalidor::destroyInstance() {
     gGlobals.snapshot.reset();
+    gGlobals.liveOnly = false;
     delete gInstance;
     gInstance = nullptr;
 }

@@ -69,7 +69,9 @@ constexpr auto kLongOptions = std::to_array<LongOption>({
          return false;
      }},
     {"--textfile", ValueRule::required, "=PATH", "write the metrics exposition to PATH once (atomically) and exit",
-     [](LongOptions& o, std::string_view v, std::string* error) { return setPath(o.textfile, v, error, "--textfile"); }},
+     [](LongOptions& o, std::string_view v, std::string* error) {
+         return setPath(o.textfile, v, error, "--textfile");
+     }},
     {"--serve-metrics", ValueRule::optional, "[=ADDRESS:PORT]", "serve the metrics over HTTP (loopback by default)",
      [](LongOptions& o, std::string_view v, std::string*) {
          o.metricsAddress = std::string(v);

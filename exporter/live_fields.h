@@ -6,8 +6,9 @@
 
 #include "kalidor/machine_snapshot.h"
 
-// The single-valued live readings of a GPU, named as report.json's `live` block names them, one row per
-// reading. Readings by name (temperatures by sensor, voltages by rail) and the throttle reasons are not rows:
+// The single-valued live readings of a GPU, named and ordered as report.json's `live` block has them, one
+// row per reading; the requested clock, which the report does not show, follows the actual one. Readings by
+// name (temperatures by sensor, voltages by rail) and the throttle reasons are not rows:
 // their outputs give them columns or labels of their own.
 namespace exporter {
 

@@ -77,7 +77,8 @@ int main(int argc, char** argv) {
     const exporter::MonitorColumns columns = exporter::monitorColumns(library->snapshot());
     std::string firstLines = exporter::csvHeader(columns);
     for (const auto& gpu : library->snapshot().gpus) firstLines += exporter::csvLine(columns, gpu, "T");
-    const double firstLineMs = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    const double firstLineMs =
+        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
 
     size_t bytes = 0;
     const auto tick = [&] {

@@ -286,6 +286,19 @@ TEST_F(MonitorRun, JsonPrintsTheBatchReportsJsonAndWritesNoFile) {
     fromFile["system"].erase("cpu_speed_mhz");
     EXPECT_EQ(fromStdout, fromFile);
     EXPECT_EQ(fromStdout["gpus"][0]["name"], "NVIDIA GeForce RTX 3090");
+
+    // The monitor's JSON Lines name every live reading as the report does, with the same value.
+    const ProgramRun monitor = runProgram(LUMENSCOPE_BINARY, dir / "work",
+                                          {"--monitor", "--count=1", "--format=jsonl", root}, fakeNvmlEnvironment());
+    ASSERT_EQ(monitor.exitCode, 0) << monitor.errorText;
+    const nlohmann::json line = nlohmann::json::parse(monitor.outputText, nullptr, false);
+    ASSERT_FALSE(line.is_discarded()) << monitor.outputText;
+    const nlohmann::json& live = fromFile["gpus"][0]["live"];
+    ASSERT_FALSE(live.empty());
+    for (const auto& [key, value] : live.items()) {
+        ASSERT_TRUE(line.contains(key)) << key;
+        EXPECT_EQ(line[key], value) << key;
+    }
 }
 
 TEST_F(MonitorRun, TextfileWritesAnExpositionPromtoolAcceptsWithTheDriversValues) {

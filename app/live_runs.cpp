@@ -53,8 +53,3 @@ int runMetricsTextFile(const LongOptions& options) {
     }
     return 0;
 }
-
-int runMetricsEndpoint(const LongOptions&) {
-    std::fputs("lumenscope: --serve-metrics: this build has no metrics endpoint\n", stderr);
-    return 1;
-}

@@ -11,5 +11,6 @@ int runJsonReport(int argc, const char* const* argv);
 // The metrics exposition written once to options.textfile, atomically. 0, or 1 with a message.
 int runMetricsTextFile(const LongOptions& options);
 
-// The metrics endpoint (--serve-metrics); 1 with a message where this build has none.
+// The metrics endpoint (--serve-metrics) until SIGINT or SIGTERM, every scrape answered from one sample read
+// at most once a second (app/metrics_endpoint_run.cpp). 1 with a message where this build has no endpoint.
 int runMetricsEndpoint(const LongOptions& options);

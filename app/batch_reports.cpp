@@ -19,7 +19,7 @@ void tellWriteFailure(const char* path, int error) {
 
 }  // namespace
 
-void writeBatchReports(AppState& state, Kalidornm::Kalidor& library) {
+report::ReportSnapshot batchReportSnapshot(const AppState& state, Kalidornm::Kalidor& library) {
     report::ReportSnapshot snapshot;
     report::fillReportSnapshot(snapshot, library);
     // The tools panel never exists in a batch run, so its link tables are never chosen.
@@ -27,7 +27,11 @@ void writeBatchReports(AppState& state, Kalidornm::Kalidor& library) {
     snapshot.system.cpuSpeedMhz = state.cpuSpeedMhz;
     snapshot.system.physxVersion = state.physxVersion;
     snapshot.system.osIsVista = state.osIsVista;
+    return snapshot;
+}
 
+void writeBatchReports(AppState& state, Kalidornm::Kalidor& library) {
+    const report::ReportSnapshot snapshot = batchReportSnapshot(state, library);
     int error = 0;
     if (state.exportXmlReport) {
         report::generateReport(state.report, snapshot);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "report/report_snapshot.h"
+
 struct AppState;
 namespace Kalidornm {
 class Kalidor;
@@ -13,3 +15,6 @@ inline constexpr const char* kJsonReportFile = "report.json";
 // are set. One snapshot and one generation serve every file. Each file is complete or left as it was; one
 // that cannot be written gets one line on stderr naming it and the reason.
 void writeBatchReports(AppState& state, Kalidornm::Kalidor& library);
+
+// The snapshot every report of a batch run is written from.
+report::ReportSnapshot batchReportSnapshot(const AppState& state, Kalidornm::Kalidor& library);

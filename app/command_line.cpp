@@ -7,6 +7,7 @@
 #include <string>
 
 #include "app/app_state.h"
+#include "app/long_options.h"
 #include "demos/harness/demo_table.h"
 
 namespace {
@@ -215,8 +216,8 @@ const char* commandLineOptionText(size_t index) { return index < kOptions.size()
 
 std::vector<OptionDescription> describedOptions() {
     std::vector<OptionDescription> rows;
-    rows.reserve(kOptions.size() + 2);
     for (const CommandLineOption& option : kOptions) rows.push_back({option.text, option.value, option.description});
+    for (const OptionDescription& option : describedLongOptions()) rows.push_back(option);
     rows.push_back({kHelpOption, nullptr, "print this list of options and exit"});
     rows.push_back({kVersionOption, nullptr, "print the program's name and version and exit"});
     return rows;

@@ -33,5 +33,6 @@ struct OptionDescription {
     const char* description;
 };
 
-// Every option the parser knows in test order, then --help and --version.
+// Every option the parser knows in test order, the two-dash options (app/long_options.h), then --help and
+// --version.
 std::vector<OptionDescription> describedOptions();

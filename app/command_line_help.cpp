@@ -27,7 +27,8 @@ std::string helpText() {
         "Shows what the graphics hardware and drivers of this machine are and can do.\n"
         "An option counts wherever it stands, inside a longer word too; case matters, unknown words are ignored,\n"
         "and a number follows its '=' directly. With a report option the reports are written to the working\n"
-        "directory and the program ends; without one the main window opens.\n"
+        "directory and the program ends; without one the main window opens. Options that begin with '--' are\n"
+        "whole words, their value after '='; an unknown one ends the program with status 2.\n"
         "\n"
         "Options:\n";
     for (const OptionDescription& option : options) {

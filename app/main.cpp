@@ -1,10 +1,15 @@
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include "app/batch_run.h"
 #include "app/command_line.h"
 #include "app/command_line_help.h"
+#include "app/live_runs.h"
+#include "app/long_options.h"
+#include "app/monitor_run.h"
 #include "app/platform/desktop_module_loader.h"
+#include "kalidor/kalidor.h"
 
 int main(int argc, char** argv) {
     const std::string commandLine = joinArguments(argc, argv);
@@ -14,6 +19,27 @@ int main(int argc, char** argv) {
         std::fputs(information.c_str(), stdout);
         return 0;
     }
-    if (isBatchRun(commandLine.c_str())) return runBatchReports(argc, argv);
-    return runDesktopModule(argc, argv);
+    const SplitCommandLine split = splitCommandLine(argc, argv);
+    if (!split.error.empty()) {
+        std::fprintf(stderr, "lumenscope: %s\n", split.error.c_str());
+        return 2;
+    }
+    const LongOptions& options = split.options;
+    if (options.root) {
+        Kalidornm::KalidorSources sources;
+        sources.rootDir = *options.root;
+        Kalidornm::Kalidor::setSources(sources);
+    }
+    // The older options see the line without the two-dash options.
+    std::vector<const char*> rest = {argv[0]};
+    for (const std::string& argument : split.otherArguments) rest.push_back(argument.c_str());
+    rest.push_back(nullptr);
+    const int restCount = int(rest.size()) - 1;
+    char** restArgv = const_cast<char**>(rest.data());
+    if (options.json) return runJsonReport(restCount, restArgv);
+    if (options.monitor) return runMonitor(options);
+    if (options.textfile) return runMetricsTextFile(options);
+    if (options.serveMetrics) return runMetricsEndpoint(options);
+    if (isBatchRun(joinArguments(restCount, restArgv).c_str())) return runBatchReports(restCount, restArgv);
+    return runDesktopModule(restCount, restArgv);
 }

@@ -34,6 +34,7 @@ Kalidor* Kalidor::getInstance() {
 
 void Kalidor::destroyInstance() {
     gGlobals.snapshot.reset();
+    gGlobals.liveOnly = false;
     delete gInstance;
     gInstance = nullptr;
 }
@@ -78,6 +79,15 @@ bool Kalidor::startup(int, int, int width, int height, int glMajor, int glMinor,
     return scanned;
 }
 
+bool Kalidor::startupLiveOnly() {
+    if (gGlobals.started) return gGlobals.liveOnly;
+    gGlobals.liveOnly = true;
+    // An OpenGL version of 0 creates no probe context.
+    return startup(0, 0, 64, 64, 0, 0, false);
+}
+
+bool Kalidor::isLiveOnly() const { return gGlobals.liveOnly; }
+
 const MachineSnapshot& Kalidor::snapshot() {
     if (!gGlobals.snapshot) gGlobals.snapshot = readMachineSnapshot(*this);
     return *gGlobals.snapshot;
@@ -100,6 +110,7 @@ bool Kalidor::shutdown() {
     gGlobals.windows.clear();
     gGlobals.mainWindow = nullptr;
     gGlobals.started = false;
+    gGlobals.liveOnly = false;
     destroyInstance();
     return true;
 }

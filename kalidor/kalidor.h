@@ -29,6 +29,11 @@ public:
     // Lifecycle
     bool startup(int x, int y, int width, int height, int glMajor, int glMinor, bool debugContext);
     bool startup(int glMajor, int glMinor);
+    // The start for live readings alone (the monitor, the metrics): the PCI scan, the vendor backends and
+    // the machine snapshot, with no OpenGL probe, no CPU clock measurement and no question to a display
+    // server. The snapshot's OpenGL facts, CPU speed and display mode stay empty.
+    bool startupLiveOnly();
+    bool isLiveOnly() const;
     bool shutdown();
     uint32_t getVersionMajor() const { return kVersionMajor; }
     uint32_t getVersionMinor() const { return kVersionMinor; }
@@ -123,6 +128,8 @@ public:
     const char* getGpuName(int gpu) const;
     const char* getGpuCodename(int gpu) const;
     int32_t getGpuBusId(int gpu) const;
+    // "0000:03:00.0"; empty for a GPU off the PCI bus.
+    std::string getGpuPciAddress(int gpu) const;
     const char* getGpuDisplayDeviceId(int gpu) const;
     const char* getGpuDisplayDeviceString(int gpu) const;
     // A figure of 0 asks the database again with the record's ids; a value above 0 is kept in the record.

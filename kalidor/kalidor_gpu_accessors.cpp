@@ -61,6 +61,11 @@ int32_t Kalidor::getGpuBusId(int gpu) const {
     return r ? r->busId : -1;
 }
 
+std::string Kalidor::getGpuPciAddress(int gpu) const {
+    const GpuRecord* r = record(gpu);
+    return r && r->pciAddress ? r->pciAddress->text() : std::string();
+}
+
 const char* Kalidor::getGpuDisplayDeviceId(int gpu) const {
     const GpuRecord* r = record(gpu);
     return r ? r->displayDeviceId : nullptr;

@@ -47,6 +47,7 @@ struct GpuSummary {
 // The library's one global block.
 struct LibraryGlobals {
     bool started = false;
+    bool liveOnly = false;  // started by startupLiveOnly
     // Taken when start-up begins; the CPU clock is measured from it, over the probe's time.
     TscReading tscAtStartup;
     GpuList gpus;

@@ -112,6 +112,7 @@ struct GpuSnapshot {
     bool hasPciIds = false;  // false for a device off the PCI bus, whose ids read 0
     uint32_t vendorId = 0, deviceId = 0, subvendorId = 0, subdeviceId = 0;
     int32_t busId = -1;
+    std::optional<std::string> pciAddress;  // "0000:03:00.0"; absent off the PCI bus
     // Driver
     std::optional<std::string> driverVersion;    // this GPU's own driver text
     std::optional<std::string> catalystVersion;  // AMD

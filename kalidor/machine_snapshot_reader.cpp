@@ -32,7 +32,8 @@ std::optional<float> reading(bool ok, float value) {
 
 SystemFacts readSystem(Kalidor& k) {
     SystemFacts sys;
-    sys.cpuSpeedMhz = int32_t(k.getCpuSpeedMhz());
+    // Measuring the CPU clock waits out its window; a live-only start has no use for it.
+    if (!k.isLiveOnly()) sys.cpuSpeedMhz = int32_t(k.getCpuSpeedMhz());
     sys.physxVersion = int32_t(k.getPhysxVersion());
     sys.osIsVista = k.isVista();
     sys.cpuName = optionalText(k.getCpuName());
@@ -140,6 +141,7 @@ GpuSnapshot readGpu(Kalidor& k, int gpu) {
     g.hasPciIds = k.getGpuPciIds(gpu, &g.vendorId, &g.deviceId, &g.subvendorId, &g.subdeviceId) && g.vendorId != 0;
     g.driverVersion = presentText(k.getGpuDriverVersion(gpu));
     g.busId = k.getGpuBusId(gpu);
+    g.pciAddress = presentText(k.getGpuPciAddress(gpu).c_str());
     g.catalystVersion = presentText(k.getGpuCatalystVersion(gpu));
     g.isCrimson = k.isGpuCrimsonDriver(gpu);
     g.shaderCores = k.getGpuShaderCores(gpu);
@@ -206,9 +208,12 @@ MachineSnapshot readMachineSnapshot(Kalidor& k) {
     MachineSnapshot m;
     m.system = readSystem(k);
     m.hasDisplayDevice = k.hasDisplayDevice();
-    // One question to the display server for all four figures: each is a round trip, slow on some servers.
-    const DisplayMode mode = readCurrentDisplayMode();
-    m.displayMode = {int32_t(mode.width), int32_t(mode.height), int32_t(mode.refreshHz), int32_t(mode.bitsPerPixel)};
+    if (!k.isLiveOnly()) {
+        // One question to the display server for all four figures: each is a round trip, slow on some servers.
+        const DisplayMode mode = readCurrentDisplayMode();
+        m.displayMode = {int32_t(mode.width), int32_t(mode.height), int32_t(mode.refreshHz),
+                         int32_t(mode.bitsPerPixel)};
+    }
     m.primary = readPrimary(k);
     m.driver.nvDriverVersionNumber = k.getDriverVersionNumber();
     m.driver.nvDriverBranch = presentText(k.getDriverBranch());
@@ -217,7 +222,7 @@ MachineSnapshot readMachineSnapshot(Kalidor& k) {
     const uint32_t count = k.getGpuCount();
     m.gpus.reserve(count);
     for (uint32_t gpu = 0; gpu < count; ++gpu) m.gpus.push_back(readGpu(k, int(gpu)));
-    m.gl = readOpenGl(k);
+    if (!k.isLiveOnly()) m.gl = readOpenGl(k);
     return m;
 }
 

@@ -5,7 +5,8 @@ if(COMMAND lumenscope_fuzz_target)
   add_library(fuzz_scratch_root STATIC ${fuzz_dir}/scratch_root.cpp)
 
   lumenscope_fuzz_target(command_line ${fuzz_dir}/command_line_fuzz.cpp
-    ${PROJECT_SOURCE_DIR}/app/command_line.cpp ${PROJECT_SOURCE_DIR}/app/app_state.cpp
+    ${PROJECT_SOURCE_DIR}/app/command_line.cpp ${PROJECT_SOURCE_DIR}/app/long_options.cpp
+    ${PROJECT_SOURCE_DIR}/app/app_state.cpp
     ${PROJECT_SOURCE_DIR}/app/platform/process_linux.cpp)
   # Whatever the application state holds beyond the command line links in from its own library, where one exists.
   target_link_libraries(command_line_fuzz PRIVATE $<TARGET_NAME_IF_EXISTS:online>)

@@ -8,6 +8,7 @@ lumenscope_unit_test(unit_machine
   unit/amd_memory_type_test.cpp
   unit/intel_machines_test.cpp
   unit/nvidia_desktop_live_test.cpp
+  unit/live_only_start_test.cpp
 )
 target_link_libraries(unit_machine PRIVATE fixture_library sysfs_tree)
 add_dependencies(unit_machine fake_nvml_full fake_nvml_legacy fake_nvml_broken)

@@ -1,11 +1,14 @@
 // The command line on any words: options are found anywhere in the joined line and numbers are read with
-// scanf, so no line may crash the parser or leave a field at a value no option can give it.
+// scanf, so no line may crash the parser or leave a field at a value no option can give it. The two-dash
+// options are sorted out of the same words first: every word lands on one side, and a value is never kept
+// outside its range.
 #include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "app/app_state.h"
 #include "app/command_line.h"
+#include "app/long_options.h"
 #include "fuzz/fuzz_input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -15,6 +18,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::vector<const char*> argv{"lumenscope"};
     for (const std::string& word : words) argv.push_back(word.c_str());
     const std::string line = joinArguments(int(argv.size()), argv.data());
+
+    const SplitCommandLine split = splitCommandLine(int(argv.size()), argv.data());
+    size_t twoDashWords = 0;
+    for (const std::string& word : words) twoDashWords += word.rfind("--", 0) == 0;
+    if (split.otherArguments.size() + twoDashWords != words.size()) std::abort();
+    for (const std::string& other : split.otherArguments)
+        if (other.rfind("--", 0) == 0) std::abort();
+    if (split.error.empty() && split.options.intervalMs < kMinMonitorIntervalMs) std::abort();
+    if (split.error.empty() && split.options.count && *split.options.count < 1) std::abort();
+    if (twoDashWords == 0 && !split.error.empty()) std::abort();
 
     AppState state;
     resetAppState(state);

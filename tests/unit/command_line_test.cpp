@@ -8,6 +8,7 @@
 
 #include "app/app_state.h"
 #include "app/command_line.h"
+#include "app/long_options.h"
 #include "app/command_line_help.h"
 #include "demos/harness/demo_table.h"
 
@@ -239,7 +240,7 @@ TEST(CommandLineHelp, ListsEveryOptionOnOneLineWithItsDescriptionInOneColumn) {
 
     const std::vector<OptionDescription> options = describedOptions();
     ASSERT_EQ(optionLines.size(), options.size());
-    EXPECT_EQ(options.size(), commandLineOptionCount() + 2);
+    EXPECT_EQ(options.size(), commandLineOptionCount() + longOptionCount() + 2);
     size_t column = 0;
     for (size_t i = 0; i < options.size(); ++i) {
         const std::string shown = std::string(options[i].text) + (options[i].value ? options[i].value : "");
@@ -265,3 +266,49 @@ TEST(CommandLine, JoinsArgumentsWithSingleBlanksWithoutTheProgramName) {
 }
 
 }  // namespace
+
+namespace {
+
+SplitCommandLine split(std::vector<const char*> arguments) {
+    arguments.insert(arguments.begin(), "lumenscope");
+    return splitCommandLine(int(arguments.size()), arguments.data());
+}
+
+}  // namespace
+
+TEST(LongOptions, AreTakenOutBeforeTheOlderOptionsAreLookedFor) {
+    const SplitCommandLine line = split({"--textfile=/srv/bench_log_results.prom", "/exp_txt_report"});
+    EXPECT_EQ(line.error, "");
+    EXPECT_EQ(line.options.textfile, "/srv/bench_log_results.prom");
+    ASSERT_EQ(line.otherArguments, std::vector<std::string>{"/exp_txt_report"});
+    const AppState state = parsed(line.otherArguments[0].c_str());
+    EXPECT_FALSE(state.demo.benchLogResults);
+    EXPECT_TRUE(state.exportTxtReport);
+
+    const SplitCommandLine monitor = split({"--monitor", "--interval=250", "--count=3", "--format=jsonl", "--help"});
+    EXPECT_EQ(monitor.error, "");
+    EXPECT_TRUE(monitor.options.monitor);
+    EXPECT_EQ(monitor.options.intervalMs, 250);
+    EXPECT_EQ(monitor.options.count, 3);
+    EXPECT_EQ(monitor.options.format, MonitorFormat::jsonl);
+
+    const SplitCommandLine serve = split({"--serve-metrics", "--metrics-auth-file=/etc/users"});
+    EXPECT_TRUE(serve.options.serveMetrics);
+    EXPECT_EQ(serve.options.metricsAddress, "");
+    EXPECT_EQ(serve.options.metricsAuthFile, "/etc/users");
+    EXPECT_EQ(split({"--serve-metrics=0.0.0.0:9100"}).options.metricsAddress, "0.0.0.0:9100");
+}
+
+TEST(LongOptions, UnknownOrMalformedOnesAreNamedInTheError) {
+    EXPECT_EQ(split({"--monitr"}).error, "unknown option --monitr (--help lists the options)");
+    EXPECT_EQ(split({"--"}).error, "unknown option -- (--help lists the options)");
+    EXPECT_EQ(split({"--interval=99"}).error, "--interval needs a whole number of milliseconds, at least 100");
+    EXPECT_EQ(split({"--interval=1s"}).error, "--interval needs a whole number of milliseconds, at least 100");
+    EXPECT_EQ(split({"--count=0"}).error, "--count needs a whole number, at least 1");
+    EXPECT_EQ(split({"--format=xml"}).error, "--format takes csv or jsonl");
+    EXPECT_EQ(split({"--json=yes"}).error, "--json takes no value");
+    EXPECT_EQ(split({"--textfile"}).error, "--textfile needs a value: --textfile=PATH");
+    EXPECT_EQ(split({"--textfile="}).error, "--textfile needs a path after '='");
+    // The first fault is the one reported.
+    EXPECT_EQ(split({"--count=x", "--bogus"}).error, "--count needs a whole number, at least 1");
+}

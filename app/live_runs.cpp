@@ -1,0 +1,55 @@
+#include "app/live_runs.h"
+
+#include <chrono>
+#include <cstdio>
+#include <string>
+
+#include "app/app_state.h"
+#include "app/batch_reports.h"
+#include "app/command_line.h"
+#include "app/live_library.h"
+#include "app/run_steps.h"
+#include "exporter/metrics_text.h"
+#include "exporter/text_file_writer.h"
+#include "kalidor/kalidor.h"
+#include "report/json_report.h"
+
+int runJsonReport(int argc, const char* const* argv) {
+    AppState& state = gApp;
+    // As openRun, without the log file.
+    initAppState(state);
+    parseCommandLine(state, joinArguments(argc, argv).c_str());
+    state.updateThread.reset();
+    Kalidornm::Kalidor* library = startMachineProbes(state);
+    if (!library) {
+        std::fprintf(stderr, "lumenscope: %s\n", kLibraryStartFailed);
+        return 1;
+    }
+    const std::string text = report::jsonReportText(batchReportSnapshot(state, *library));
+    closeRun(state, library, nullptr);
+    freeRunRecords(state);
+    if (text.empty()) {
+        std::fputs("lumenscope: the report could not be built\n", stderr);
+        return 1;
+    }
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
+        std::perror("lumenscope: could not write to standard output");
+        return 1;
+    }
+    return 0;
+}
+
+int runMetricsTextFile(const LongOptions& options) {
+    LiveLibrary library;
+    if (!library.started()) return 1;
+    const auto start = std::chrono::steady_clock::now();
+    const Kalidornm::MachineSnapshot& machine = library.readLive();
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+    std::string error;
+    if (!exporter::writeTextFileAtomically(*options.textfile, exporter::renderMetricsText(machine, took.count()),
+                                           &error)) {
+        std::fprintf(stderr, "lumenscope: %s\n", error.c_str());
+        return 1;
+    }
+    return 0;
+}

@@ -105,9 +105,14 @@ std::string jsonLine(const GpuSnapshot& gpu, const std::string& timestamp) {
         {"suspended", live.suspended},
     };
     for (const LiveField& field : liveFields()) object[field.key] = live.suspended ? Json(nullptr) : field.value(live);
-    object[kTemperaturesKey] = live.suspended ? Json(nullptr) : readingsObject(live.temperaturesC);
-    object[kVoltagesKey] = live.suspended ? Json(nullptr) : readingsObject(live.voltagesV);
-    object[kThrottleReasonsKey] = live.suspended ? Json(nullptr) : Json(live.throttleReasons);
+    // As report.json writes them: an empty object or list only where the driver was read and named nothing.
+    const bool read = !live.suspended;
+    object[kTemperaturesKey] = read && (live.moreRead || !live.temperaturesC.empty())
+                                   ? readingsObject(live.temperaturesC) : Json(nullptr);
+    object[kVoltagesKey] =
+        read && (live.moreRead || !live.voltagesV.empty()) ? readingsObject(live.voltagesV) : Json(nullptr);
+    object[kThrottleReasonsKey] = read && (live.throttleRead || !live.throttleReasons.empty())
+                                      ? Json(live.throttleReasons) : Json(nullptr);
     // Bytes that are not UTF-8 (a driver's name text) are replaced rather than failing the line.
     return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
 }

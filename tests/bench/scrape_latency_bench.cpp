@@ -24,10 +24,13 @@ fs::path sysfsWithHwmonClass(const fs::path& fixture)
     fs::remove_all(root);
     fs::copy(fixture / "sys", root, fs::copy_options::recursive | fs::copy_options::copy_symlinks);
     fs::create_directories(root / "class/hwmon");
+    // Fixture machines made of several cards may give two devices the same hwmon number: the class folder
+    // numbers them anew, as the kernel does.
+    int next = 0;
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(root / "devices")) {
         if (entry.is_directory() && entry.path().parent_path().filename() == "hwmon" &&
             entry.path().filename().string().rfind("hwmon", 0) == 0)
-            fs::create_directory_symlink(entry.path(), root / "class/hwmon" / entry.path().filename());
+            fs::create_directory_symlink(entry.path(), root / "class/hwmon" / ("hwmon" + std::to_string(next++)));
     }
     return root;
 }

@@ -6,6 +6,7 @@
 // server of a fixed exposition.
 
 #include "metrics_endpoint/metrics_client.h"
+#include "support/free_port.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -66,19 +67,6 @@ Percentiles scrapeAtFiftyASecond(int port, int seconds)
     return result;
 }
 
-int freePort()
-{
-    const int fd = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address);
-    getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length);
-    close(fd);
-    return ntohs(address.sin_port);
-}
-
 bool answers(int port)
 {
     const auto deadline = SteadyClock::now() + 10s;
@@ -117,7 +105,7 @@ int main(int argc, char** argv)
         return 1;
     }
     const fs::path sysfs = sysfsWithHwmonClass(fixture);
-    const int nodePort = freePort();
+    const int nodePort = freeLoopbackPort();
     const pid_t node = fork();
     if (node == 0) {
         const std::string sysArg = "--path.sysfs=" + sysfs.string();

@@ -5,6 +5,7 @@
 #include "metrics_endpoint/fixed_exposition.h"
 #include "metrics_endpoint/metrics_client.h"
 #include "metrics_endpoint/test_credentials.h"
+#include "support/free_port.h"
 
 #include <gtest/gtest.h>
 
@@ -17,19 +18,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-int freeLoopbackPort()
-{
-    const int fd = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address);
-    getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length);
-    close(fd);
-    return ntohs(address.sin_port);
-}
 
 // The sample value of a series line of the fixed exposition, by the line's beginning.
 std::string servedValue(const std::string& seriesStart)

@@ -16,6 +16,13 @@ foreach(name endpoint tls_auth prometheus_scrape)
   target_compile_definitions(integration_metrics_${name} PRIVATE
     FIXED_METRICS_SERVER="$<TARGET_FILE:fixed_metrics_server>")
 endforeach()
+# Prometheus also scrapes the program itself serving fixture machines, NVIDIA cards through the fake library.
+add_dependencies(integration_metrics_prometheus_scrape lumenscope fake_nvml_full)
+target_compile_definitions(integration_metrics_prometheus_scrape PRIVATE
+  LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>"
+  SYSFS_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/sysfs"
+  NVML_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/nvml"
+  FAKE_NVML_LIBRARY_DIR="$<TARGET_FILE_DIR:fake_nvml_full>")
 
 # Scrape latency against node_exporter's hwmon collector on a fixture machine; a benchmark, not a test.
 add_executable(bench_scrape_latency bench/scrape_latency_bench.cpp)

@@ -6,6 +6,7 @@
 #include <netinet/in.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -22,16 +23,21 @@ using namespace std::chrono_literals;
 using SteadyClock = std::chrono::steady_clock;
 
 // The test server (or any program printing "serving metrics at SCHEME://HOST:PORT/metrics" on standard error),
-// stopped with SIGTERM when the test ends.
+// with `environment` added to the inherited one, stopped with SIGTERM when the test ends. It is also sent
+// SIGTERM when the test's process dies first, so a test or benchmark ended by a signal leaves no server behind.
 class ServerProcess {
 public:
-    ServerProcess(const std::string& binary, const std::vector<std::string>& args)
+    ServerProcess(const std::string& binary, const std::vector<std::string>& args,
+                  const std::vector<std::pair<std::string, std::string>>& environment = {})
     {
         int errPipe[2];
         if (pipe(errPipe) != 0)
             return;
         pid_ = fork();
         if (pid_ == 0) {
+            prctl(PR_SET_PDEATHSIG, SIGTERM);
+            for (const auto& [name, value] : environment)
+                setenv(name.c_str(), value.c_str(), 1);
             dup2(errPipe[1], STDERR_FILENO);
             close(errPipe[0]);
             close(errPipe[1]);
@@ -197,7 +203,7 @@ inline std::string exchange(int port, const std::string& request)
 
 inline std::string get(int port, const std::string& path, const std::string& method = "GET")
 {
-    return exchange(port, method + " " + path + " HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\n\r\n");
+    return ::exchange(port, method + " " + path + " HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\n\r\n");
 }
 
 // The status code of an answer's first line; 0 when there is none.

@@ -1,6 +1,7 @@
 // A real Prometheus server (started here, on a free loopback port, with a storage folder of its own) scrapes the
 // endpoint every second, plainly and over TLS with basic authentication; its query API gives back the values of
-// the served exposition. promtool finds no fault in what the endpoint serves.
+// the served exposition. The same for the program itself serving fixture machines, where the values expected
+// are worked out from the fixture's own files. promtool finds no fault in what either serves.
 
 #include "metrics_endpoint/fixed_exposition.h"
 #include "metrics_endpoint/metrics_client.h"
@@ -11,8 +12,10 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <sstream>
 
 namespace {
@@ -41,6 +44,7 @@ public:
         const std::string log = (folder / "prometheus.log").string();
         pid_ = fork();
         if (pid_ == 0) {
+            prctl(PR_SET_PDEATHSIG, SIGTERM);
             const std::string config = "--config.file=" + (folder / "prometheus.yml").string();
             const std::string storage = "--storage.tsdb.path=" + (folder / "data").string();
             const std::string listen = "--web.listen-address=127.0.0.1:" + std::to_string(port_);
@@ -152,6 +156,104 @@ TEST(PrometheusScrape, ScrapesTheTlsEndpointWithBasicAuthentication)
         expectServedValuesQueried(prometheus, "tls");
     }
     EXPECT_EQ(endpoint.stop(), 0);
+}
+
+// The program itself, on two fixture machines: the AMD card's hwmon files (millidegrees, microwatts) and the
+// eight-card machine, whose NVIDIA cards answer through the fake management library (degrees, milliwatts).
+const fs::path kSysfsFixtures = SYSFS_FIXTURES;
+const fs::path kRx6800Hwmon =
+    kSysfsFixtures / "amdgpu-rx6800/sys/devices/pci0000:00/0000:00:01.0/0000:03:00.0/hwmon/hwmon2";
+const fs::path kEightGpusNvml = fs::path(NVML_FIXTURES) / "eight-gpus.conf";
+
+double numberIn(const fs::path& path)
+{
+    std::ifstream in(path);
+    double value = -1;
+    in >> value;
+    return value;
+}
+
+// Each NVIDIA card of a fake management library setting file ("gpu N KEY VALUE" lines), by PCI address (from
+// its "bus" line), with its settings.
+std::map<std::string, std::map<std::string, double>> nvmlCardsByAddress(const fs::path& path)
+{
+    std::map<std::string, std::map<std::string, double>> byIndex;
+    std::ifstream in(path);
+    for (std::string line; std::getline(in, line);) {
+        std::istringstream words(line);
+        std::string gpu, index, key, value;
+        if (words >> gpu >> index >> key >> value && gpu == "gpu")
+            byIndex[index][key] = std::strtod(value.c_str(), nullptr);
+    }
+    std::map<std::string, std::map<std::string, double>> cards;
+    for (const auto& [index, settings] : byIndex) {
+        char address[16];
+        std::snprintf(address, sizeof address, "0000:%02x:00.0", unsigned(settings.at("bus")));
+        cards[address] = settings;
+    }
+    return cards;
+}
+
+std::optional<double> queriedNumber(const PrometheusServer& prometheus, const std::string& expression)
+{
+    const std::optional<std::string> value = prometheus.query(expression);
+    return value ? std::optional<double>(std::stod(*value)) : std::nullopt;
+}
+
+TEST(PrometheusScrape, ScrapesTheProgramOnFixtureMachinesAndQueriesTheFixturesValues)
+{
+    const std::string fakeNvmlDir = FAKE_NVML_LIBRARY_DIR;
+    ServerProcess amd(LUMENSCOPE_BINARY,
+                      {"--serve-metrics=127.0.0.1:0", "--root=" + (kSysfsFixtures / "amdgpu-rx6800").string()});
+    ASSERT_NE(amd.port(), 0) << amd.errorText();
+    ServerProcess eight(LUMENSCOPE_BINARY,
+                        {"--serve-metrics=127.0.0.1:0", "--root=" + (kSysfsFixtures / "eight-gpus").string()},
+                        {{"LD_LIBRARY_PATH", fakeNvmlDir}, {"FAKE_NVML_CONFIG", kEightGpusNvml.string()}});
+    ASSERT_NE(eight.port(), 0) << eight.errorText();
+    for (const int port : {amd.port(), eight.port()}) {
+        const CommandResult check = runCommand("curl --silent http://127.0.0.1:" + std::to_string(port) +
+                                               "/metrics | promtool check metrics 2>&1");
+        EXPECT_EQ(check.status, 0) << check.output;
+        EXPECT_EQ(check.output, "");
+    }
+
+    PrometheusServer prometheus(testFolder("prometheus-program"),
+                                "  - job_name: amd\n    static_configs:\n      - targets: ['127.0.0.1:" +
+                                    std::to_string(amd.port()) +
+                                    "']\n  - job_name: eight\n    static_configs:\n      - targets: ['127.0.0.1:" +
+                                    std::to_string(eight.port()) + "']\n");
+    ASSERT_TRUE(prometheus.waitForTwoScrapes("amd"));
+    ASSERT_TRUE(prometheus.waitForTwoScrapes("eight"));
+
+    const std::string amdCard = "job=\"amd\",gpu=\"0000:03:00.0\"";
+    for (const auto& [sensor, file] : {std::pair{"edge", "temp1_input"}, std::pair{"junction", "temp2_input"},
+                                       std::pair{"memory", "temp3_input"}}) {
+        EXPECT_EQ(queriedNumber(prometheus, "lumenscope_gpu_temperature_celsius{" + amdCard + ",sensor=\"" +
+                                                sensor + "\"}"),
+                  numberIn(kRx6800Hwmon / file) / 1000)
+            << sensor;
+    }
+    EXPECT_EQ(queriedNumber(prometheus, "lumenscope_gpu_power_watts{" + amdCard + "}"),
+              numberIn(kRx6800Hwmon / "power1_average") / 1e6);
+
+    const auto nvidiaCards = nvmlCardsByAddress(kEightGpusNvml);
+    ASSERT_EQ(nvidiaCards.size(), 2u);
+    for (const auto& [address, settings] : nvidiaCards) {
+        const std::string card = "job=\"eight\",gpu=\"" + address + "\"";
+        EXPECT_EQ(queriedNumber(prometheus, "lumenscope_gpu_temperature_celsius{" + card + ",sensor=\"edge\"}"),
+                  settings.at("temp"))
+            << address;
+        EXPECT_EQ(queriedNumber(prometheus, "lumenscope_gpu_power_watts{" + card + "}"),
+                  settings.at("power") / 1000)  // milliwatts
+            << address;
+    }
+    // The sleeping AMD card of the eight: marked, and no reading of it stored.
+    const std::string asleep = "job=\"eight\",gpu=\"0000:14:00.0\"";
+    EXPECT_EQ(queriedNumber(prometheus, "lumenscope_gpu_suspended{" + asleep + "}"), 1.0);
+    EXPECT_EQ(prometheus.query("lumenscope_gpu_temperature_celsius{" + asleep + "}"), std::nullopt);
+
+    EXPECT_EQ(amd.stop(), 0) << amd.errorText();
+    EXPECT_EQ(eight.stop(), 0) << eight.errorText();
 }
 
 }  // namespace

@@ -13,6 +13,23 @@
 #include "exporter/text_file_writer.h"
 #include "kalidor/kalidor.h"
 #include "report/json_report.h"
+#include "report/report_snapshot_from_facade.h"
+
+int printJsonReport(const AppState& state, Kalidornm::Kalidor* library, std::FILE* out) {
+    report::ReportSnapshot snapshot;
+    if (library) snapshot = batchReportSnapshot(state, *library);
+    else report::fillSnapshotWithoutLibrary(snapshot);
+    const std::string text = report::jsonReportText(snapshot);
+    if (text.empty()) {
+        std::fputs("lumenscope: the report could not be built\n", stderr);
+        return 1;
+    }
+    if (std::fwrite(text.data(), 1, text.size(), out) != text.size() || std::fflush(out) != 0) {
+        std::perror("lumenscope: could not write to standard output");
+        return 1;
+    }
+    return 0;
+}
 
 int runJsonReport(int argc, const char* const* argv) {
     AppState& state = gApp;
@@ -21,22 +38,11 @@ int runJsonReport(int argc, const char* const* argv) {
     parseCommandLine(state, joinArguments(argc, argv).c_str());
     state.updateThread.reset();
     Kalidornm::Kalidor* library = startMachineProbes(state);
-    if (!library) {
-        std::fprintf(stderr, "lumenscope: %s\n", kLibraryStartFailed);
-        return 1;
-    }
-    const std::string text = report::jsonReportText(batchReportSnapshot(state, *library));
+    if (!library) std::fprintf(stderr, "lumenscope: %s\n", kLibraryStartFailed);
+    const int status = printJsonReport(state, library, stdout);
     closeRun(state, library, nullptr);
     freeRunRecords(state);
-    if (text.empty()) {
-        std::fputs("lumenscope: the report could not be built\n", stderr);
-        return 1;
-    }
-    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
-        std::perror("lumenscope: could not write to standard output");
-        return 1;
-    }
-    return 0;
+    return status;
 }
 
 int runMetricsTextFile(const LongOptions& options) {

@@ -12,11 +12,15 @@ constexpr uint32_t kVendorIntel = 0x8086;
 
 }  // namespace
 
-void fillReportSnapshot(ReportSnapshot& s, Kalidornm::Kalidor& k) {
+void fillSnapshotWithoutLibrary(ReportSnapshot& s) {
     s.programName = lumenscope::kDisplayName;
     s.programVersion = lumenscope::kVersionText;
     s.homePage = kHomePage;
+    fillComputeSnapshot(s);
+}
 
+void fillReportSnapshot(ReportSnapshot& s, Kalidornm::Kalidor& k) {
+    fillSnapshotWithoutLibrary(s);
     k.refreshLiveSample();
     const Kalidornm::MachineSnapshot& m = k.snapshot();
     s.system = m.system;
@@ -35,7 +39,6 @@ void fillReportSnapshot(ReportSnapshot& s, Kalidornm::Kalidor& k) {
         s.gpus[0].memorySizeMb = m.primary.videoMemoryMb;
     }
     s.gl = m.gl;
-    fillComputeSnapshot(s);
     // The Linux NVIDIA driver has no legacy control panel to read: the block stays absent and the Misc.
     // section leaves it out.
 }

@@ -12,6 +12,10 @@ namespace report {
 // The live values (temperatures, clocks, performance levels) are those of this moment.
 void fillReportSnapshot(ReportSnapshot& snapshot, Kalidornm::Kalidor& library);
 
+// What a report knows without the library (part of fillReportSnapshot): the program's banner and the compute
+// discovery records.
+void fillSnapshotWithoutLibrary(ReportSnapshot& snapshot);
+
 // The OpenCL platforms and CUDA devices from the discovery records (part of fillReportSnapshot).
 void fillComputeSnapshot(ReportSnapshot& snapshot);
 

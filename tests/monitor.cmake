@@ -12,3 +12,7 @@ target_compile_definitions(integration_monitor PRIVATE
 add_executable(bench_monitor_tick bench/monitor_tick_bench.cpp)
 target_link_libraries(bench_monitor_tick PRIVATE fixture_library exporter)
 target_compile_definitions(bench_monitor_tick PRIVATE NVML_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/nvml")
+
+# --json's printing without a started hardware library.
+lumenscope_unit_test(unit_json_report_run unit/json_report_run_test.cpp)
+target_link_libraries(unit_json_report_run PRIVATE lumenscope_live)

@@ -28,6 +28,10 @@ int main(int argc, char** argv) {
     if (options.root) {
         Kalidornm::KalidorSources sources;
         sources.rootDir = *options.root;
+        // A machine read from a folder has files where its device nodes were: the host's libdrm_amdgpu,
+        // asked on one, answers nothing and prints its own failures on stderr. An AMD card's memory type
+        // stays unknown there instead.
+        sources.amdgpuLibrary.clear();
         Kalidornm::Kalidor::setSources(sources);
     }
     // The older options see the line without the two-dash options.

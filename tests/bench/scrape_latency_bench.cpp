@@ -3,12 +3,13 @@
 // the 50th and 99th percentiles of each. A benchmark, not a test.
 //   bench_scrape_latency [--seconds=N] [--fixture=SYSFS_MACHINE_DIR] [--ours=PROGRAM ARGS...]
 // --ours names the program serving our endpoint (it prints "serving metrics at ..."); by default the small test
-// server of a fixed exposition.
+// server of a fixed exposition. Ended by SIGINT or SIGTERM, it stops both servers and removes its copy first.
 
 #include "metrics_endpoint/metrics_client.h"
 #include "support/free_port.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
@@ -36,6 +37,56 @@ fs::path sysfsWithHwmonClass(const fs::path& fixture)
     return root;
 }
 
+volatile std::sig_atomic_t gStopSignal = 0;
+
+void rememberStop(int signal)
+{
+    gStopSignal = signal;
+}
+
+// The copy of a fixture's sys folder, removed when the benchmark ends.
+struct FolderCopy {
+    explicit FolderCopy(fs::path folder) : path(std::move(folder)) {}
+    ~FolderCopy()
+    {
+        std::error_code ignored;
+        fs::remove_all(path, ignored);
+    }
+    FolderCopy(const FolderCopy&) = delete;
+    FolderCopy& operator=(const FolderCopy&) = delete;
+    const fs::path path;
+};
+
+// node_exporter with its hwmon collector alone over `sysfs`, on a free loopback port; stopped when the
+// benchmark ends, and sent SIGTERM by the kernel should the benchmark die first.
+struct NodeExporter {
+    explicit NodeExporter(const fs::path& sysfs) : port(freeLoopbackPort())
+    {
+        pid = fork();
+        if (pid == 0) {
+            prctl(PR_SET_PDEATHSIG, SIGTERM);
+            const std::string sysArg = "--path.sysfs=" + sysfs.string();
+            const std::string listen = "--web.listen-address=127.0.0.1:" + std::to_string(port);
+            if (!freopen("/dev/null", "w", stderr))
+                _exit(126);
+            execlp("prometheus-node-exporter", "prometheus-node-exporter", "--collector.disable-defaults",
+                   "--collector.hwmon", sysArg.c_str(), listen.c_str(), nullptr);
+            _exit(127);
+        }
+    }
+    ~NodeExporter()
+    {
+        if (pid <= 0)
+            return;
+        kill(pid, SIGTERM);
+        waitpid(pid, nullptr, 0);
+    }
+    NodeExporter(const NodeExporter&) = delete;
+    NodeExporter& operator=(const NodeExporter&) = delete;
+    const int port;
+    pid_t pid = -1;
+};
+
 struct Percentiles {
     double p50Ms = 0, p99Ms = 0;
     int failed = 0;
@@ -46,7 +97,7 @@ Percentiles scrapeAtFiftyASecond(int port, int seconds)
     std::vector<double> latencies;
     int failed = 0;
     auto next = SteadyClock::now();
-    for (int i = 0; i < seconds * 50; ++i) {
+    for (int i = 0; i < seconds * 50 && !gStopSignal; ++i) {
         std::this_thread::sleep_until(next);
         next += 20ms;
         const auto start = SteadyClock::now();
@@ -70,7 +121,7 @@ Percentiles scrapeAtFiftyASecond(int port, int seconds)
 bool answers(int port)
 {
     const auto deadline = SteadyClock::now() + 10s;
-    while (SteadyClock::now() < deadline) {
+    while (SteadyClock::now() < deadline && !gStopSignal) {
         if (statusOf(get(port, "/metrics")) == 200)
             return true;
         std::this_thread::sleep_for(100ms);
@@ -99,43 +150,33 @@ int main(int argc, char** argv)
         }
     }
 
+    // SIGINT or SIGTERM ends the scraping early; the servers are then stopped and the copy removed as at the
+    // end of a whole run.
+    struct sigaction onStop{};
+    onStop.sa_handler = rememberStop;
+    sigaction(SIGINT, &onStop, nullptr);
+    sigaction(SIGTERM, &onStop, nullptr);
+
     ServerProcess endpoint(ours, oursArgs);
     if (endpoint.port() == 0) {
         std::cerr << "our endpoint did not start: " << endpoint.errorText() << '\n';
         return 1;
     }
-    const fs::path sysfs = sysfsWithHwmonClass(fixture);
-    const int nodePort = freeLoopbackPort();
-    const pid_t node = fork();
-    if (node == 0) {
-        const std::string sysArg = "--path.sysfs=" + sysfs.string();
-        const std::string listen = "--web.listen-address=127.0.0.1:" + std::to_string(nodePort);
-        if (!freopen("/dev/null", "w", stderr))
-            _exit(126);
-        execlp("prometheus-node-exporter", "prometheus-node-exporter", "--collector.disable-defaults",
-               "--collector.hwmon", sysArg.c_str(), listen.c_str(), nullptr);
-        _exit(127);
-    }
-    if (!answers(nodePort)) {
+    const FolderCopy sysfs(sysfsWithHwmonClass(fixture));
+    const NodeExporter node(sysfs.path);
+    if (!answers(node.port)) {
         std::cerr << "node_exporter did not answer\n";
-        kill(node, SIGTERM);
-        waitpid(node, nullptr, 0);
         return 1;
     }
-
     // The comparison means something only when node_exporter reads the fixture's hwmon files.
-    if (bodyOf(get(nodePort, "/metrics")).find("node_hwmon_temp_celsius{") == std::string::npos) {
-        std::cerr << "node_exporter read no hwmon temperature from " << sysfs << '\n';
-        kill(node, SIGTERM);
-        waitpid(node, nullptr, 0);
+    if (bodyOf(get(node.port, "/metrics")).find("node_hwmon_temp_celsius{") == std::string::npos) {
+        std::cerr << "node_exporter read no hwmon temperature from " << sysfs.path << '\n';
         return 1;
     }
-    const Percentiles nodeResult = scrapeAtFiftyASecond(nodePort, seconds);
+    const Percentiles nodeResult = scrapeAtFiftyASecond(node.port, seconds);
     const Percentiles ourResult = scrapeAtFiftyASecond(endpoint.port(), seconds);
-    kill(node, SIGTERM);
-    waitpid(node, nullptr, 0);
-    endpoint.stop();
-    fs::remove_all(sysfs);
+    if (gStopSignal)
+        return 128 + gStopSignal;
 
     std::printf("%-24s %10s %10s %8s\n", "endpoint (50 scrapes/s)", "p50 ms", "p99 ms", "failed");
     std::printf("%-24s %10.3f %10.3f %8d\n", "lumenscope", ourResult.p50Ms, ourResult.p99Ms, ourResult.failed);

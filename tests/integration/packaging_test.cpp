@@ -85,6 +85,7 @@ TEST(DebianPackage, HoldsTheProgramItsModuleDataAndServiceAndDeclaresItsLibrarie
     EXPECT_EQ(depends.status, 0);
     EXPECT_NE(depends.output.find("libc6"), std::string::npos) << depends.output;
     EXPECT_NE(depends.output.find("libqt6widgets6"), std::string::npos) << depends.output;  // the window module's
+    EXPECT_NE(depends.output.find("libmicrohttpd"), std::string::npos) << depends.output;  // the endpoint's
     fs::remove_all(folder);
 }
 

@@ -14,7 +14,6 @@ namespace exporter {
 namespace {
 
 using Kalidornm::GpuSnapshot;
-using Kalidornm::LiveSample;
 using Kalidornm::NamedReading;
 
 constexpr double kBytesPerMb = 1024.0 * 1024.0;  // the drivers' megabytes are mebibytes
@@ -46,8 +45,10 @@ struct Family {
     const char* name;
     const char* type;
     const char* help;
-    // Appends the series of one awake GPU; `gpu` is its escaped gpu label, already in label form.
-    void (*collect)(const LiveSample& live, const std::string& gpu, std::vector<Series>& out);
+    // Whether a sleeping GPU gives this family's series too; it gives none of its readings.
+    bool sleepingToo;
+    // Appends the series of one GPU; `gpu` is its escaped gpu label, already in label form.
+    void (*collect)(const GpuSnapshot& card, const std::string& gpu, std::vector<Series>& out);
 };
 
 void addIfKnown(std::vector<Series>& out, const std::string& labels, const std::optional<double>& value) {
@@ -59,73 +60,6 @@ void addNamed(std::vector<Series>& out, const std::string& gpu, const char* labe
     for (const NamedReading& reading : readings)
         out.push_back({gpu + "," + labelName + "=\"" + escapedLabelValue(reading.name) + "\"",
                        shortestDouble(reading.value)});
-}
-
-constexpr auto kLiveFamilies = std::to_array<Family>({
-    {"lumenscope_gpu_temperature_celsius", "gauge", "GPU temperature by sensor, in degrees Celsius.",
-     [](const LiveSample& l, const std::string& gpu, std::vector<Series>& out) {
-         addNamed(out, gpu, "sensor", l.temperaturesC);
-     }},
-    {"lumenscope_gpu_fan_speed_rpm", "gauge", "GPU fan speed, in revolutions per minute.",
-     [](const LiveSample& l, const std::string& gpu, std::vector<Series>& out) {
-         addIfKnown(out, gpu, scaled(l.fanRpm, 1.0));
-     }},
-    {"lumenscope_gpu_fan_speed_ratio", "gauge", "GPU fan speed as a ratio of its full speed (0 to 1).",
-     [](const LiveSample& l, const std::string& gpu, std::vector<Series>& out) {
-         addIfKnown(out, gpu, ratio(l.fanPercent));
-     }},
-    {"lumenscope_gpu_utilization_ratio", "gauge", "Share of time the GPU was busy (0 to 1).",
-     [](const LiveSample& l, const std::string& gpu, std::vector<Series>& out) {
-         addIfKnown(out, gpu, ratio(l.gpuLoadPercent));
-     }},
-    {"lumenscope_gpu_clock_hertz", "gauge", "GPU clock by domain, in hertz.",
-     [](const LiveSample& l, const std::string& gpu, std::vector<Series>& out) {
-         addIfKnown(out, gpu + ",clock=\"graphics\"", scaled(l.currentGpuClockMhz, kHertzPerMhz));
-         addIfKnown(out, gpu + ",clock=\"graphics_requested\"", scaled(l.requestedGpuClockMhz, kHertzPerMhz));
-         addIfKnown(out, gpu + ",clock=\"memory\"", scaled(l.currentMemClockMhz, kHertzPerMhz));
-     }},
-    {"lumenscope_gpu_voltage_volts", "gauge", "GPU voltage by rail, in volts.",
-     [](const LiveSample& l, const std::string& gpu, std::vector<Series>& out) {
-         addNamed(out, gpu, "rail", l.voltagesV);
-     }},
-    {"lumenscope_gpu_power_watts", "gauge", "Power the GPU draws, in watts.",
-     [](const LiveSample& l, const std::string& gpu, std::vector<Series>& out) {
-         addIfKnown(out, gpu, scaled(l.powerWatts, 1.0));
-     }},
-    {"lumenscope_gpu_power_limit_watts", "gauge", "Power limit the driver enforces, in watts.",
-     [](const LiveSample& l, const std::string& gpu, std::vector<Series>& out) {
-         addIfKnown(out, gpu, scaled(l.powerLimitWatts, 1.0));
-     }},
-    {"lumenscope_gpu_energy_joules_total", "counter", "Energy the GPU has used since the driver started, in joules.",
-     [](const LiveSample& l, const std::string& gpu, std::vector<Series>& out) {
-         addIfKnown(out, gpu, l.energyJoules);
-     }},
-    {"lumenscope_gpu_memory_used_bytes", "gauge", "GPU memory in use, in bytes.",
-     [](const LiveSample& l, const std::string& gpu, std::vector<Series>& out) {
-         if (l.memoryUsedMb) out.push_back({gpu, double(*l.memoryUsedMb) * kBytesPerMb});
-     }},
-    {"lumenscope_gpu_memory_total_bytes", "gauge", "GPU memory in all, in bytes.",
-     [](const LiveSample& l, const std::string& gpu, std::vector<Series>& out) {
-         if (l.memoryTotalMb) out.push_back({gpu, double(*l.memoryTotalMb) * kBytesPerMb});
-     }},
-    {"lumenscope_gpu_throttled", "gauge", "1 for each reason the driver gives for holding the clocks down now.",
-     [](const LiveSample& l, const std::string& gpu, std::vector<Series>& out) {
-         for (const std::string& reason : l.throttleReasons)
-             out.push_back({gpu + ",reason=\"" + escapedLabelValue(reason) + "\"", 1.0});
-     }},
-});
-static_assert(kLiveFamilies.size() == 12, "twelve families of live readings");
-
-// HELP text escapes backslash and line feed only.
-void appendHeader(std::string& text, const char* name, const char* type, const char* help) {
-    text += std::string("# HELP ") + name + " " + help + "\n# TYPE " + name + " " + type + "\n";
-}
-
-void appendFamily(std::string& text, const char* name, const char* type, const char* help,
-                  const std::vector<Series>& series) {
-    if (series.empty()) return;
-    appendHeader(text, name, type, help);
-    for (const Series& s : series) text += std::string(name) + "{" + s.labels + "} " + sampleValue(s.value) + "\n";
 }
 
 const char* vendorName(const GpuSnapshot& gpu) {
@@ -140,6 +74,86 @@ const char* vendorName(const GpuSnapshot& gpu) {
 
 std::string label(const char* name, const std::optional<std::string>& value) {
     return std::string(name) + "=\"" + escapedLabelValue(value.value_or("")) + "\"";
+}
+
+constexpr auto kFamilies = std::to_array<Family>({
+    {"lumenscope_gpu_info", "gauge", "The GPU's identity; always 1.", true,
+     [](const GpuSnapshot& card, const std::string& gpu, std::vector<Series>& out) {
+         out.push_back({gpu + ",vendor=\"" + vendorName(card) + "\"," + label("name", card.name) + "," +
+                            label("driver", card.driverVersion) + "," + label("vbios", card.biosVersion),
+                        1.0});
+     }},
+    {"lumenscope_gpu_suspended", "gauge",
+     "1 while the GPU sleeps; a sleeping GPU is not read, so it has no other readings.", true,
+     [](const GpuSnapshot& card, const std::string& gpu, std::vector<Series>& out) {
+         out.push_back({gpu, card.live.suspended ? 1.0 : 0.0});
+     }},
+    {"lumenscope_gpu_temperature_celsius", "gauge", "GPU temperature by sensor, in degrees Celsius.", false,
+     [](const GpuSnapshot& card, const std::string& gpu, std::vector<Series>& out) {
+         addNamed(out, gpu, "sensor", card.live.temperaturesC);
+     }},
+    {"lumenscope_gpu_fan_speed_rpm", "gauge", "GPU fan speed, in revolutions per minute.", false,
+     [](const GpuSnapshot& card, const std::string& gpu, std::vector<Series>& out) {
+         addIfKnown(out, gpu, scaled(card.live.fanRpm, 1.0));
+     }},
+    {"lumenscope_gpu_fan_speed_ratio", "gauge", "GPU fan speed as a ratio of its full speed (0 to 1).", false,
+     [](const GpuSnapshot& card, const std::string& gpu, std::vector<Series>& out) {
+         addIfKnown(out, gpu, ratio(card.live.fanPercent));
+     }},
+    {"lumenscope_gpu_utilization_ratio", "gauge", "Share of time the GPU was busy (0 to 1).", false,
+     [](const GpuSnapshot& card, const std::string& gpu, std::vector<Series>& out) {
+         addIfKnown(out, gpu, ratio(card.live.gpuLoadPercent));
+     }},
+    {"lumenscope_gpu_clock_hertz", "gauge", "GPU clock by domain, in hertz.", false,
+     [](const GpuSnapshot& card, const std::string& gpu, std::vector<Series>& out) {
+         addIfKnown(out, gpu + ",clock=\"graphics\"", scaled(card.live.currentGpuClockMhz, kHertzPerMhz));
+         addIfKnown(out, gpu + ",clock=\"graphics_requested\"", scaled(card.live.requestedGpuClockMhz, kHertzPerMhz));
+         addIfKnown(out, gpu + ",clock=\"memory\"", scaled(card.live.currentMemClockMhz, kHertzPerMhz));
+     }},
+    {"lumenscope_gpu_voltage_volts", "gauge", "GPU voltage by rail, in volts.", false,
+     [](const GpuSnapshot& card, const std::string& gpu, std::vector<Series>& out) {
+         addNamed(out, gpu, "rail", card.live.voltagesV);
+     }},
+    {"lumenscope_gpu_power_watts", "gauge", "Power the GPU draws, in watts.", false,
+     [](const GpuSnapshot& card, const std::string& gpu, std::vector<Series>& out) {
+         addIfKnown(out, gpu, scaled(card.live.powerWatts, 1.0));
+     }},
+    {"lumenscope_gpu_power_limit_watts", "gauge", "Power limit the driver enforces, in watts.", false,
+     [](const GpuSnapshot& card, const std::string& gpu, std::vector<Series>& out) {
+         addIfKnown(out, gpu, scaled(card.live.powerLimitWatts, 1.0));
+     }},
+    {"lumenscope_gpu_energy_joules_total", "counter",
+     "Energy the GPU has used since the driver started, in joules.", false,
+     [](const GpuSnapshot& card, const std::string& gpu, std::vector<Series>& out) {
+         addIfKnown(out, gpu, card.live.energyJoules);
+     }},
+    {"lumenscope_gpu_memory_used_bytes", "gauge", "GPU memory in use, in bytes.", false,
+     [](const GpuSnapshot& card, const std::string& gpu, std::vector<Series>& out) {
+         if (card.live.memoryUsedMb) out.push_back({gpu, double(*card.live.memoryUsedMb) * kBytesPerMb});
+     }},
+    {"lumenscope_gpu_memory_total_bytes", "gauge", "GPU memory in all, in bytes.", false,
+     [](const GpuSnapshot& card, const std::string& gpu, std::vector<Series>& out) {
+         if (card.live.memoryTotalMb) out.push_back({gpu, double(*card.live.memoryTotalMb) * kBytesPerMb});
+     }},
+    {"lumenscope_gpu_throttled", "gauge", "1 for each reason the driver gives for holding the clocks down now.",
+     false,
+     [](const GpuSnapshot& card, const std::string& gpu, std::vector<Series>& out) {
+         for (const std::string& reason : card.live.throttleReasons)
+             out.push_back({gpu + ",reason=\"" + escapedLabelValue(reason) + "\"", 1.0});
+     }},
+});
+static_assert(kFamilies.size() == 14, "the info and sleep families and twelve of live readings");
+
+// HELP text escapes backslash and line feed only.
+void appendHeader(std::string& text, const char* name, const char* type, const char* help) {
+    text += std::string("# HELP ") + name + " " + help + "\n# TYPE " + name + " " + type + "\n";
+}
+
+void appendFamily(std::string& text, const char* name, const char* type, const char* help,
+                  const std::vector<Series>& series) {
+    if (series.empty()) return;
+    appendHeader(text, name, type, help);
+    for (const Series& s : series) text += std::string(name) + "{" + s.labels + "} " + sampleValue(s.value) + "\n";
 }
 
 }  // namespace
@@ -167,23 +181,11 @@ std::string renderMetricsText(const Kalidornm::MachineSnapshot& machine, double 
 
     std::string text;
     std::vector<Series> series;
-    for (size_t i = 0; i < machine.gpus.size(); ++i) {
-        const GpuSnapshot& gpu = machine.gpus[i];
-        series.push_back({gpuLabels[i] + ",vendor=\"" + vendorName(gpu) + "\"," + label("name", gpu.name) + "," +
-                              label("driver", gpu.driverVersion) + "," + label("vbios", gpu.biosVersion),
-                          1.0});
-    }
-    appendFamily(text, "lumenscope_gpu_info", "gauge", "The GPU's identity; always 1.", series);
-    series.clear();
-    for (size_t i = 0; i < machine.gpus.size(); ++i)
-        series.push_back({gpuLabels[i], machine.gpus[i].live.suspended ? 1.0 : 0.0});
-    appendFamily(text, "lumenscope_gpu_suspended", "gauge",
-                 "1 while the GPU sleeps; a sleeping GPU is not read, so it has no other readings.", series);
-
-    for (const Family& family : kLiveFamilies) {
+    for (const Family& family : kFamilies) {
         series.clear();
         for (size_t i = 0; i < machine.gpus.size(); ++i)
-            if (!machine.gpus[i].live.suspended) family.collect(machine.gpus[i].live, gpuLabels[i], series);
+            if (family.sleepingToo || !machine.gpus[i].live.suspended)
+                family.collect(machine.gpus[i], gpuLabels[i], series);
         appendFamily(text, family.name, family.type, family.help, series);
     }
     appendHeader(text, "lumenscope_scrape_duration_seconds", "gauge",

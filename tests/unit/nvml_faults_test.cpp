@@ -59,39 +59,37 @@ private:
     FakeNvmlMachine m_nvml;
 };
 
-// Regression: a name filling NVML's 96-byte buffer (or a VBIOS filling its 32 bytes) without a terminator was
-// read past the buffer's end (AddressSanitizer: stack-buffer-overflow).
-TEST(NvmlFaults, UnterminatedTextsEndAtTheirBuffers) {
-    OneNvidiaGpu machine(0x7FFF);
-    NvmlFault fault("unterminated");
-    FixtureLibrary started(machine.sources());
-    Kalidor& library = started.library();
-    ASSERT_EQ(library.getGpuCount(), 1u);
-    EXPECT_EQ(std::string(library.getGpuName(0)), std::string(96, 'X'));
-    EXPECT_EQ(std::string(library.getGpuBiosVersion(0)), std::string(32, 'X'));
-    EXPECT_EQ(library.getDriverVersionNumber(), 0u);  // "XXX...": no version in it
-    EXPECT_STREQ(library.getDriverBranch(), "");
-}
+// How the driver's texts read back when it writes them badly: the GPU's name and VBIOS as kept, and no driver
+// version found in a text that holds none.
+struct DriverTextFault {
+    const char* mode;
+    std::string name;
+    std::string bios;
+};
 
-TEST(NvmlFaults, TextsAsLongAsTheBufferAllowsAreKeptWhole) {
-    OneNvidiaGpu machine(0x7FFF);
-    NvmlFault fault("long_strings");
-    FixtureLibrary started(machine.sources());
-    Kalidor& library = started.library();
-    ASSERT_EQ(library.getGpuCount(), 1u);
-    EXPECT_EQ(std::string(library.getGpuName(0)), std::string(95, 'L'));
-    EXPECT_EQ(std::string(library.getGpuBiosVersion(0)), std::string(31, 'L'));
-}
+const DriverTextFault kDriverTextFaults[] = {
+    // Regression: a name filling NVML's 96-byte buffer (or a VBIOS filling its 32 bytes) without a terminator
+    // was read past the buffer's end (AddressSanitizer: stack-buffer-overflow).
+    {"unterminated", std::string(96, 'X'), std::string(32, 'X')},
+    // Texts as long as the buffer allows are kept whole.
+    {"long_strings", std::string(95, 'L'), std::string(31, 'L')},
+    // Special characters pass through unchanged; the VBIOS, longer than its buffer, was refused by the driver.
+    {"special_chars", "<Quadro & \"RTX\"> 'A6000' %s%n%x \\ \t\xC3\x84\xE2\x82\xAC", ""},
+};
 
-TEST(NvmlFaults, SpecialCharactersInDriverTextsPassThroughUnchanged) {
-    OneNvidiaGpu machine(0x7FFF);
-    NvmlFault fault("special_chars");
-    FixtureLibrary started(machine.sources());
-    Kalidor& library = started.library();
-    ASSERT_EQ(library.getGpuCount(), 1u);
-    EXPECT_STREQ(library.getGpuName(0), "<Quadro & \"RTX\"> 'A6000' %s%n%x \\ \t\xC3\x84\xE2\x82\xAC");
-    EXPECT_STREQ(library.getGpuBiosVersion(0), "");  // longer than the VBIOS buffer: the driver refused it
-    EXPECT_EQ(library.getDriverVersionNumber(), 0u);
+TEST(NvmlFaults, DriverTextsEndAtTheirBuffersAndPassThroughUnchanged) {
+    for (const DriverTextFault& text : kDriverTextFaults) {
+        SCOPED_TRACE(text.mode);
+        OneNvidiaGpu machine(0x7FFF);
+        NvmlFault fault(text.mode);
+        FixtureLibrary started(machine.sources());
+        Kalidor& library = started.library();
+        ASSERT_EQ(library.getGpuCount(), 1u);
+        EXPECT_EQ(std::string(library.getGpuName(0)), text.name);
+        EXPECT_EQ(std::string(library.getGpuBiosVersion(0)), text.bios);
+        EXPECT_EQ(library.getDriverVersionNumber(), 0u);
+        EXPECT_STREQ(library.getDriverBranch(), "");
+    }
 }
 
 // Regression: outputs a failing call had scribbled over were taken as readings.

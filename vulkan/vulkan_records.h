@@ -14,13 +14,13 @@ namespace vulkan {
 
 struct VulkanExtension {
     std::string name;
-    uint32_t specVersion = 0;
+    uint32_t version = 0;  // the extension's own revision
 };
 
 struct VulkanLayer {
     std::string name;
     std::string description;
-    uint32_t specVersion = 0;
+    uint32_t apiVersion = 0;  // the Vulkan version the layer was written against
     uint32_t implementationVersion = 0;
 };
 

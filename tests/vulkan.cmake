@@ -16,3 +16,9 @@ add_dependencies(unit_vulkan fake_vulkan)
 target_compile_definitions(unit_vulkan PRIVATE FAKE_VULKAN_LIBRARY="$<TARGET_FILE:fake_vulkan>"
                            SYSFS_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/sysfs")
 
+# Against Debian's vulkaninfo on Mesa's software device; fails where either is missing.
+add_executable(integration_vulkan_lavapipe integration/vulkan_lavapipe_test.cpp)
+target_link_libraries(integration_vulkan_lavapipe PRIVATE GTest::gtest_main nlohmann_json::nlohmann_json)
+target_compile_definitions(integration_vulkan_lavapipe PRIVATE LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>")
+add_dependencies(integration_vulkan_lavapipe lumenscope)
+gtest_discover_tests(integration_vulkan_lavapipe PROPERTIES LABELS lavapipe DISCOVERY_TIMEOUT 60)

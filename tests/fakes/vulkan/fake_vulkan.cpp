@@ -70,17 +70,19 @@ VKAPI_ATTR VkResult VKAPI_CALL enumerateInstanceVersion(uint32_t* version) {
 VKAPI_ATTR VkResult VKAPI_CALL enumerateInstanceExtensionProperties(const char*, uint32_t* count,
                                                                     VkExtensionProperties* items) {
     return enumerate(kInstanceExtensionCount, count, items, [](uint32_t i, VkExtensionProperties& e) {
-        putName(e.extensionName, i == 0 ? "VK_KHR_surface" : "VK_FAKE_instance_" + std::to_string(i));
-        e.specVersion = 25 + i;
+        auto& [name, revision] = e;
+        putName(name, i == 0 ? "VK_KHR_surface" : "VK_FAKE_instance_" + std::to_string(i));
+        revision = 25 + i;
     });
 }
 
 VKAPI_ATTR VkResult VKAPI_CALL enumerateInstanceLayerProperties(uint32_t* count, VkLayerProperties* items) {
     return enumerate(kLayerCount, count, items, [](uint32_t i, VkLayerProperties& l) {
-        putName(l.layerName, "VK_LAYER_FAKE_" + std::to_string(i));
-        putName(l.description, "A fake layer");
-        l.specVersion = kModernApiVersion;
-        l.implementationVersion = 1;
+        auto& [name, apiVersion, implementation, description] = l;
+        putName(name, "VK_LAYER_FAKE_" + std::to_string(i));
+        putName(description, "A fake layer");
+        apiVersion = kModernApiVersion;
+        implementation = 1;
     });
 }
 
@@ -180,8 +182,9 @@ VKAPI_ATTR VkResult VKAPI_CALL enumerateDeviceExtensionProperties(VkPhysicalDevi
     return enumerate(available, count, items, [](uint32_t i, VkExtensionProperties& e) {
         static const char* const names[] = {VK_EXT_PCI_BUS_INFO_EXTENSION_NAME, VK_EXT_MEMORY_BUDGET_EXTENSION_NAME,
                                             VK_KHR_SWAPCHAIN_EXTENSION_NAME};
-        putName(e.extensionName, i < 3 ? names[i] : "VK_FAKE_extension_" + std::to_string(i));
-        e.specVersion = 1 + i;
+        auto& [name, revision] = e;
+        putName(name, i < 3 ? names[i] : "VK_FAKE_extension_" + std::to_string(i));
+        revision = 1 + i;
     });
 }
 

@@ -37,14 +37,18 @@ Kalidornm::MachineSnapshot machineOf(std::vector<Kalidornm::GpuSnapshot> gpus) {
 }
 
 TEST(VulkanSleepFilter, LeavesOutTheSleepingVendorsDriversOrSkipsWhereThatWouldHideAnAwakeGpu) {
-    // Nobody sleeps: nothing is filtered.
+    // Nobody sleeps: only the drivers of the vendors without a GPU here are left out.
     DriverFilterDecision d = decideDriverFilter(machineOf({gpu(0x8086, "0000:00:02.0", false)}));
-    EXPECT_EQ(d.disable, "");
+    EXPECT_EQ(d.sleeping, "");
+    EXPECT_EQ(d.absent, "*radeon*,*amd*,*nvidia*,*nouveau*,*virtio*");
     EXPECT_FALSE(d.skipReason);
+    // A scan that listed nothing leaves every driver in.
+    EXPECT_EQ(decideDriverFilter(machineOf({})).disable(), "");
     // A sleeping AMD and NVIDIA GPU beside an awake Intel one: both vendors' drivers, once each.
     d = decideDriverFilter(machineOf({gpu(0x8086, "0000:00:02.0", false), gpu(0x1002, "0000:01:00.0", true),
                                       gpu(0x10DE, "0000:02:00.0", true), gpu(0x10DE, "0000:03:00.0", true)}));
-    EXPECT_EQ(d.disable, "*radeon*,*amd*,*nvidia*,*nouveau*");
+    EXPECT_EQ(d.sleeping, "*radeon*,*amd*,*nvidia*,*nouveau*");
+    EXPECT_EQ(d.disable(), "*radeon*,*amd*,*nvidia*,*nouveau*,*virtio*");
     EXPECT_FALSE(d.skipReason);
     // Two NVIDIA GPUs, one awake: the filter would hide it too.
     d = decideDriverFilter(machineOf({gpu(0x10DE, "0000:01:00.0", false), gpu(0x10DE, "0000:02:00.0", true)}));
@@ -132,9 +136,12 @@ TEST(VulkanSleepRule, OnTheHybridLaptopTheSleepingGpusDriversAreLeftOutAndItsFil
         for (const std::string& name : watch.opened()) EXPECT_EQ(name, "runtime_status");
     }
     EXPECT_EQ(vulkanInfo().status, VulkanStatus::Read);
-    EXPECT_EQ(creates.lines(), std::vector<std::string>{"vkCreateInstance *radeon*,*amd*"});
-    ASSERT_FALSE(log.messages().empty());
+    EXPECT_EQ(creates.lines(),
+              std::vector<std::string>{"vkCreateInstance *radeon*,*amd*,*nvidia*,*nouveau*,*virtio*"});
+    ASSERT_GE(log.messages().size(), 2u);
     EXPECT_EQ(log.messages()[0], "Vulkan: drivers of sleeping GPUs left out: *radeon*,*amd*");
+    EXPECT_EQ(log.messages()[1],
+              "Vulkan: drivers of vendors without a GPU here left out: *nvidia*,*nouveau*,*virtio*");
     freeVulkanInfo();
 }
 

@@ -127,7 +127,10 @@ VulkanInfo discover(const Kalidornm::MachineSnapshot& machine, base::LogSink& lo
     if (!loader.isLoaded()) {
         filter.restore();
         return stopped(std::move(info), VulkanStatus::NoLoader,
-                       base::formatText("Vulkan: could not find %s.", loaderName), log);
+                       loader.hasLibrary()
+                           ? base::formatText("Vulkan: %s has no vkGetInstanceProcAddr.", loaderName)
+                           : base::formatText("Vulkan: could not find %s.", loaderName),
+                       log);
     }
     if (!loader.missingGlobals().empty()) {
         filter.restore();

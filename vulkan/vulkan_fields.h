@@ -40,7 +40,7 @@ struct VkFieldRow {
     const char* name;  // the member's name: "maxImageDimension1D"
     size_t offset;     // offsetof in the group's structure
     VkFieldType type;
-    uint8_t count = 1;  // array members and texts
+    uint16_t count = 1;  // array members and texts (names hold 256 characters)
 };
 
 // A structure of the record and its rows: "VkPhysicalDeviceLimits", "VkPhysicalDeviceVulkan12Features".
@@ -62,7 +62,7 @@ std::string vkFieldJson(const VkFieldRow& row, const void* structure);
 
 // The driver version in the form its driver packs it: NVIDIA's 10.8.8.6 bits, Intel's own Windows driver 18.14,
 // Mesa and everyone else VK_API_VERSION's 7.10.12 bits. Decided by the driver id where the device gives one,
-// by the vendor id otherwise.
+// by the vendor id otherwise (NVIDIA only: Intel packs its own way only in its Windows driver).
 std::string vkDriverVersionText(const VulkanDeviceRecord& device);
 
 }  // namespace vulkan

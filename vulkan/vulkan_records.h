@@ -14,13 +14,13 @@ namespace vulkan {
 
 struct VulkanExtension {
     std::string name;
-    uint32_t specVersion = 0;
+    uint32_t version = 0;  // the extension's own revision
 };
 
 struct VulkanLayer {
     std::string name;
     std::string description;
-    uint32_t specVersion = 0;
+    uint32_t apiVersion = 0;  // the Vulkan version the layer was written against
     uint32_t implementationVersion = 0;
 };
 
@@ -68,7 +68,7 @@ struct VulkanDeviceRecord {
     std::vector<VulkanMemoryType> memoryTypes;
     bool hasMemoryBudget = false;
     std::vector<VulkanQueueFamily> queueFamilies;
-    std::vector<VulkanFormatSupport> formats;  // the core formats, in VkFormat order
+    std::vector<VulkanFormatSupport> formats;  // the core formats with any feature, in VkFormat order
     // What could not be read, one short line each ("vkEnumerateDeviceExtensionProperties: VK_INCOMPLETE").
     std::vector<std::string> problems;
 };

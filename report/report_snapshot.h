@@ -8,6 +8,7 @@
 #include "compute/cuda_records.h"
 #include "compute/opencl_records.h"
 #include "kalidor/machine_snapshot.h"
+#include "vulkan/vulkan_records.h"
 
 // Everything a report prints: the library's machine snapshot, the discovery records and the application
 // state. The generators read nothing else, so a snapshot filled by hand replays any machine.
@@ -78,6 +79,7 @@ struct ReportSnapshot {
     ReportOpenGl gl;
     std::vector<ReportCudaDevice> cudaDevices;
     std::vector<ReportClPlatform> clPlatforms;
+    vulkan::VulkanInfo vulkan;
     std::optional<ReportNvidiaControlPanel> nvidiaControlPanel;
     std::optional<ReportLinks> links;
 };

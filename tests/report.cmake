@@ -16,6 +16,7 @@ lumenscope_unit_test(unit_report
   report/report_file_test.cpp
   report/report_of_bare_machine_test.cpp
   report/report_compute_test.cpp
+  report/report_vulkan_test.cpp
 )
 target_link_libraries(unit_report PRIVATE report_test_fixtures nlohmann_json::nlohmann_json)
 target_compile_definitions(unit_report PRIVATE

@@ -95,6 +95,7 @@ NAME_TABLES = [
     ("MemoryHeap", "VkMemoryHeapFlagBits", True),
     ("Queue", "VkQueueFlagBits", True),
     ("Format", "VkFormat", False),
+    ("Result", "VkResult", False),
 ]
 # Values from this one on belong to extensions; the core formats end before it.
 EXTENSION_VALUE_BASE = 1000000000
@@ -201,7 +202,8 @@ def write_names(header, out):
     for table, enum, flags in NAME_TABLES:
         values = enum_values(header, enum, flags)
         lines.append("constexpr VkNamedValue k%sNames[] = {" % table)
-        lines.extend('    {%d, "%s"},' % (value, symbol) for value, symbol in values)
+        lines.extend('    {%s, "%s"},' % (value if value >= 0 else "uint32_t(%d)" % value, symbol)
+                     for value, symbol in values)
         lines.append("};")
         cases.append("    case VkNameTable::%s: return k%sNames;" % (table, table))
     lines += [

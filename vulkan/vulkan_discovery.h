@@ -1,6 +1,8 @@
 #pragma once
 
+#include "base/log_sink.h"
 #include "kalidor/machine_snapshot.h"
+#include "vulkan/vulkan_loader.h"
 #include "vulkan/vulkan_records.h"
 
 // Vulkan discovery over the loader opened at run time: one log line per finding, in the start-up order after
@@ -10,7 +12,8 @@ namespace vulkan {
 
 // Reads the instance and every physical device. The machine snapshot says which GPUs sleep, so the drivers
 // serving them are kept out of the enumeration (or discovery is skipped where that cannot be done).
-void discoverVulkan(const Kalidornm::MachineSnapshot& machine);
+void discoverVulkan(const Kalidornm::MachineSnapshot& machine, base::LogSink& log = base::programLog(),
+                    const char* loaderName = kVulkanLoaderName);
 
 // What the last discovery found; an empty record with status NoLoader before any.
 const VulkanInfo& vulkanInfo();

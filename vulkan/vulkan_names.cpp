@@ -10,6 +10,11 @@ const char* vkValueName(VkNameTable table, uint32_t value) {
     return nullptr;
 }
 
+std::string vkResultText(VkResult result) {
+    const char* name = vkValueName(VkNameTable::Result, uint32_t(result));
+    return name ? std::string(name) : base::formatText("VkResult %d", int(result));
+}
+
 std::string vkFlagsText(VkNameTable table, uint32_t flags) {
     if (flags == 0) return "0";
     std::string out;

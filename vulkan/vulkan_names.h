@@ -4,6 +4,8 @@
 #include <span>
 #include <string>
 
+#include <vulkan/vulkan_core.h>
+
 // The names of the Vulkan flag bits and enumeration values the outputs print, as the Vulkan headers spell
 // them ("VK_SAMPLE_COUNT_4_BIT", "VK_DRIVER_ID_MESA_LLVMPIPE"). The tables are written from the headers by
 // tools/gen_vulkan_tables.py.
@@ -28,6 +30,7 @@ enum class VkNameTable : uint8_t {
     MemoryHeap,
     Queue,
     Format,  // the core formats only
+    Result,  // VkResult, negative codes as their 32-bit patterns
 };
 
 std::span<const VkNamedValue> vkNames(VkNameTable table);
@@ -49,6 +52,9 @@ void vkForEachFlag(VkNameTable table, uint32_t flags, Visit&& visit) {
     if (flags & ~named)
         visit(nullptr, flags & ~named);
 }
+
+// "VK_ERROR_INITIALIZATION_FAILED"; "VkResult -13" for a code the table does not know.
+std::string vkResultText(VkResult result);
 
 // "VK_SAMPLE_COUNT_1_BIT | VK_SAMPLE_COUNT_4_BIT"; "0" for no bit; bits without a name as one hex number.
 std::string vkFlagsText(VkNameTable table, uint32_t flags);

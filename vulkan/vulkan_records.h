@@ -68,7 +68,7 @@ struct VulkanDeviceRecord {
     std::vector<VulkanMemoryType> memoryTypes;
     bool hasMemoryBudget = false;
     std::vector<VulkanQueueFamily> queueFamilies;
-    std::vector<VulkanFormatSupport> formats;  // the core formats, in VkFormat order
+    std::vector<VulkanFormatSupport> formats;  // the core formats with any feature, in VkFormat order
     // What could not be read, one short line each ("vkEnumerateDeviceExtensionProperties: VK_INCOMPLETE").
     std::vector<std::string> problems;
 };

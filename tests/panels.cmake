@@ -14,6 +14,7 @@ add_executable(unit_panels
   panels/opengl_panel_test.cpp
   panels/compute_panels_test.cpp
   panels/validation_panel_test.cpp
+  panels/vulkan_panel_test.cpp
 )
 target_link_libraries(unit_panels PRIVATE lumenscope_panels Qt6::Test GTest::gtest GTest::gmock)
 target_include_directories(unit_panels PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})

@@ -30,6 +30,8 @@
 #include "app/panels/tools_panel.h"
 #include "app/panels/validation_panel.h"
 #include "app/panels/vendor_logo.h"
+#include "app/panels/vulkan_panel.h"
+#include "vulkan/vulkan_discovery.h"
 
 namespace panels {
 
@@ -41,10 +43,11 @@ struct TabItem {
 };
 
 constexpr TabItem kTabItems[] = {
-    {"GPU", MainDialog::kTabGpu},     {"OpenGL", MainDialog::kTabOpenGl}, {"CUDA", MainDialog::kTabCuda},
-    {"OpenCL", MainDialog::kTabOpenCl}, {"Tools", MainDialog::kTabTools}, {"Validation", MainDialog::kTabValidation},
+    {"GPU", MainDialog::kTabGpu},       {"OpenGL", MainDialog::kTabOpenGl}, {"Vulkan", MainDialog::kTabVulkan},
+    {"CUDA", MainDialog::kTabCuda},     {"OpenCL", MainDialog::kTabOpenCl}, {"Tools", MainDialog::kTabTools},
+    {"Validation", MainDialog::kTabValidation},
 };
-static_assert(std::size(kTabItems) == 6);
+static_assert(std::size(kTabItems) == 7);
 
 constexpr int kWidth = 256, kHeight = 331;
 constexpr int kIdCancel = 2;  // the code the window ends with when closed, whichever way
@@ -173,6 +176,8 @@ void MainDialog::_createPanels() {
     tools->initToolsPanel();
     place(new CudaPanel(m_tabControl, m_state, m_library), m_state.cudaPanel, kTabCuda);
     place(new OpenCLPanel(m_tabControl, m_state, m_library), m_state.openclPanel, kTabOpenCl);
+    void* vulkanHandle = nullptr;  // the application state keeps no handle of this panel
+    place(new VulkanPanel(m_tabControl, m_state, m_library, vulkan::vulkanInfo()), vulkanHandle, kTabVulkan);
     place(new ValidationPanel(m_tabControl, m_state, m_library), m_state.validationPanel, kTabValidation);
 }
 

@@ -1,5 +1,6 @@
 #include "app/run_steps.h"
 
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,8 @@
 #include "compute/cuda_discovery.h"
 #include "compute/opencl_discovery.h"
 #include "kalidor/kalidor.h"
+#include "vulkan/vulkan_discovery.h"
+#include "vulkan/vulkan_sleep_filter.h"
 
 using Kalidornm::Kalidor;
 
@@ -38,6 +41,14 @@ void logDisplayDeviceStrings(Kalidor& library) {
         appLog().write("- Device ID string (%d): %s", i, id);
         appLog().write("- Display device string (%d): %s", i, text);
     }
+}
+
+// LUMENSCOPE_VULKAN_LOADER names another loader file; the tests and the benchmark use it to serve a fake
+// loader or none.
+void discoverVulkanDevices(Kalidor& library) {
+    const char* loader = std::getenv("LUMENSCOPE_VULKAN_LOADER");
+    vulkan::discoverVulkan(vulkan::sleepView(library), base::programLog(),
+                           loader && *loader ? loader : vulkan::kVulkanLoaderName);
 }
 
 }  // namespace
@@ -68,6 +79,7 @@ Kalidor* startMachineProbes(AppState& state) {
     if (state.gpuCount > 0) logDetectedGpus(*library, state.gpuCount);
     state.cpuSpeedMhz = int32_t(library->getCpuSpeedMhz());
     compute::discoverCuda();
+    discoverVulkanDevices(*library);
 
     state.osIsVista = library->isVista();
     state.physxVersion = int32_t(library->getPhysxVersion());
@@ -90,5 +102,6 @@ void freeRunRecords(AppState& state) {
     state.demoLock.reset();
     compute::freeOpenClPlatforms();
     compute::freeCudaDevices();
+    vulkan::freeVulkanInfo();
     state.report = report::ReportBuffers{};
 }

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
+#include "report/json_vulkan.h"
 #include "report/report_file.h"
 #include "compute/cuda_device_fields.h"
 #include "compute/opencl_device_fields.h"
@@ -306,6 +307,7 @@ Json document(const ReportSnapshot& s) {
         {"opengl", s.hasDisplayDevice ? openGl(s.gl) : Json(nullptr)},
         {"opencl", Json{{"platforms", openCl(s.clPlatforms)}}},
         {"cuda", Json{{"devices", cuda(s.cudaDevices)}}},
+        {"vulkan", vulkanJson(s.vulkan)},
     };
 }
 

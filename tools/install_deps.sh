@@ -11,6 +11,7 @@ libpci-dev pci.ids libdrm-dev
 libegl-dev libgl-dev libglew-dev libegl-mesa0 libgl1-mesa-dri
 libx11-dev libxtst-dev libfreeimage-dev xvfb xauth xdotool
 ocl-icd-libopencl1 ocl-icd-opencl-dev opencl-headers pocl-opencl-icd
+libvulkan-dev mesa-vulkan-drivers vulkan-tools
 nlohmann-json3-dev
 libxml2-utils
 libcurl4-openssl-dev python3

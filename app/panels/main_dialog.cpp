@@ -7,9 +7,11 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPointer>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QStyleOptionTabWidgetFrame>
 #include <QTabBar>
+#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -52,6 +54,19 @@ static_assert(std::size(kTabItems) == 7);
 constexpr int kWidth = 256, kHeight = 331;
 constexpr int kIdCancel = 2;  // the code the window ends with when closed, whichever way
 
+// The tab bar's style with the blank beside each label narrowed, so that seven tabs fit the window's width.
+class NarrowTabStyle : public QProxyStyle {
+public:
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+        const int value = QProxyStyle::pixelMetric(metric, option, widget);
+        return metric == PM_TabBarTabHSpace && m_hspace >= 0 ? std::min(value, m_hspace) : value;
+    }
+    void setTabHSpace(int pixels) { m_hspace = pixels; }
+
+private:
+    int m_hspace = -1;  // the style's own
+};
+
 // The main window while it runs, for requests from other threads; touched on the main thread only.
 QPointer<MainDialog> gRunningMainDialog;
 
@@ -69,6 +84,16 @@ TabControl::TabControl(QWidget* parent) : QWidget(parent), m_tabBar(new QTabBar(
 }
 
 void TabControl::fitTabBar() { m_tabBar->setGeometry(0, 0, width(), m_barHeight); }
+
+void TabControl::narrowTabsToFit() {
+    const int overflow = m_tabBar->sizeHint().width() - width();
+    if (overflow <= 0 || m_tabBar->count() == 0) return;
+    auto* style = new NarrowTabStyle;
+    style->setParent(this);  // deleted after the bar, which was made first
+    const int hspace = style->pixelMetric(QStyle::PM_TabBarTabHSpace, nullptr, m_tabBar);
+    style->setTabHSpace(std::max(4, hspace - (overflow + m_tabBar->count() - 1) / m_tabBar->count()));
+    m_tabBar->setStyle(style);
+}
 
 QRect TabControl::pageRect() const { return QRect(2, m_barHeight, width() - 4, height() - m_barHeight - 2); }
 
@@ -191,6 +216,7 @@ void MainDialog::_insertTabItems() {
     tabs->setCurrentIndex(0);
     // A bar that gets tabs may grow itself; it keeps the height the pages were placed under.
     m_tabControl->fitTabBar();
+    m_tabControl->narrowTabsToFit();
 }
 
 void MainDialog::_fillDemoPickers() {

@@ -26,6 +26,8 @@ public:
     QRect pageRect() const;
     // Puts the bar back to the height the pages were placed under.
     void fitTabBar();
+    // Narrows the blank beside each tab's label where the tabs are wider than the control.
+    void narrowTabsToFit();
 
 protected:
     void paintEvent(QPaintEvent* event) override;

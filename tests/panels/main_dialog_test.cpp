@@ -55,6 +55,8 @@ TEST_F(MainDialogTest, TabItemDataPicksThePanelNotThePosition) {
     EXPECT_EQ(tabs->tabData(2).toInt(), 5);
     EXPECT_EQ(tabs->tabText(6), "Validation");
     EXPECT_EQ(tabs->tabData(6).toInt(), 6);
+    // Seven tabs fit the window: the last one is not cut at its right edge.
+    EXPECT_LE(tabs->tabRect(6).right(), tabs->width() - 1);
 
     const auto visiblePanels = [&] {
         int visible = 0;

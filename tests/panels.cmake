@@ -36,6 +36,7 @@ add_executable(integration_panels
   panels/qt_test_main.cpp
   panels/validation_online_test.cpp
   panels/opencl_panel_pocl_test.cpp
+  panels/vulkan_panel_lavapipe_test.cpp
 )
 target_link_libraries(integration_panels PRIVATE lumenscope_panels Qt6::Test GTest::gtest nlohmann_json::nlohmann_json)
 target_include_directories(integration_panels PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})

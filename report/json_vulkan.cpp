@@ -1,6 +1,8 @@
 #include "report/json_vulkan.h"
 
 #include <cstring>
+#include <string_view>
+#include <unordered_set>
 
 #include "base/text_format.h"
 #include "vulkan/vulkan_fields.h"
@@ -39,9 +41,14 @@ Json flags(VkNameTable table, uint32_t bits) {
     return list;
 }
 
+// Name to revision, in the driver's order. Appended to the object's list directly: a key lookup per
+// extension would make a broken driver's thousands of extensions quadratic; a name listed twice is kept once.
 Json extensions(const std::vector<vulkan::VulkanExtension>& list) {
     Json object = Json::object();
-    for (const vulkan::VulkanExtension& e : list) object[e.name] = e.version;
+    auto& members = object.get_ref<Json::object_t&>();
+    std::unordered_set<std::string_view> seen;
+    for (const vulkan::VulkanExtension& e : list)
+        if (seen.insert(e.name).second) members.emplace_back(e.name, e.version);
     return object;
 }
 

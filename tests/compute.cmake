@@ -37,7 +37,7 @@ add_executable(bench_opencl_discovery bench/opencl_discovery_bench.cpp)
 target_link_libraries(bench_opencl_discovery PRIVATE compute benchmark::benchmark)
 target_include_directories(bench_opencl_discovery PRIVATE ${PROJECT_SOURCE_DIR})
 
-# The batch program through every failure mode of the fake drivers, under a label of its own: `make test`
+# The batch program through every failure mode of the fake drivers (OpenCL, CUDA, the Vulkan loader), under a label of its own: `make test`
 # runs it in the sanitizer build too, where any sanitizer report of the program fails it.
 find_package(nlohmann_json REQUIRED)
 add_executable(fake_driver_batch integration/fake_driver_batch_test.cpp)
@@ -45,6 +45,7 @@ target_link_libraries(fake_driver_batch PRIVATE GTest::gtest_main nlohmann_json:
 target_compile_definitions(fake_driver_batch PRIVATE
   LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>"
   FAKE_DRIVER_DIR="${compute_fake_dir}"
+  FAKE_VULKAN_LIBRARY="$<TARGET_FILE:fake_vulkan>"
   LSAN_SUPPRESSIONS="${CMAKE_CURRENT_SOURCE_DIR}/sanitizers/lsan.supp")
-add_dependencies(fake_driver_batch lumenscope fake_opencl fake_cuda)
+add_dependencies(fake_driver_batch lumenscope fake_opencl fake_cuda fake_vulkan)
 gtest_discover_tests(fake_driver_batch PROPERTIES LABELS fake_drivers DISCOVERY_TIMEOUT 60)

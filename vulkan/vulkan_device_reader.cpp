@@ -66,7 +66,8 @@ void readProperties2(const VulkanInstanceCalls& c, VkPhysicalDevice device, uint
     auto properties = vkStructure<VkPhysicalDeviceProperties2>(VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_PROPERTIES_2);
     auto ids = vkStructure<VkPhysicalDeviceIDProperties>(VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_ID_PROPERTIES);
     auto driver = vkStructure<VkPhysicalDeviceDriverProperties>(VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_DRIVER_PROPERTIES);
-    auto pci = vkStructure<VkPhysicalDevicePCIBusInfoPropertiesEXT>(VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_PCI_BUS_INFO_PROPERTIES_EXT);
+    auto pci = vkStructure<VkPhysicalDevicePCIBusInfoPropertiesEXT>(
+        VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_PCI_BUS_INFO_PROPERTIES_EXT);
     auto p11 = vkStructure<VkPhysicalDeviceVulkan11Properties>(VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_1_PROPERTIES);
     auto p12 = vkStructure<VkPhysicalDeviceVulkan12Properties>(VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_2_PROPERTIES);
     auto p13 = vkStructure<VkPhysicalDeviceVulkan13Properties>(VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_3_PROPERTIES);
@@ -115,7 +116,8 @@ void readFeatures(const VulkanInstanceCalls& c, VkPhysicalDevice device, uint32_
 
 void readMemory(const VulkanInstanceCalls& c, VkPhysicalDevice device, uint32_t version, VulkanDeviceRecord& record) {
     auto memory = vkStructure<VkPhysicalDeviceMemoryProperties2>(VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_MEMORY_PROPERTIES_2);
-    auto budget = vkStructure<VkPhysicalDeviceMemoryBudgetPropertiesEXT>(VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_MEMORY_BUDGET_PROPERTIES_EXT);
+    auto budget = vkStructure<VkPhysicalDeviceMemoryBudgetPropertiesEXT>(
+        VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_MEMORY_BUDGET_PROPERTIES_EXT);
     record.hasMemoryBudget = atLeast(version, 1, 1) && c.getMemoryProperties2 &&
                              hasExtension(record, VK_EXT_MEMORY_BUDGET_EXTENSION_NAME);
     if (record.hasMemoryBudget) {

@@ -115,7 +115,7 @@ VulkanInfo discover(const Kalidornm::MachineSnapshot& machine, base::LogSink& lo
     if (decision.skipReason)
         return stopped(std::move(info), VulkanStatus::SkippedForSleepingGpu,
                        "Vulkan discovery skipped: " + *decision.skipReason + ".", log);
-    DriverFilter filter(decision.disable);
+    DriverFilter filter(decision.disable());
 
     const VulkanLoader loader(loaderName);
     if (!loader.isLoaded()) {
@@ -138,7 +138,7 @@ VulkanInfo discover(const Kalidornm::MachineSnapshot& machine, base::LogSink& lo
         }
     }
     info.instanceVersion = loaderVersion;
-    if (!decision.disable.empty()) {
+    if (!decision.sleeping.empty()) {
         if (loaderVersion < kDriverFilterLoaderVersion) {
             filter.restore();
             return stopped(std::move(info), VulkanStatus::SkippedForSleepingGpu,
@@ -148,8 +148,10 @@ VulkanInfo discover(const Kalidornm::MachineSnapshot& machine, base::LogSink& lo
                                             versionText(kDriverFilterLoaderVersion).c_str()),
                            log);
         }
-        base::logTo(log, "Vulkan: drivers of sleeping GPUs left out: %s", decision.disable.c_str());
+        base::logTo(log, "Vulkan: drivers of sleeping GPUs left out: %s", decision.sleeping.c_str());
     }
+    if (!decision.absent.empty())
+        base::logTo(log, "Vulkan: drivers of vendors without a GPU here left out: %s", decision.absent.c_str());
 
     info.instanceExtensions = instanceExtensions(g, info.problems);
     info.layers = instanceLayers(g, info.problems);

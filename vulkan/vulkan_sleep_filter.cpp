@@ -26,6 +26,18 @@ const char* manifestsOf(uint32_t vendorId) {
 
 std::string addressOf(const Kalidornm::GpuSnapshot& gpu) { return gpu.pciAddress.value_or("(no PCI address)"); }
 
+void append(std::string& list, const char* manifests) {
+    if (list.find(manifests) != std::string::npos) return;
+    if (!list.empty()) list += ',';
+    list += manifests;
+}
+
+bool listsVendor(const Kalidornm::MachineSnapshot& machine, uint32_t vendorId) {
+    for (const Kalidornm::GpuSnapshot& gpu : machine.gpus)
+        if (gpu.vendorId == vendorId) return true;
+    return false;
+}
+
 }  // namespace
 
 DriverFilterDecision decideDriverFilter(const Kalidornm::MachineSnapshot& machine) {
@@ -46,12 +58,16 @@ DriverFilterDecision decideDriverFilter(const Kalidornm::MachineSnapshot& machin
                 addressOf(asleep).c_str(), addressOf(awake).c_str());
             return decision;
         }
-        if (decision.disable.find(manifests) != std::string::npos) continue;
-        if (!decision.disable.empty()) decision.disable += ',';
-        decision.disable += manifests;
+        append(decision.sleeping, manifests);
     }
+    // A machine whose scan listed nothing may simply not have been scanned: every driver stays then.
+    if (machine.gpus.empty()) return decision;
+    for (const VendorDrivers& v : kVendorDrivers)
+        if (!listsVendor(machine, v.vendorId)) append(decision.absent, v.manifests);
     return decision;
 }
+
+std::string DriverFilterDecision::disable() const { return combinedFilter(sleeping.c_str(), absent); }
 
 std::string combinedFilter(const char* existing, const std::string& ours) {
     if (!existing || !*existing) return ours;

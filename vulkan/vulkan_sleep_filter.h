@@ -13,12 +13,18 @@ namespace vulkan {
 inline constexpr const char* kDriverFilterVariable = "VK_LOADER_DRIVERS_DISABLE";
 
 struct DriverFilterDecision {
-    std::string disable;                   // the manifest names to leave out; empty when no GPU sleeps
+    std::string sleeping;  // the manifest names of the sleeping GPUs' drivers; empty when no GPU sleeps
+    // The drivers of the vendors the PCI scan found no GPU of: they have nothing to serve, and loading each
+    // costs tens of milliseconds.
+    std::string absent;
     std::optional<std::string> skipReason;  // set where discovery must not run at all
+
+    std::string disable() const;  // both lists, as the loader reads them
 };
 
 // Leaves out the drivers of each sleeping GPU's vendor; skips where a sleeping GPU's vendor has no known
-// driver names or an awake GPU of the same vendor would be hidden with it.
+// driver names or an awake GPU of the same vendor would be hidden with it. Where the scan listed any GPU,
+// the drivers of the known vendors it did not list are left out too.
 DriverFilterDecision decideDriverFilter(const Kalidornm::MachineSnapshot& machine);
 
 // The filter the loader is given: an existing setting of the user's kept, ours added to it.

@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-// The batch program against the fake OpenCL and CUDA drivers in each of their failure modes. Whatever the
-// drivers answer, it exits 0, writes all three reports, the JSON parses, and the counts the log gives are
-// the records the report holds. In the sanitizer build a report from AddressSanitizer, LeakSanitizer or
+// The batch program against the fake OpenCL and CUDA drivers and the fake Vulkan loader in each of their
+// failure modes. Whatever the drivers answer, it exits 0, writes all three reports, the JSON parses, and the
+// counts the log gives are the records the report holds. In the sanitizer build a report from AddressSanitizer, LeakSanitizer or
 // UBSan fails the run; leaks of libraries that are not ours are named in tests/sanitizers/lsan.supp.
 namespace {
 
@@ -81,6 +81,8 @@ TEST_P(FakeDriverBatch, WritesEveryReportWithoutASanitizerReport) {
         env.push_back({"LD_LIBRARY_PATH", std::string(FAKE_DRIVER_DIR) + (path ? ":" + std::string(path) : "")});
         env.push_back({"LUMENSCOPE_FAKE_CL", mode});
         env.push_back({"LUMENSCOPE_FAKE_CUDA", mode});
+        env.push_back({"LUMENSCOPE_VULKAN_LOADER", FAKE_VULKAN_LIBRARY});
+        env.push_back({"LUMENSCOPE_FAKE_VULKAN", mode});
     }
     const BatchRun run = runBatch(dir, env);
     EXPECT_EQ(run.exitCode, 0) << run.errors;
@@ -102,13 +104,20 @@ TEST_P(FakeDriverBatch, WritesEveryReportWithoutASanitizerReport) {
     EXPECT_EQ(json["opencl"]["platforms"].size(), size_t(std::max(platforms, 0L)));
     const long cudaDevices = loggedCount(log, std::regex(R"(Found (\d+) CUDA-capable devices\.)"));
     EXPECT_EQ(json["cuda"]["devices"].size(), size_t(std::max(cudaDevices, 0L)));
+    const long vulkanDevices = loggedCount(log, std::regex(R"(Found (\d+) Vulkan device\(s\)\.)"));
+    EXPECT_EQ(json["vulkan"]["devices"].size(), size_t(std::max(vulkanDevices, 0L)));
+    if (vulkanDevices < 0) {
+        EXPECT_NE(json["vulkan"]["status"], "read") << "a section read without its log line";
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, FakeDriverBatch,
                          ::testing::Values("normal", "errors", "device_errors", "id_fetch_fails", "platform_ids_fail",
                                            "no_platforms", "zero_counts", "huge_counts", "many_counts",
                                            "negative_count", "stub", "unterminated", "long_strings",
-                                           "special_chars", "system"),
+                                           "special_chars", "no_devices", "instance_fails", "incomplete",
+                                           "missing_entry_points", "no_create_instance", "memory_counts",
+                                           "system"),
                          [](const ::testing::TestParamInfo<const char*>& mode) { return std::string(mode.param); });
 
 }  // namespace

@@ -22,6 +22,9 @@ if(COMMAND lumenscope_fuzz_target)
   lumenscope_fuzz_target(metrics_request ${fuzz_dir}/metrics_request_fuzz.cpp)
   target_link_libraries(metrics_request_fuzz PRIVATE exporter_parsing)
 
+  lumenscope_fuzz_target(vulkan_answers ${fuzz_dir}/vulkan_answers_fuzz.cpp)
+  target_link_libraries(vulkan_answers_fuzz PRIVATE lumenscope_vulkan report)
+
   foreach(name proc_system pci_scan pci_ids)
     lumenscope_fuzz_target(${name} ${fuzz_dir}/${name}_fuzz.cpp)
     target_link_libraries(${name}_fuzz PRIVATE kalidor fuzz_scratch_root)

@@ -22,3 +22,7 @@ target_link_libraries(integration_vulkan_lavapipe PRIVATE GTest::gtest_main nloh
 target_compile_definitions(integration_vulkan_lavapipe PRIVATE LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>")
 add_dependencies(integration_vulkan_lavapipe lumenscope)
 gtest_discover_tests(integration_vulkan_lavapipe PROPERTIES LABELS lavapipe DISCOVERY_TIMEOUT 60)
+
+# Discovery's own wall time through the system's loader, measured by a benchmark rather than printed by a test.
+add_executable(bench_vulkan_discovery bench/vulkan_discovery_bench.cpp)
+target_link_libraries(bench_vulkan_discovery PRIVATE lumenscope_vulkan benchmark::benchmark)

@@ -114,7 +114,14 @@ def struct_members(header, name):
     return members
 
 
-def row_for(struct, ctype, pointer, member, array):
+LINE_LIMIT = 120
+
+
+def alias_of(table):
+    return table[1:-len("Rows")]  # kLimitsRows: Limits
+
+
+def row_for(struct, alias, ctype, pointer, member, array):
     if member in ("sType", "pNext") or member in NESTED:
         return None
     if (struct, member) in BY_NAME:
@@ -125,8 +132,11 @@ def row_for(struct, ctype, pointer, member, array):
         kind = ARRAY_TYPES.get((ctype, array)) or ARRAY_TYPES.get((ctype, False))
     if kind is None or pointer:
         sys.exit("gen_vulkan_tables: no row type for %s %s.%s[%s]" % (ctype, struct, member, array))
-    count = array if array is not None else "1"
-    return '    {"%s", offsetof(%s, %s), VkFieldType::%s, %s},' % (member, struct, member, kind, count)
+    count = ", " + array if array is not None else ""
+    line = '    {"%s", offsetof(%s, %s), T::%s%s},' % (member, alias, member, kind, count)
+    if len(line) <= LINE_LIMIT:
+        return line
+    return '    {"%s",\n     offsetof(%s, %s), T::%s%s},' % (member, alias, member, kind, count)
 
 
 def enum_values(header, name, flags):
@@ -161,11 +171,15 @@ def write_rows(header, out):
         "namespace vulkan {",
         "namespace {",
         "",
+        "using T = VkFieldType;",
+        "",
     ]
     for struct, table, expected in GROUPS:
-        rows = [r for r in (row_for(struct, *m) for m in struct_members(header, struct)) if r]
+        alias = alias_of(table)
+        rows = [r for r in (row_for(struct, alias, *m) for m in struct_members(header, struct)) if r]
         if expected is not None and len(rows) != expected:
             sys.exit("gen_vulkan_tables: %s has %d rows, expected %d" % (struct, len(rows), expected))
+        lines.append("using %s = %s;" % (alias, struct))
         lines.append("constexpr VkFieldRow %s[] = {" % table)
         lines.extend(rows)
         lines.append("};")
@@ -179,7 +193,8 @@ def write_rows(header, out):
             body = "return d.%s ? &*d.%s : nullptr;" % (where[:-1], where[:-1])
         else:
             body = "return &d.%s;" % where
-        lines.append('    {"%s", %s, [](const VulkanDeviceRecord& d) -> const void* { %s }},' % (struct, table, body))
+        lines.append('    {"%s", %s,' % (struct, table))
+        lines.append('     [](const VulkanDeviceRecord& d) -> const void* { %s }},' % body)
     lines += ["};", "", "}  // namespace", "", "std::span<const VkFieldGroup> vkFieldGroups() { return kGroups; }", "",
               "}  // namespace vulkan"]
     write(out, lines)

@@ -30,29 +30,35 @@ std::string joined(const std::vector<std::string>& names) {
     return out;
 }
 
-// The filter the loader reads while it looks for drivers, set for this process; the user's setting is put
-// back if discovery ends up not running.
-class DriverFilter {
+// A loader setting (a list of names) with ours added, for this process; restore() puts the user's own back.
+class LoaderSetting {
 public:
-    explicit DriverFilter(const std::string& ours) {
+    LoaderSetting(const char* variable, const std::string& ours) : m_variable(variable) {
         if (ours.empty()) return;
-        if (const char* existing = std::getenv(kDriverFilterVariable)) m_previous = existing;
+        if (const char* existing = std::getenv(variable)) m_previous = existing;
         m_set = true;
-        ::setenv(kDriverFilterVariable, combinedFilter(m_previous ? m_previous->c_str() : nullptr, ours).c_str(), 1);
+        ::setenv(variable, combinedFilter(m_previous ? m_previous->c_str() : nullptr, ours).c_str(), 1);
     }
     void restore() {
         if (!m_set) return;
         if (m_previous)
-            ::setenv(kDriverFilterVariable, m_previous->c_str(), 1);
+            ::setenv(m_variable, m_previous->c_str(), 1);
         else
-            ::unsetenv(kDriverFilterVariable);
+            ::unsetenv(m_variable);
         m_set = false;
     }
 
 private:
+    const char* m_variable;
     std::optional<std::string> m_previous;
     bool m_set = false;
 };
+
+// The instance is made without the implicit layers (the device selection layer, overlays and capture layers
+// other programs install): discovery reads what the drivers say, and those layers cost time or worse. They
+// are still listed, because the setting is made only around vkCreateInstance.
+constexpr const char* kLayerFilterVariable = "VK_LOADER_LAYERS_DISABLE";
+constexpr const char* kImplicitLayers = "~implicit~";
 
 VulkanInfo stopped(VulkanInfo info, VulkanStatus status, std::string text, base::LogSink& log) {
     info.status = status;
@@ -115,13 +121,16 @@ VulkanInfo discover(const Kalidornm::MachineSnapshot& machine, base::LogSink& lo
     if (decision.skipReason)
         return stopped(std::move(info), VulkanStatus::SkippedForSleepingGpu,
                        "Vulkan discovery skipped: " + *decision.skipReason + ".", log);
-    DriverFilter filter(decision.disable());
+    LoaderSetting filter(kDriverFilterVariable, decision.disable());
 
     const VulkanLoader loader(loaderName);
     if (!loader.isLoaded()) {
         filter.restore();
         return stopped(std::move(info), VulkanStatus::NoLoader,
-                       base::formatText("Vulkan: could not find %s.", loaderName), log);
+                       loader.hasLibrary()
+                           ? base::formatText("Vulkan: %s has no vkGetInstanceProcAddr.", loaderName)
+                           : base::formatText("Vulkan: could not find %s.", loaderName),
+                       log);
     }
     if (!loader.missingGlobals().empty()) {
         filter.restore();
@@ -165,7 +174,9 @@ VulkanInfo discover(const Kalidornm::MachineSnapshot& machine, base::LogSink& lo
     auto create = vkStructure<VkInstanceCreateInfo>(VK_STRUCTURE_TYPE_INSTANCE_CREATE_INFO);
     create.pApplicationInfo = &application;
     VkInstance handle = VK_NULL_HANDLE;
+    LoaderSetting withoutImplicitLayers(kLayerFilterVariable, kImplicitLayers);
     const VkResult created = g.createInstance(&create, nullptr, &handle);
+    withoutImplicitLayers.restore();
     if (created != VK_SUCCESS || handle == VK_NULL_HANDLE)
         return stopped(std::move(info), VulkanStatus::InstanceFailed,
                        "Vulkan: no instance (" + vkResultText(created) + "): no driver could be used.", log);

@@ -47,6 +47,7 @@ struct VulkanInstanceCalls {
 class VulkanLoader {
 public:
     explicit VulkanLoader(const char* name);
+    bool hasLibrary() const { return m_library.isLoaded(); }
     bool isLoaded() const { return m_getProcAddr != nullptr; }
     const VulkanGlobalCalls& global() const { return m_global; }
     // The instance-level entry points of `instance`; the names of those missing go to `missing`.

@@ -157,6 +157,10 @@ TEST_F(FakeVulkan, AMachineWithoutDevicesOrWithoutADriverIsAnEmptySectionThatSay
     EXPECT_EQ(vulkanInfo().status, VulkanStatus::NoLoader);
     EXPECT_EQ(log.messages(), std::vector<std::string>{"Vulkan: could not find /nonexistent/libvulkan.so.1."});
     EXPECT_EQ(asJson(vulkanInfo())["devices"].size(), 0u);
+    log.clear();
+    discoverVulkan(Kalidornm::MachineSnapshot{}, log.log(), "libm.so.6");  // a library, but no loader
+    EXPECT_EQ(vulkanInfo().status, VulkanStatus::NoLoader);
+    EXPECT_EQ(log.messages(), std::vector<std::string>{"Vulkan: libm.so.6 has no vkGetInstanceProcAddr."});
 }
 
 // INT_MAX of everything: each list stops at its cap and says so; nothing is allocated from the count.

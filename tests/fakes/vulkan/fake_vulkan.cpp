@@ -91,7 +91,8 @@ void logCreateInstance() {
     if (!path) return;
     if (FILE* log = std::fopen(path, "a")) {
         const char* filter = std::getenv("VK_LOADER_DRIVERS_DISABLE");
-        std::fprintf(log, "vkCreateInstance %s\n", filter ? filter : "-");
+        const char* layers = std::getenv("VK_LOADER_LAYERS_DISABLE");
+        std::fprintf(log, "vkCreateInstance %s layers %s\n", filter ? filter : "-", layers ? layers : "-");
         std::fclose(log);
     }
 }

@@ -8,8 +8,8 @@ namespace fake_vulkan {
 // The machine: unset for the normal one, or one of the modes below; a name the fake does not know is the
 // normal machine.
 constexpr const char* kScenarioVariable = "LUMENSCOPE_FAKE_VULKAN";
-// Where the fake appends one line per vkCreateInstance: "vkCreateInstance <filter>", the driver filter the
-// loader would read then ("-" when unset).
+// Where the fake appends one line per vkCreateInstance: "vkCreateInstance <drivers> layers <layers>", the
+// driver and layer filters the loader would read then ("-" when unset).
 constexpr const char* kCallLogVariable = "FAKE_VULKAN_CALL_LOG";
 
 namespace mode {

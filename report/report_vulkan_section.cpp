@@ -120,13 +120,25 @@ void addProblems(ReportBuffers& b, const std::vector<std::string>& problems, con
     }
 }
 
-void addDevice(ReportBuffers& b, int index, const vulkan::VulkanDeviceRecord& d) {
+// The PCI address and, where the snapshot has a GPU at that address, the GPU's number and name.
+std::string pciLine(const std::string& address, const ReportSnapshot& s) {
+    for (size_t i = 0; i < s.gpus.size(); ++i)
+        if (s.gpus[i].pciAddress == address)
+            return formatText("%s (GPU %d: %s)", address.c_str(), int(i), s.gpus[i].name.value_or("").c_str());
+    return address;
+}
+
+void addDevice(ReportBuffers& b, int index, const vulkan::VulkanDeviceRecord& d, const ReportSnapshot& s) {
     const std::string name = fixedText(d.properties.deviceName, sizeof d.properties.deviceName);
     const std::string driverVersion = vulkan::vkDriverVersionText(d);
+    const std::optional<std::string> address = vulkan::vkPciAddressText(d);
     addReportLine(b, "- Vulkan Device %d: %s", index, name.c_str());
     addReportLine(b, "\t- Driver version: %s", driverVersion.c_str());
-    addReportXml(b, "\n\t\t\t<vulkan_device index=\"%d\" name=\"%s\" driver_version=\"%s\">", index,
+    if (address) addReportLine(b, "\t- PCI address: %s", pciLine(*address, s).c_str());
+    addReportXml(b, "\n\t\t\t<vulkan_device index=\"%d\" name=\"%s\" driver_version=\"%s\"", index,
                  xmlEscaped(name).c_str(), xmlEscaped(driverVersion).c_str());
+    if (address) addReportXml(b, " pci_address=\"%s\"", address->c_str());
+    addReportXml(b, ">");
     addFieldGroups(b, d);
     addExtensions(b, "Extensions", "extensions", d.extensions, "\t", 4);
     addMemory(b, d);
@@ -164,7 +176,7 @@ void addVulkanSection(ReportBuffers& b, const ReportSnapshot& s) {
     }
     addProblems(b, v.problems, "", 3);
     addReportLine(b, "- Num Vulkan devices: %d", int(v.devices.size()));
-    for (size_t i = 0; i < v.devices.size(); ++i) addDevice(b, int(i), v.devices[i]);
+    for (size_t i = 0; i < v.devices.size(); ++i) addDevice(b, int(i), v.devices[i], s);
     addReportXml(b, "\n\t\t</vulkan>");
 }
 

@@ -15,6 +15,12 @@ std::string vkFormatText(VkFormat format) {
     return base::formatText("VkFormat %d", int(format));
 }
 
+std::optional<std::string> vkPciAddressText(const VulkanDeviceRecord& device) {
+    if (!device.pciBus) return std::nullopt;
+    const VkPhysicalDevicePCIBusInfoPropertiesEXT& bus = *device.pciBus;
+    return base::formatText("%04x:%02x:%02x.%x", bus.pciDomain, bus.pciBus, bus.pciDevice, bus.pciFunction);
+}
+
 std::string vkStatusLine(const VulkanInfo& info) {
     if (!info.statusText.empty()) return info.statusText;
     switch (info.status) {

@@ -93,6 +93,7 @@ VulkanDeviceSummary vulkanDeviceSummary(const vulkan::VulkanDeviceRecord& device
     s.apiVersion = vulkan::vkVersionText(p.apiVersion);
     s.driverVersion = vulkan::vkDriverVersionText(device);
     s.ids = formatText("vendor 0x%04X, device 0x%04X", p.vendorID, p.deviceID);
+    if (const std::optional<std::string> address = vulkan::vkPciAddressText(device)) s.ids += ", PCI " + *address;
     if (device.driver) {
         const VkPhysicalDeviceDriverProperties& d = *device.driver;
         const std::string info = fixedText(d.driverInfo, sizeof d.driverInfo);

@@ -18,7 +18,7 @@ struct VulkanDeviceSummary {
     std::string type;           // "CPU", "discrete GPU"
     std::string apiVersion;     // "1.3.230"
     std::string driverVersion;  // decoded as its driver packs it
-    std::string ids;            // "vendor 0x10005, device 0x0000"
+    std::string ids;            // "vendor 0x1002, device 0x73BF, PCI 0000:03:00.0"; the address where given
     std::string driver;         // the driver's name and info, "llvmpipe (Mesa 22.3.6 (LLVM 15.0.6))"
     std::string conformance;    // "1.3.1.1"; empty where the device gives no driver properties
 };

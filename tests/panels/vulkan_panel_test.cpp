@@ -56,6 +56,8 @@ TEST_F(VulkanPanelTest, EachDeviceShowsItsFieldsExtensionsAndCapsTree) {
     gpu.properties.deviceType = VK_PHYSICAL_DEVICE_TYPE_DISCRETE_GPU;
     std::strcpy(gpu.properties.deviceName, "NVIDIA GeForce RTX 3090");
     gpu.extensions = {{"VK_KHR_swapchain", 70}};
+    gpu.pciBus = VkPhysicalDevicePCIBusInfoPropertiesEXT{};
+    gpu.pciBus->pciBus = 1;
     const vulkan::VulkanInfo info = vulkan_by_hand::instanceWith({vulkan_by_hand::softwareDevice(), gpu});
     panels::VulkanPanel panel(nullptr, state, start("amdgpu-rx6800"), info);
 
@@ -96,7 +98,7 @@ TEST_F(VulkanPanelTest, EachDeviceShowsItsFieldsExtensionsAndCapsTree) {
     EXPECT_EQ(text(&panel, kName), "NVIDIA GeForce RTX 3090");
     EXPECT_EQ(text(&panel, kType), "discrete GPU");
     EXPECT_EQ(text(&panel, kDriverVersion), "535.154.5.0");
-    EXPECT_EQ(text(&panel, kIds), "vendor 0x10DE, device 0x2204");
+    EXPECT_EQ(text(&panel, kIds), "vendor 0x10DE, device 0x2204, PCI 0000:01:00.0");
     for (int id : {kDriver, kConformance}) {
         EXPECT_EQ(text(&panel, id), QString()) << id;
         EXPECT_FALSE(enabled(&panel, id)) << id;

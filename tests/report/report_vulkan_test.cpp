@@ -17,6 +17,12 @@ using ::testing::Not;
 
 constexpr const char* kHeading = "===================================[ Vulkan Capabilities ]\n";
 
+size_t countOf(const std::string& text, const std::string& part) {
+    size_t count = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size())) ++count;
+    return count;
+}
+
 std::string sectionOf(const std::string& text) {
     const size_t at = text.find(kHeading);
     return at == std::string::npos ? std::string() : text.substr(at);
@@ -146,6 +152,27 @@ TEST(VulkanSection, ABadlyAnsweringDriverLeavesTheReportWholeAndSaysWhatWasNotRe
               limitRowCount());
     EXPECT_EQ(limitRowCount(), 106u);
     EXPECT_THAT(r.xml, HasSubstr("<problem>vkGetPhysicalDeviceFeatures2: missing</problem>"));
+}
+
+// A device that gives its PCI address is shown against the GPU record at that address, and only that one.
+TEST(VulkanSection, APciAddressNamesTheGpuRecordAtThatAddress) {
+    report::ReportSnapshot s = report_fixtures::nvidiaMachine();
+    ASSERT_FALSE(s.gpus.empty());
+    s.gpus[0].pciAddress = "0000:0a:00.0";
+    vulkan::VulkanDeviceRecord onGpu = vulkan_by_hand::softwareDevice();
+    onGpu.pciBus = VkPhysicalDevicePCIBusInfoPropertiesEXT{};
+    onGpu.pciBus->pciBus = 0x0a;
+    vulkan::VulkanDeviceRecord elsewhere = onGpu;
+    elsewhere.pciBus->pciDevice = 0x1f;
+    elsewhere.pciBus->pciFunction = 3;
+    s.vulkan = vulkan_by_hand::instanceWith({onGpu, elsewhere, vulkan_by_hand::softwareDevice()});
+    const RenderedReport r = renderReport(s);
+    const std::string section = sectionOf(r.text);
+    EXPECT_THAT(section, HasSubstr("\t- Driver version: 0.0.1\n\t- PCI address: 0000:0a:00.0 (GPU 0: " +
+                                   s.gpus[0].name.value() + ")\n"));
+    EXPECT_THAT(section, HasSubstr("\t- Driver version: 0.0.1\n\t- PCI address: 0000:0a:1f.3\n"));
+    EXPECT_EQ(countOf(section, "\t- PCI address: "), 2u);
+    EXPECT_THAT(r.xml, HasSubstr("driver_version=\"0.0.1\" pci_address=\"0000:0a:00.0\">"));
 }
 
 }  // namespace

@@ -117,7 +117,8 @@ void VulkanPanel::showDevice(int device) {
 }
 
 VulkanCapsDialog* VulkanPanel::showCapsDialog() {
-    if (m_shownDevice < 0) return nullptr;
+    // The record may have been emptied since the tab was filled (the run frees it at its end).
+    if (m_shownDevice < 0 || size_t(m_shownDevice) >= m_info.devices.size()) return nullptr;
     if (m_capsDialog && m_capsDialogDevice != m_shownDevice) m_capsDialog->deleteLater();
     if (!m_capsDialog || m_capsDialogDevice != m_shownDevice) {
         m_capsDialog = new VulkanCapsDialog(this, m_state, m_info.devices[size_t(m_shownDevice)]);

@@ -112,6 +112,15 @@ TEST_F(VulkanPanelTest, EachDeviceShowsItsFieldsExtensionsAndCapsTree) {
     EXPECT_TRUE(tree["VkPhysicalDeviceProperties"].contains("deviceName: NVIDIA GeForce RTX 3090"));
 }
 
+// The run frees discovery's record at its end; a caps dialog asked for after that opens nothing.
+TEST_F(VulkanPanelTest, ARecordEmptiedAfterTheTabWasFilledOpensNoCapsDialog) {
+    vulkan::VulkanInfo info = vulkan_by_hand::instanceWith({vulkan_by_hand::softwareDevice()});
+    panels::VulkanPanel panel(nullptr, state, start("amdgpu-rx6800"), info);
+    EXPECT_EQ(text(&panel, kName), "llvmpipe (LLVM 15.0.6, 256 bits)");
+    info = vulkan::VulkanInfo{};
+    EXPECT_EQ(panel.showCapsDialog(), nullptr);
+}
+
 TEST_F(VulkanPanelTest, WithoutVulkanTheTabSaysWhyAndGreysEverything) {
     vulkan::VulkanInfo info;
     info.status = vulkan::VulkanStatus::SkippedForSleepingGpu;

@@ -30,6 +30,7 @@ void generateReport(ReportBuffers& b, const ReportSnapshot& s) {
         addMiscSection(b, s);
         addLinkSections(b, s);
     }
+    addVulkanSection(b, s);
     b.generated = true;
 }
 

@@ -32,5 +32,7 @@ void addCudaSection(ReportBuffers& b, const ReportSnapshot& s);
 void addOpenClSection(ReportBuffers& b, const ReportSnapshot& s);
 void addMiscSection(ReportBuffers& b, const ReportSnapshot& s);
 void addLinkSections(ReportBuffers& b, const ReportSnapshot& s);
+// Last, so that every line of the sections before it stays where it was; a machine without a display has one.
+void addVulkanSection(ReportBuffers& b, const ReportSnapshot& s);
 
 }  // namespace report

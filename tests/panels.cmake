@@ -14,6 +14,7 @@ add_executable(unit_panels
   panels/opengl_panel_test.cpp
   panels/compute_panels_test.cpp
   panels/validation_panel_test.cpp
+  panels/vulkan_panel_test.cpp
 )
 target_link_libraries(unit_panels PRIVATE lumenscope_panels Qt6::Test GTest::gtest GTest::gmock)
 target_include_directories(unit_panels PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
@@ -35,6 +36,7 @@ add_executable(integration_panels
   panels/qt_test_main.cpp
   panels/validation_online_test.cpp
   panels/opencl_panel_pocl_test.cpp
+  panels/vulkan_panel_lavapipe_test.cpp
 )
 target_link_libraries(integration_panels PRIVATE lumenscope_panels Qt6::Test GTest::gtest nlohmann_json::nlohmann_json)
 target_include_directories(integration_panels PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})

@@ -16,9 +16,13 @@ lumenscope_unit_test(unit_report
   report/report_file_test.cpp
   report/report_of_bare_machine_test.cpp
   report/report_compute_test.cpp
+  report/report_vulkan_test.cpp
+  report/report_vulkan_fake_loader_test.cpp
 )
 target_link_libraries(unit_report PRIVATE report_test_fixtures nlohmann_json::nlohmann_json)
+add_dependencies(unit_report fake_vulkan)
 target_compile_definitions(unit_report PRIVATE
+  FAKE_VULKAN_LIBRARY="$<TARGET_FILE:fake_vulkan>"
   REPORT_GOLDEN_DIR="${PROJECT_SOURCE_DIR}/tests/golden/report"
   SYSFS_FIXTURES="${PROJECT_SOURCE_DIR}/tests/fixtures/sysfs")
 

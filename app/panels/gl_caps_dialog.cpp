@@ -1,6 +1,5 @@
 #include "app/panels/gl_caps_dialog.h"
 
-#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QTreeWidget>
@@ -8,6 +7,7 @@
 #include "app/app_state.h"
 #include "base/version.h"
 #include "app/panels/caps_tree.h"
+#include "app/panels/caps_tree_widget.h"
 #include "app/panels/controls.h"
 #include "kalidor/kalidor.h"
 
@@ -34,27 +34,8 @@ GlCapsDialog::GlCapsDialog(QWidget* parent, AppState& state, Kalidornm::Kalidor&
     fitLabelText(rendererLine);
     rendererLine->setToolTip(rendererLine->text());
 
-    m_tree = new QTreeWidget(this);
-    m_tree->setObjectName(controlName(1266));
-    m_tree->setAccessibleName(QStringLiteral("OpenGL caps"));
-    m_tree->setGeometry(units.toPixels({7, 18, 286, 256}));
-    m_tree->setHeaderHidden(true);
-    m_tree->setColumnCount(1);
-    m_tree->setRootIsDecorated(true);
-    m_tree->setUniformRowHeights(true);
-    // The widest leaf decides the column, so a long name scrolls rather than being cut.
-    m_tree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    m_tree->header()->setStretchLastSection(false);
-
-    QList<QTreeWidgetItem*> roots;
-    for (const CapsTreeBranch& branch : capsTreeBranches(library.snapshot().gl)) {
-        auto* root = new QTreeWidgetItem(QStringList(QString::fromUtf8(branch.text.c_str())));
-        for (const std::string& leaf : branch.leaves)
-            root->addChild(new QTreeWidgetItem(QStringList(QString::fromUtf8(leaf.c_str()))));
-        roots << root;
-    }
-    m_tree->addTopLevelItems(roots);
-    m_tree->collapseAll();
+    m_tree = makeCapsTreeWidget(this, 1266, QStringLiteral("OpenGL caps"), units.toPixels({7, 18, 286, 256}),
+                                capsTreeBranches(library.snapshot().gl));
 
     auto* ok = c.button(kIdOk, "OK", {243, 280, 50, 14});
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);

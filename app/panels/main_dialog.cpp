@@ -7,9 +7,11 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPointer>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QStyleOptionTabWidgetFrame>
 #include <QTabBar>
+#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -30,6 +32,8 @@
 #include "app/panels/tools_panel.h"
 #include "app/panels/validation_panel.h"
 #include "app/panels/vendor_logo.h"
+#include "app/panels/vulkan_panel.h"
+#include "vulkan/vulkan_discovery.h"
 
 namespace panels {
 
@@ -41,13 +45,27 @@ struct TabItem {
 };
 
 constexpr TabItem kTabItems[] = {
-    {"GPU", MainDialog::kTabGpu},     {"OpenGL", MainDialog::kTabOpenGl}, {"CUDA", MainDialog::kTabCuda},
-    {"OpenCL", MainDialog::kTabOpenCl}, {"Tools", MainDialog::kTabTools}, {"Validation", MainDialog::kTabValidation},
+    {"GPU", MainDialog::kTabGpu},       {"OpenGL", MainDialog::kTabOpenGl}, {"Vulkan", MainDialog::kTabVulkan},
+    {"CUDA", MainDialog::kTabCuda},     {"OpenCL", MainDialog::kTabOpenCl}, {"Tools", MainDialog::kTabTools},
+    {"Validation", MainDialog::kTabValidation},
 };
-static_assert(std::size(kTabItems) == 6);
+static_assert(std::size(kTabItems) == 7);
 
 constexpr int kWidth = 256, kHeight = 331;
 constexpr int kIdCancel = 2;  // the code the window ends with when closed, whichever way
+
+// The tab bar's style with the blank beside each label narrowed, so that seven tabs fit the window's width.
+class NarrowTabStyle : public QProxyStyle {
+public:
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+        const int value = QProxyStyle::pixelMetric(metric, option, widget);
+        return metric == PM_TabBarTabHSpace && m_hspace >= 0 ? std::min(value, m_hspace) : value;
+    }
+    void setTabHSpace(int pixels) { m_hspace = pixels; }
+
+private:
+    int m_hspace = -1;  // the style's own
+};
 
 // The main window while it runs, for requests from other threads; touched on the main thread only.
 QPointer<MainDialog> gRunningMainDialog;
@@ -66,6 +84,16 @@ TabControl::TabControl(QWidget* parent) : QWidget(parent), m_tabBar(new QTabBar(
 }
 
 void TabControl::fitTabBar() { m_tabBar->setGeometry(0, 0, width(), m_barHeight); }
+
+void TabControl::narrowTabsToFit() {
+    const int overflow = m_tabBar->sizeHint().width() - width();
+    if (overflow <= 0 || m_tabBar->count() == 0) return;
+    auto* style = new NarrowTabStyle;
+    style->setParent(this);  // deleted after the bar, which was made first
+    const int hspace = style->pixelMetric(QStyle::PM_TabBarTabHSpace, nullptr, m_tabBar);
+    style->setTabHSpace(std::max(4, hspace - (overflow + m_tabBar->count() - 1) / m_tabBar->count()));
+    m_tabBar->setStyle(style);
+}
 
 QRect TabControl::pageRect() const { return QRect(2, m_barHeight, width() - 4, height() - m_barHeight - 2); }
 
@@ -173,6 +201,8 @@ void MainDialog::_createPanels() {
     tools->initToolsPanel();
     place(new CudaPanel(m_tabControl, m_state, m_library), m_state.cudaPanel, kTabCuda);
     place(new OpenCLPanel(m_tabControl, m_state, m_library), m_state.openclPanel, kTabOpenCl);
+    void* vulkanHandle = nullptr;  // the application state keeps no handle of this panel
+    place(new VulkanPanel(m_tabControl, m_state, m_library, vulkan::vulkanInfo()), vulkanHandle, kTabVulkan);
     place(new ValidationPanel(m_tabControl, m_state, m_library), m_state.validationPanel, kTabValidation);
 }
 
@@ -186,6 +216,7 @@ void MainDialog::_insertTabItems() {
     tabs->setCurrentIndex(0);
     // A bar that gets tabs may grow itself; it keeps the height the pages were placed under.
     m_tabControl->fitTabBar();
+    m_tabControl->narrowTabsToFit();
 }
 
 void MainDialog::_fillDemoPickers() {

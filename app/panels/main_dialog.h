@@ -26,6 +26,8 @@ public:
     QRect pageRect() const;
     // Puts the bar back to the height the pages were placed under.
     void fitTabBar();
+    // Narrows the blank beside each tab's label where the tabs are wider than the control.
+    void narrowTabsToFit();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -36,11 +38,19 @@ private:
     int m_barHeight = 0;
 };
 
-// The program's one main window: six panels in a tab control, the two demo pickers and the one refresh timer.
+// The program's one main window: seven panels in a tab control, the two demo pickers and the one refresh timer.
 class MainDialog : public QDialog {
 public:
     // What a tab's item data selects; the data, not the tab's position, picks the panel.
-    enum TabData { kTabGpu = 0, kTabOpenGl = 1, kTabCuda = 2, kTabOpenCl = 3, kTabTools = 4, kTabValidation = 6 };
+    enum TabData {
+        kTabGpu = 0,
+        kTabOpenGl = 1,
+        kTabCuda = 2,
+        kTabOpenCl = 3,
+        kTabTools = 4,
+        kTabVulkan = 5,
+        kTabValidation = 6
+    };
     static constexpr int kRefreshPeriodMs = 1000;
     static constexpr int kInterruptWatchMs = 100;
 

@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QString>
 #include <filesystem>
+#include <iterator>
 
 #include "integration/program_runner.h"
 #include "integration/x11_window_driver.h"
@@ -20,6 +21,7 @@ using namespace std::chrono_literals;
 constexpr const char* kTitle = "Orbiscale Lumenscope 1.26.0.0";
 constexpr const char* kSplashTitle = "Lumenscope 1.26.0.0";
 constexpr const char* kCapsTitle = "Lumenscope OpenGL Caps List";
+constexpr const char* kVulkanCapsTitle = "Lumenscope Vulkan Caps List";
 
 pid_t startProgram(const fs::path& workDir) {
     const pid_t child = fork();
@@ -49,31 +51,33 @@ int waitForExit(pid_t child, std::chrono::milliseconds timeout) {
     return -1;
 }
 
-// From the OpenGL tab: a click in the extension list gives it the focus, Tab moves on to "More caps..." and
-// Space presses it; in the caps dialog the first heading is opened. The main window is 256 by 331 dialog units,
-// which gives the list's middle without knowing the font.
-void photographCapsDialog(X11WindowDriver& x, Window window) {
+// A caps dialog opened from its tab: a click in the tab's extension list gives it the focus, Tab moves on to
+// "More caps..." and Space presses it; in the dialog the heading `opened` (counted from 0) is opened. The main
+// window is 256 by 331 dialog units, which gives the list's middle without knowing the font: the tab
+// control's page begins about 16 units down, the list's middle stands `listMiddle` units below that.
+void photographCapsDialog(X11WindowDriver& x, Window window, const char* title, int listMiddle, int opened,
+                          const char* file) {
     const auto [width, height] = x.size(window);
     const double perUnitX = width / 256.0, perUnitY = height / 331.0;
-    // The tab control's page begins about 16 units down; the list's middle stands 167 units below that.
-    x.click(window, int((3 + 125) * perUnitX), int((2 + 16 + 167) * perUnitY));
+    x.click(window, int((3 + 125) * perUnitX), int((2 + 16 + listMiddle) * perUnitY));
     std::this_thread::sleep_for(200ms);
     x.pressKey(window, XK_Tab);
     x.pressKey(window, XK_space);
-    const Window caps = x.waitForWindow(kCapsTitle, 10s);
-    ASSERT_NE(caps, 0u) << "no window titled " << kCapsTitle;
+    const Window caps = x.waitForWindow(title, 10s);
+    ASSERT_NE(caps, 0u) << "no window titled " << title;
     std::this_thread::sleep_for(300ms);
     const WindowPicture collapsed = x.grab(caps);
     x.pressKey(caps, XK_Home);
+    for (int i = 0; i < opened; ++i) x.pressKey(caps, XK_Down);
     x.pressKey(caps, XK_Right);
     std::this_thread::sleep_for(300ms);
     const WindowPicture expanded = x.grab(caps);
     ASSERT_GT(expanded.width, 0);
-    EXPECT_NE(expanded.rgb, collapsed.rgb) << "the first heading did not open";
-    savePicture(expanded, fs::path(SCREENSHOT_DIR) / "caps_dialog_expanded.png");
+    EXPECT_NE(expanded.rgb, collapsed.rgb) << "heading " << opened << " did not open in " << title;
+    savePicture(expanded, fs::path(SCREENSHOT_DIR) / file);
     x.pressKey(caps, XK_Escape);
     std::this_thread::sleep_for(200ms);
-    EXPECT_EQ(x.findWindow(kCapsTitle), 0u) << "Escape leaves the caps dialog up";
+    EXPECT_EQ(x.findWindow(title), 0u) << "Escape leaves " << title << " up";
 }
 
 TEST(WindowUnderXvfb, EveryTabIsShownAndEscapeShutsTheProgramDown) {
@@ -93,9 +97,9 @@ TEST(WindowUnderXvfb, EveryTabIsShownAndEscapeShutsTheProgramDown) {
     std::this_thread::sleep_for(300ms);
     EXPECT_EQ(x.findWindow(kSplashTitle), 0u) << "the splash is still up";
 
-    const char* tabs[] = {"gpu", "opengl", "cuda", "opencl", "tools", "validation"};
+    const char* tabs[] = {"gpu", "opengl", "vulkan", "cuda", "opencl", "tools", "validation"};
     WindowPicture previous;
-    for (int tab = 0; tab < 6; ++tab) {
+    for (int tab = 0; tab < int(std::size(tabs)); ++tab) {
         if (tab > 0) x.pressKey(window, XK_Page_Down, ControlMask);
         std::this_thread::sleep_for(600ms);  // the switch and its painting happen in the program's own time
         const WindowPicture picture = x.grab(window);
@@ -105,7 +109,9 @@ TEST(WindowUnderXvfb, EveryTabIsShownAndEscapeShutsTheProgramDown) {
             EXPECT_NE(picture.rgb, previous.rgb) << "tab " << tabs[tab] << " looks like the one before it";
         }
         previous = picture;
-        if (tab == 1) photographCapsDialog(x, window);
+        if (tab == 1) photographCapsDialog(x, window, kCapsTitle, 167, 0, "caps_dialog_expanded.png");
+        // The Vulkan caps dialog with its limits, the second heading, opened.
+        if (tab == 2) photographCapsDialog(x, window, kVulkanCapsTitle, 179, 1, "vulkan_caps_dialog_limits.png");
     }
 
     x.pressKey(window, XK_Escape);

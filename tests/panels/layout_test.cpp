@@ -11,6 +11,7 @@
 #include "app/panels/demo_options_dialog.h"
 #include "app/panels/extension_dialog.h"
 #include "app/panels/gl_caps_dialog.h"
+#include "app/panels/vulkan_caps_dialog.h"
 #include "app/panels/opencl_info_dialog.h"
 #include "app/panels/update_dialog.h"
 #include "app/panels/main_dialog.h"
@@ -19,6 +20,7 @@
 #include "app/panels/splash_dialog.h"
 #include "demos/harness/demo_table.h"
 #include "tests/panels/window_machine.h"
+#include "tests/report/vulkan_records_by_hand.h"
 
 namespace {
 
@@ -87,7 +89,7 @@ TEST_F(LayoutTest, NoControlOverlapsAnotherOrLeavesItsParentAndEveryTextFits) {
     const QWidget* tabControl = findControl(&dialog, 1000);
     ASSERT_NE(tabControl, nullptr);
     expectTidy(tabControl);
-    for (int data : {0, 1, 2, 3, 4, 6}) expectTidy(dialog.panelForTabData(data));
+    for (int data : {0, 1, 2, 3, 4, 5, 6}) expectTidy(dialog.panelForTabData(data));
     // The pages fill the tab control below its tabs.
     const QRect page = dialog.panelForTabData(0)->geometry();
     EXPECT_GE(page.top(), dialog.tabBar()->geometry().bottom());
@@ -96,6 +98,8 @@ TEST_F(LayoutTest, NoControlOverlapsAnotherOrLeavesItsParentAndEveryTextFits) {
     expectTidy(&report);
     GlCapsDialog caps(nullptr, state, library);
     expectTidy(&caps);
+    panels::VulkanCapsDialog vulkanCaps(nullptr, state, vulkan_by_hand::softwareDevice());
+    expectTidy(&vulkanCaps);
     ExtensionDialog extension(nullptr, state, library, "GL_ARB_multitexture");
     expectTidy(&extension);
     OpenClInfoDialog openCl(nullptr, state);
@@ -120,7 +124,7 @@ TEST_F(LayoutTest, CaptionsFieldsAndLinksWearTheProgramsColours) {
     Kalidornm::Kalidor& library = start("amdgpu-rx6800");
     MainDialog dialog(state, library);
     dialog.start(nullptr);
-    dialog.tabBar()->setCurrentIndex(4);
+    dialog.tabBar()->setCurrentIndex(5);
 
     auto* caption = findControl<CaptionBox>(&dialog, 1245);
     ASSERT_NE(caption, nullptr);

@@ -24,6 +24,7 @@
 #include "app/panels/qt_message_boxes.h"
 #include "app/panels/tools_panel.h"
 #include "app/panels/validation_panel.h"
+#include "app/panels/vulkan_panel.h"
 #include "demos/harness/demo_table.h"
 #include "tests/panels/window_machine.h"
 #include "tests/panels/window_wait.h"
@@ -49,20 +50,24 @@ protected:
 TEST_F(MainDialogTest, TabItemDataPicksThePanelNotThePosition) {
     MainDialog& dialog = openDialog(start("amdgpu-rx6800"));
     QTabBar* tabs = dialog.tabBar();
-    ASSERT_EQ(tabs->count(), 6);
-    EXPECT_EQ(tabs->tabText(5), "Validation");
-    EXPECT_EQ(tabs->tabData(5).toInt(), 6);
+    ASSERT_EQ(tabs->count(), 7);
+    EXPECT_EQ(tabs->tabText(2), "Vulkan");
+    EXPECT_EQ(tabs->tabData(2).toInt(), 5);
+    EXPECT_EQ(tabs->tabText(6), "Validation");
+    EXPECT_EQ(tabs->tabData(6).toInt(), 6);
+    // Seven tabs fit the window: the last one is not cut at its right edge.
+    EXPECT_LE(tabs->tabRect(6).right(), tabs->width() - 1);
 
     const auto visiblePanels = [&] {
         int visible = 0;
-        for (int data : {0, 1, 2, 3, 4, 6}) visible += dialog.panelForTabData(data)->isVisibleTo(&dialog) ? 1 : 0;
+        for (int data : {0, 1, 2, 3, 4, 5, 6}) visible += dialog.panelForTabData(data)->isVisibleTo(&dialog) ? 1 : 0;
         return visible;
     };
     EXPECT_TRUE(dynamic_cast<panels::GpuPanel*>(dialog.panelForTabData(tabs->tabData(0).toInt())));
     EXPECT_TRUE(dialog.panelForTabData(0)->isVisibleTo(&dialog));
     EXPECT_EQ(visiblePanels(), 1);
 
-    tabs->setCurrentIndex(5);
+    tabs->setCurrentIndex(6);
     QWidget* shown = dialog.panelForTabData(6);
     EXPECT_TRUE(dynamic_cast<panels::ValidationPanel*>(shown));
     EXPECT_TRUE(shown->isVisibleTo(&dialog));
@@ -70,9 +75,10 @@ TEST_F(MainDialogTest, TabItemDataPicksThePanelNotThePosition) {
 
     const std::pair<int, bool (*)(QWidget*)> panelOfTab[] = {
         {1, [](QWidget* w) { return dynamic_cast<panels::OpenGLPanel*>(w) != nullptr; }},
-        {2, [](QWidget* w) { return dynamic_cast<panels::CudaPanel*>(w) != nullptr; }},
-        {3, [](QWidget* w) { return dynamic_cast<panels::OpenCLPanel*>(w) != nullptr; }},
-        {4, [](QWidget* w) { return dynamic_cast<panels::ToolsPanel*>(w) != nullptr; }},
+        {2, [](QWidget* w) { return dynamic_cast<panels::VulkanPanel*>(w) != nullptr; }},
+        {3, [](QWidget* w) { return dynamic_cast<panels::CudaPanel*>(w) != nullptr; }},
+        {4, [](QWidget* w) { return dynamic_cast<panels::OpenCLPanel*>(w) != nullptr; }},
+        {5, [](QWidget* w) { return dynamic_cast<panels::ToolsPanel*>(w) != nullptr; }},
     };
     for (auto [index, isExpected] : panelOfTab) {
         tabs->setCurrentIndex(index);
@@ -80,15 +86,15 @@ TEST_F(MainDialogTest, TabItemDataPicksThePanelNotThePosition) {
         EXPECT_TRUE(dialog.panelForTabData(tabs->tabData(index).toInt())->isVisibleTo(&dialog)) << index;
         EXPECT_EQ(visiblePanels(), 1) << index;
     }
-    // No item carries 5; it and anything unknown fall back to the OpenGL panel.
-    for (int data : {5, 7, -1, 1000}) EXPECT_TRUE(dynamic_cast<panels::OpenGLPanel*>(dialog.panelForTabData(data))) << data;
+    // Anything unknown falls back to the OpenGL panel.
+    for (int data : {7, -1, 1000}) EXPECT_TRUE(dynamic_cast<panels::OpenGLPanel*>(dialog.panelForTabData(data))) << data;
 
     // Ctrl+PageDown and Ctrl+PageUp step through the tabs, round the ends.
-    tabs->setCurrentIndex(5);
+    tabs->setCurrentIndex(6);
     QTest::keyClick(&dialog, Qt::Key_PageDown, Qt::ControlModifier);
     EXPECT_EQ(tabs->currentIndex(), 0);
     QTest::keyClick(&dialog, Qt::Key_PageUp, Qt::ControlModifier);
-    EXPECT_EQ(tabs->currentIndex(), 5);
+    EXPECT_EQ(tabs->currentIndex(), 6);
 }
 
 TEST_F(MainDialogTest, StartSetsTitleTimerDemoPickersAndHandles) {

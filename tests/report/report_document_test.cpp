@@ -43,15 +43,20 @@ TEST(ReportDocument, TextFormsDifferOnlyInTheirLineEnds) {
     EXPECT_NE(r.text.find("    <li>GL_ARB_framebuffer_object</li>\n"), std::string::npos);
 }
 
-TEST(ReportDocument, WithoutADriverTheReportEndsAfterTheSystemSection) {
+// Vulkan needs no display, so its section follows the system section of a machine without a driver.
+TEST(ReportDocument, WithoutADriverOnlyTheVulkanSectionFollowsTheSystemSection) {
     const RenderedReport r = renderReport(noDriverMachine());
     EXPECT_EQ(r.xml.find("graphics_cards"), std::string::npos);
     EXPECT_EQ(r.text.find("OpenGL"), std::string::npos);
     EXPECT_EQ(r.text.find("Misc."), std::string::npos);
-    const std::string tail = "*** NO GRAPHICS DRIVERS DETECTED ***\n***\n- Renderer: n.a.\n";
+    const std::string tail = "*** NO GRAPHICS DRIVERS DETECTED ***\n***\n- Renderer: n.a.\n\n\n"
+                             "===================================[ Vulkan Capabilities ]\n"
+                             "- Vulkan: not read: no Vulkan loader\n";
     ASSERT_GE(r.text.size(), tail.size());
     EXPECT_EQ(r.text.substr(r.text.size() - tail.size()), tail);
-    EXPECT_NE(r.xml.find("\n\t\t<renderer \n\t\t\tmodel=\"n.a.\"\n\t\t />\n\n</lumen_scope>"), std::string::npos);
+    EXPECT_NE(r.xml.find("\n\t\t<renderer \n\t\t\tmodel=\"n.a.\"\n\t\t />\n\t\t<vulkan status=\"not read: no Vulkan "
+                         "loader\" />\n\n</lumen_scope>"),
+              std::string::npos);
 }
 
 TEST(ReportDocument, BoostValuesGiveGtx600AndOtherwiseThePerformanceStates) {

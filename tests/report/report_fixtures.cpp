@@ -1,5 +1,7 @@
 #include "tests/report/report_fixtures.h"
 
+#include "tests/report/vulkan_records_by_hand.h"
+
 namespace report_fixtures {
 
 using namespace report;
@@ -271,6 +273,7 @@ ReportSnapshot intelSoftwareMachine() {
     d.vendorId = 0x8086;
     p.devices.push_back(d);
     s.clPlatforms.push_back(p);
+    s.vulkan = vulkan_by_hand::instanceWith({vulkan_by_hand::softwareDevice()});
     return s;
 }
 

@@ -11,7 +11,8 @@ report::ReportSnapshot nvidiaMachine();
 report::ReportSnapshot amdMachineWithoutCatalyst();
 // No display device at all.
 report::ReportSnapshot noDriverMachine();
-// An Intel adapter driven by a software rasterizer, with a pocl-like OpenCL platform.
+// An Intel adapter driven by a software rasterizer, with a pocl-like OpenCL platform and a lavapipe-like
+// Vulkan device.
 report::ReportSnapshot intelSoftwareMachine();
 
 }  // namespace report_fixtures

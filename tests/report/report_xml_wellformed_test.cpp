@@ -5,6 +5,7 @@
 #include "integration/program_runner.h"
 #include "tests/report/rendered_report.h"
 #include "tests/report/report_fixtures.h"
+#include "tests/report/vulkan_records_by_hand.h"
 
 namespace {
 
@@ -45,6 +46,19 @@ protected:
         return value;
     }
 };
+
+// A Vulkan device name is whatever the driver wrote into its array, to the last byte.
+TEST_F(XmlReportUnderXmllint, AVulkanDeviceWithAnUnterminatedHostileNamePassesXmllint) {
+    ReportSnapshot s = intelSoftwareMachine();
+    s.vulkan.devices.insert(s.vulkan.devices.begin(), vulkan_by_hand::badlyAnsweringDevice());
+    write(s);
+    expectWellFormed();
+    const std::string name = "<&" + std::string(VK_MAX_PHYSICAL_DEVICE_NAME_SIZE - 2, 'N');
+    EXPECT_EQ(read("//vulkan_device[1]/@name"), name);
+    EXPECT_EQ(read("//vulkan_device[1]/VkPhysicalDeviceProperties/@deviceName"), name);
+    EXPECT_EQ(read("//vulkan_device[2]/VkPhysicalDeviceLimits/@maxImageDimension2D"), "16384");
+    EXPECT_EQ(read("//vulkan_device[1]/problem[2]"), "vkGetPhysicalDeviceFeatures2: missing");
+}
 
 // Names used to go in unescaped, so an OS name with & or < made the whole file unreadable.
 TEST_F(XmlReportUnderXmllint, AnOsNameWithAmpersandAndAngleBracketPassesXmllint) {

@@ -7,6 +7,7 @@
 #include "base/text_format.h"
 #include "vulkan/vulkan_fields.h"
 #include "vulkan/vulkan_names.h"
+#include "vulkan/vulkan_texts.h"
 
 namespace report {
 namespace {
@@ -22,11 +23,6 @@ const char* statusName(vulkan::VulkanStatus status) {
         case vulkan::VulkanStatus::SkippedForSleepingGpu: return "skipped_for_sleeping_gpu";
     }
     return "unknown";
-}
-
-std::string versionText(uint32_t version) {
-    return base::formatText("%u.%u.%u", VK_API_VERSION_MAJOR(version), VK_API_VERSION_MINOR(version),
-                            VK_API_VERSION_PATCH(version));
 }
 
 // Bit names as a list; bits the table cannot name stay as one number at the end.
@@ -119,16 +115,16 @@ Json formats(const vulkan::VulkanDeviceRecord& d) {
 
 // The device's PCI address in the form the GPU records use, so a Vulkan device is matched to its GPU.
 Json pciAddress(const vulkan::VulkanDeviceRecord& d) {
-    if (!d.pciBus) return nullptr;
-    return base::formatText("%04x:%02x:%02x.%x", d.pciBus->pciDomain, d.pciBus->pciBus, d.pciBus->pciDevice,
-                            d.pciBus->pciFunction);
+    const std::optional<std::string> address = vulkan::vkPciAddressText(d);
+    if (!address) return nullptr;
+    return *address;
 }
 
 Json device(const vulkan::VulkanDeviceRecord& d) {
     const std::string name(d.properties.deviceName, strnlen(d.properties.deviceName, sizeof d.properties.deviceName));
     return Json{
         {"name", name},
-        {"api_version", versionText(d.properties.apiVersion)},
+        {"api_version", vulkan::vkVersionText(d.properties.apiVersion)},
         {"driver_version", vulkan::vkDriverVersionText(d)},
         {"pci_address", pciAddress(d)},
         {"structures", groups(d)},
@@ -147,7 +143,7 @@ Json vulkanJson(const vulkan::VulkanInfo& info) {
     for (const vulkan::VulkanLayer& l : info.layers)
         layers.push_back({{"name", l.name},
                           {"description", l.description},
-                          {"api_version", versionText(l.apiVersion)},
+                          {"api_version", vulkan::vkVersionText(l.apiVersion)},
                           {"implementation_version", l.implementationVersion}});
     Json devices = Json::array();
     for (const vulkan::VulkanDeviceRecord& d : info.devices) devices.push_back(device(d));
@@ -155,7 +151,7 @@ Json vulkanJson(const vulkan::VulkanInfo& info) {
         {"status", statusName(info.status)},
         {"status_text", info.statusText.empty() ? Json(nullptr) : Json(info.statusText)},
         {"instance",
-         {{"version", info.instanceVersion ? Json(versionText(*info.instanceVersion)) : Json(nullptr)},
+         {{"version", info.instanceVersion ? Json(vulkan::vkVersionText(*info.instanceVersion)) : Json(nullptr)},
           {"extensions", extensions(info.instanceExtensions)},
           {"layers", layers}}},
         {"devices", devices},

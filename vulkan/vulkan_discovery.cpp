@@ -7,6 +7,7 @@
 #include "vulkan/vulkan_device_reader.h"
 #include "vulkan/vulkan_enumerate.h"
 #include "vulkan/vulkan_sleep_filter.h"
+#include "vulkan/vulkan_texts.h"
 
 namespace vulkan {
 namespace {
@@ -17,11 +18,6 @@ constexpr uint32_t kNewestKnownVersion = VK_API_VERSION_1_3;
 VulkanInfo& state() {
     static VulkanInfo info;
     return info;
-}
-
-std::string versionText(uint32_t version) {
-    return base::formatText("%u.%u.%u", VK_API_VERSION_MAJOR(version), VK_API_VERSION_MINOR(version),
-                            VK_API_VERSION_PATCH(version));
 }
 
 std::string joined(const std::vector<std::string>& names) {
@@ -110,7 +106,7 @@ void logDevices(const VulkanInfo& info, base::LogSink& log) {
         const std::string driver =
             d.driver ? base::formatText(", driver %s %s", d.driver->driverName, d.driver->driverInfo) : "";
         base::logTo(log, "- Vulkan device %d: %s, Vulkan %s%s", int(i), d.properties.deviceName,
-                    versionText(d.properties.apiVersion).c_str(), driver.c_str());
+                    vkVersionText(d.properties.apiVersion).c_str(), driver.c_str());
     }
     for (const std::string& problem : info.problems) base::logTo(log, "- Vulkan: %s", problem.c_str());
 }
@@ -153,8 +149,8 @@ VulkanInfo discover(const Kalidornm::MachineSnapshot& machine, base::LogSink& lo
             return stopped(std::move(info), VulkanStatus::SkippedForSleepingGpu,
                            base::formatText("Vulkan discovery skipped: a GPU sleeps and the loader (%s) is older "
                                             "than its driver filter (%s).",
-                                            versionText(loaderVersion).c_str(),
-                                            versionText(kDriverFilterLoaderVersion).c_str()),
+                                            vkVersionText(loaderVersion).c_str(),
+                                            vkVersionText(kDriverFilterLoaderVersion).c_str()),
                            log);
         }
         base::logTo(log, "Vulkan: drivers of sleeping GPUs left out: %s", decision.sleeping.c_str());

@@ -6,6 +6,7 @@
 
 #include "base/text_format.h"
 #include "vulkan/vulkan_names.h"
+#include "vulkan/vulkan_texts.h"
 
 namespace vulkan {
 namespace {
@@ -101,11 +102,6 @@ std::string listOf(const void* structure, const VkFieldRow& row, const char* sep
     return out;
 }
 
-std::string apiVersionText(uint32_t version) {
-    return base::formatText("%u.%u.%u", VK_API_VERSION_MAJOR(version), VK_API_VERSION_MINOR(version),
-                            VK_API_VERSION_PATCH(version));
-}
-
 }  // namespace
 
 std::string vkFieldText(const VkFieldRow& row, const void* s) {
@@ -126,7 +122,7 @@ std::string vkFieldText(const VkFieldRow& row, const void* s) {
         const auto v = memberAt<VkConformanceVersion>(s, row.offset);
         return base::versionText(v.major, v.minor, v.subminor, v.patch);
     }
-    case VkFieldType::ApiVersion: return apiVersionText(memberAt<uint32_t>(s, row.offset));
+    case VkFieldType::ApiVersion: return vkVersionText(memberAt<uint32_t>(s, row.offset));
     case VkFieldType::SampleCounts:
     case VkFieldType::ShaderStages:
     case VkFieldType::SubgroupOps:
@@ -176,7 +172,7 @@ std::string vkDriverVersionText(const VulkanDeviceRecord& device) {
         return base::versionText(int(v >> 22), int((v >> 14) & 0xFF), int((v >> 6) & 0xFF), int(v & 0x3F));
     if (id && *id == VK_DRIVER_ID_INTEL_PROPRIETARY_WINDOWS)
         return base::formatText("%u.%u", v >> 14, v & 0x3FFF);
-    return apiVersionText(v);
+    return vkVersionText(v);
 }
 
 }  // namespace vulkan

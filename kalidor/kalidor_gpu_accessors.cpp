@@ -29,8 +29,8 @@ const char* Kalidor::getPrimaryVendorName() const {
     const HardwareCaps* machine = caps();
     return pciVendorName(machine ? machine->display.primary.vendorId : -1);
 }
-bool Kalidor::isVista() const { return gGlobals.isVista; }
-uint32_t Kalidor::getPhysxVersion() const { return gGlobals.physxVersion; }
+bool Kalidor::isVista() const { return heldSnapshot().system.osIsVista; }
+uint32_t Kalidor::getPhysxVersion() const { return uint32_t(heldSnapshot().system.physxVersion); }
 bool Kalidor::isPhysxOnGpu() const { return gGlobals.physxOnGpu; }
 
 uint32_t Kalidor::getGpuCount() const { return uint32_t(gGlobals.gpus.size()); }

@@ -15,30 +15,19 @@ const CpuOsInfo* cpuOsOf(const Kalidor& library) {
     return machine ? &machine->cpuOs : nullptr;
 }
 
+const SystemFacts& system() { return heldSnapshot().system; }
+
 }  // namespace
 
-uint32_t Kalidor::getCpuSpeedMhz() {
-    HardwareCaps* machine = caps();
-    if (!machine) return 0;
-    if (machine->cpuOs.cpuSpeedMhz == 0) {
-        const TscReading start = gGlobals.tscAtStartup.ns != 0 ? gGlobals.tscAtStartup : readTscAtTime();
-        machine->cpuOs.cpuSpeedMhz = tscMhzSince(start);
-    }
-    return machine->cpuOs.cpuSpeedMhz;
-}
-
-const char* Kalidor::getCpuName() const {
-    const CpuOsInfo* info = cpuOsOf(*this);
-    return info ? info->cpuName : "";
-}
-
-int32_t Kalidor::getCpuFamily() const { return cpuOsOf(*this) ? cpuOsOf(*this)->cpuFamily : 0; }
+uint32_t Kalidor::getCpuSpeedMhz() { return uint32_t(system().cpuSpeedMhz); }
+const char* Kalidor::getCpuName() const { return textOrEmpty(system().cpuName); }
+int32_t Kalidor::getCpuFamily() const { return system().cpuFamily; }
 int32_t Kalidor::getCpuExtFamily() const { return cpuOsOf(*this) ? cpuOsOf(*this)->cpuExtFamily : 0; }
-int32_t Kalidor::getCpuModel() const { return cpuOsOf(*this) ? cpuOsOf(*this)->cpuModel : 0; }
+int32_t Kalidor::getCpuModel() const { return system().cpuModel; }
 int32_t Kalidor::getCpuExtModel() const { return cpuOsOf(*this) ? cpuOsOf(*this)->cpuExtModel : 0; }
-int32_t Kalidor::getCpuStepping() const { return cpuOsOf(*this) ? cpuOsOf(*this)->cpuStepping : 0; }
+int32_t Kalidor::getCpuStepping() const { return system().cpuStepping; }
 int32_t Kalidor::getCpuExtStepping() const { return cpuOsOf(*this) ? cpuOsOf(*this)->cpuExtStepping : 0; }
-int32_t Kalidor::getCpuLogicalCores() const { return cpuOsOf(*this) ? cpuOsOf(*this)->logicalCores : 0; }
+int32_t Kalidor::getCpuLogicalCores() const { return system().logicalCores; }
 int32_t Kalidor::getCpuPhysicalCores() const { return cpuOsOf(*this) ? cpuOsOf(*this)->physicalCores : 0; }
 
 bool Kalidor::getCpuFeature(int index) const {
@@ -46,15 +35,12 @@ bool Kalidor::getCpuFeature(int index) const {
     return info && index >= 0 && index < kCpuFeatureCount && info->cpuFeatures[index];
 }
 
-const char* Kalidor::getOsDescription() const { return gGlobals.summary.osDescription; }
-const char* Kalidor::getSystemOsDescription() const {
-    const CpuOsInfo* info = cpuOsOf(*this);
-    return info ? info->osDescription : "";
-}
+const char* Kalidor::getOsDescription() const { return textOrEmpty(system().osDescription); }
+const char* Kalidor::getSystemOsDescription() const { return textOrEmpty(system().systemOsDescription); }
 const char* Kalidor::getOsShortName() const { return gGlobals.summary.osShortName; }
 
-uint32_t Kalidor::getInstalledMemoryMb() const { return cpuOsOf(*this) ? cpuOsOf(*this)->installedMemoryMb : 0; }
-uint32_t Kalidor::getTotalMemoryKb() const { return cpuOsOf(*this) ? cpuOsOf(*this)->totalMemoryKb : 0; }
+uint32_t Kalidor::getInstalledMemoryMb() const { return system().installedMemoryMb; }
+uint32_t Kalidor::getTotalMemoryKb() const { return system().totalMemoryKb; }
 uint32_t Kalidor::getPhysicalMemoryBytes() const {
     return cpuOsOf(*this) ? cpuOsOf(*this)->physicalMemoryBytes : 0;
 }

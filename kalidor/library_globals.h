@@ -64,4 +64,11 @@ struct LibraryGlobals {
 
 extern LibraryGlobals gGlobals;
 
+// The snapshot the library holds, read from the records on first use after start-up; what the facade's
+// accessors of static facts answer from.
+const MachineSnapshot& heldSnapshot();
+
+// A snapshot text where the facade hands out C strings: one the library never found reads as empty.
+inline const char* textOrEmpty(const std::optional<std::string>& text) { return text ? text->c_str() : ""; }
+
 }  // namespace Kalidornm

@@ -4,16 +4,14 @@
 #include <limits>
 
 #include "kalidor/kalidor.h"
+#include "kalidor/library_globals.h"
 #include "kalidor/opengl/extension_link_table.h"
+#include "kalidor/platform/cpu_x86.h"
 #include "kalidor/platform/x11_display_mode.h"
 
 namespace Kalidornm {
 
 namespace {
-
-std::optional<std::string> optionalText(const char* text) {
-    return text ? std::optional<std::string>(text) : std::nullopt;
-}
 
 // Record and summary texts are fixed arrays, so an empty one is a value the library never found.
 std::optional<std::string> presentText(const char* text) {
@@ -30,21 +28,36 @@ std::optional<float> reading(bool ok, float value) {
     return ok && !std::isnan(value) ? std::optional<float>(value) : std::nullopt;
 }
 
-SystemFacts readSystem(Kalidor& k) {
+// The CPU clock is measured once, from the start-up reading to now, and kept in the CPU block.
+int32_t measuredCpuSpeedMhz(CpuOsInfo& cpuOs) {
+    if (cpuOs.cpuSpeedMhz == 0) {
+        const TscReading start = gGlobals.tscAtStartup.ns != 0 ? gGlobals.tscAtStartup : readTscAtTime();
+        cpuOs.cpuSpeedMhz = tscMhzSince(start);
+    }
+    return int32_t(cpuOs.cpuSpeedMhz);
+}
+
+SystemFacts readSystem(HardwareCaps* machine) {
     SystemFacts sys;
+    sys.physxVersion = int32_t(gGlobals.physxVersion);
+    sys.osIsVista = gGlobals.isVista;
+    sys.osDescription = std::string(gGlobals.summary.osDescription);
+    if (!machine) {
+        sys.cpuName = std::string();
+        sys.systemOsDescription = std::string();
+        return sys;
+    }
+    CpuOsInfo& cpuOs = machine->cpuOs;
     // Measuring the CPU clock waits out its window; a live-only start has no use for it.
-    if (!k.isLiveOnly()) sys.cpuSpeedMhz = int32_t(k.getCpuSpeedMhz());
-    sys.physxVersion = int32_t(k.getPhysxVersion());
-    sys.osIsVista = k.isVista();
-    sys.cpuName = optionalText(k.getCpuName());
-    sys.logicalCores = k.getCpuLogicalCores();
-    sys.cpuFamily = k.getCpuFamily();
-    sys.cpuModel = k.getCpuModel();
-    sys.cpuStepping = k.getCpuStepping();
-    sys.installedMemoryMb = k.getInstalledMemoryMb();
-    sys.totalMemoryKb = k.getTotalMemoryKb();
-    sys.osDescription = optionalText(k.getOsDescription());
-    sys.systemOsDescription = optionalText(k.getSystemOsDescription());
+    if (!gGlobals.liveOnly) sys.cpuSpeedMhz = measuredCpuSpeedMhz(cpuOs);
+    sys.cpuName = std::string(cpuOs.cpuName);
+    sys.logicalCores = cpuOs.logicalCores;
+    sys.cpuFamily = cpuOs.cpuFamily;
+    sys.cpuModel = cpuOs.cpuModel;
+    sys.cpuStepping = cpuOs.cpuStepping;
+    sys.installedMemoryMb = cpuOs.installedMemoryMb;
+    sys.totalMemoryKb = cpuOs.totalMemoryKb;
+    sys.systemOsDescription = std::string(cpuOs.osDescription);
     return sys;
 }
 
@@ -206,7 +219,7 @@ PrimaryDeviceFacts readPrimary(Kalidor& k) {
 
 MachineSnapshot readMachineSnapshot(Kalidor& k) {
     MachineSnapshot m;
-    m.system = readSystem(k);
+    m.system = readSystem(k.caps());
     m.hasDisplayDevice = k.hasDisplayDevice();
     if (!k.isLiveOnly()) {
         // One question to the display server for all four figures: each is a round trip, slow on some servers.

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "kalidor/gpu_database/gpu_database.h"
 #include "kalidor/kalidor.h"
 #include "kalidor/library_globals.h"
 #include "kalidor/opengl/extension_link_table.h"
@@ -146,72 +147,98 @@ NvidiaClockFacts readNvidiaClocks(Kalidor& k, int gpu) {
     return c;
 }
 
-GpuSnapshot readGpu(Kalidor& k, int gpu) {
-    GpuSnapshot g;
-    g.name = presentText(k.getGpuName(gpu));
-    g.codename = presentText(k.getGpuCodename(gpu));
-    // A device off the PCI bus (the software rasterizer) has a record with zero ids: it has none to show.
-    g.hasPciIds = k.getGpuPciIds(gpu, &g.vendorId, &g.deviceId, &g.subvendorId, &g.subdeviceId) && g.vendorId != 0;
-    g.driverVersion = presentText(k.getGpuDriverVersion(gpu));
-    g.busId = k.getGpuBusId(gpu);
-    g.pciAddress = presentText(k.getGpuPciAddress(gpu).c_str());
-    g.catalystVersion = presentText(k.getGpuCatalystVersion(gpu));
-    g.isCrimson = k.isGpuCrimsonDriver(gpu);
-    g.shaderCores = k.getGpuShaderCores(gpu);
-    g.textureUnits = k.getGpuTextureUnits(gpu);
-    g.ropUnits = k.getGpuRopUnits(gpu);
-    g.tdpWatts = k.getGpuTdp(gpu);
-    g.biosVersion = presentText(k.getGpuBiosVersion(gpu));
-    g.memorySizeMb = k.getGpuMemorySizeMb(gpu);
-    g.memoryType = presentText(k.getGpuMemoryType(gpu));
-    uint32_t busWidth = 0;
-    const char* location = nullptr;
-    // The read answers for every record; a width of 0 is one nobody knows.
-    if (k.getGpuMemoryBusWidth(gpu, &busWidth, &location)) {
-        if (busWidth != 0) g.memoryBusWidthBits = busWidth;
-        if (location && *location) g.memoryLocation = location;
+// The memory's place as the record codes it; absent where the record does not know.
+std::optional<std::string> memoryLocationText(uint32_t location) {
+    switch (location) {
+        case 1: return "GPU dedicated";
+        case 2: return "Sys shared";
+        case 3: return "Sys dedicated";
+        default: return std::nullopt;
     }
-    char maker[64] = {};
-    if (k.getGpuRamMaker(gpu, maker) && maker[0]) g.memoryMaker = maker;
-    g.vertexPipes = k.getGpuVertexPipes(gpu);
-    g.pixelPipes = k.getGpuPixelPipes(gpu);
-    g.displayDeviceString = textOf(k.getGpuDisplayDeviceString(gpu));
-    g.hasTemperatureSensor = k.hasGpuTemperature(gpu);
-    g.nvidia = readNvidiaClocks(k, gpu);
-    const uint32_t levels = k.getGpuPerfLevelCount(gpu);
-    for (uint32_t level = 0; level < levels; ++level) {
+}
+
+// The levels the record's reader can read, each with its lowest clocks where the driver gave a range.
+std::vector<PerfLevelFacts> readPerfLevels(GpuRecord& r, const HardwareCaps* machine) {
+    std::vector<PerfLevelFacts> levels;
+    GpuLiveReader* reader = machine ? machine->readerFor(r.vendorClass) : nullptr;
+    if (!reader) return levels;
+    for (uint32_t level = 0; level < r.perfLevelCount; ++level) {
         PerfLevelFacts p;
-        if (!k.readGpuPerfLevel(gpu, level, &p.id, &p.gpuClockMhz, &p.memClockMhz, &p.shaderClockMhz, &p.vddcVolts))
+        if (!reader->readPerfLevel(r, level, &p.id, &p.gpuClockMhz, &p.memClockMhz, &p.shaderClockMhz,
+                                   &p.vddcVolts))
             continue;
-        float minGpuMhz = 0.0f, minMemMhz = 0.0f;
-        if (k.getGpuPerfLevelMinClocks(gpu, level, &minGpuMhz, &minMemMhz))
-            p.minGpuClockMhz = minGpuMhz, p.minMemClockMhz = minMemMhz;
-        g.perfLevels.push_back(p);
+        if (r.perfLevels) {
+            const PerfLevel& entry = r.perfLevels[level];
+            if (entry.minGpuClockMhz && entry.minMemClockMhz)
+                p.minGpuClockMhz = entry.minGpuClockMhz, p.minMemClockMhz = entry.minMemClockMhz;
+        }
+        levels.push_back(p);
     }
+    return levels;
+}
+
+GpuSnapshot readGpu(Kalidor& k, int gpu, GpuRecord& r, const HardwareCaps* machine) {
+    GpuSnapshot g;
+    g.name = presentText(r.name);
+    g.codename = presentText(r.codename);
+    g.vendorId = r.vendorId, g.deviceId = r.deviceId, g.subvendorId = r.subvendorId, g.subdeviceId = r.subdeviceId;
+    // A device off the PCI bus (the software rasterizer) has a record with zero ids: it has none to show.
+    g.hasPciIds = r.vendorId != 0;
+    g.driverVersion = presentText(r.driverVersion);
+    g.busId = r.busId;
+    if (r.pciAddress) g.pciAddress = r.pciAddress->text();
+    g.catalystVersion = presentText(r.catalystVersion);
+    g.isCrimson = r.isCrimson != 0;
+    // A figure the driver left at 0 comes from the database, and stays in the record.
+    g.shaderCores = refillFromGpuDb(r.shaderCores, r.vendorId, r.deviceId, GpuDbFigure::UnifiedShaders);
+    g.vertexPipes = refillFromGpuDb(r.vertexPipes, r.vendorId, r.deviceId, GpuDbFigure::VertexPipes);
+    g.pixelPipes = refillFromGpuDb(r.pixelPipes, r.vendorId, r.deviceId, GpuDbFigure::PixelPipes);
+    g.tdpWatts = refillFromGpuDb(r.tdpWatts, r.vendorId, r.deviceId, GpuDbFigure::TdpWatts);
+    g.textureUnits = r.tmus;
+    g.ropUnits = r.rops;
+    g.biosVersion = presentText(r.biosVersion);
+    g.memorySizeMb = r.memorySizeMb;
+    g.memoryType = presentText(r.memoryType);
+    if (r.memoryBusWidth != 0) g.memoryBusWidthBits = r.memoryBusWidth;
+    g.memoryLocation = memoryLocationText(r.memoryLocation);
+    g.displayDeviceString = r.displayDeviceString;
+    g.hasTemperatureSensor = r.hasTemperature;
+    g.nvidia = readNvidiaClocks(k, gpu);
+    g.perfLevels = readPerfLevels(r, machine);
     return g;
 }
 
-PrimaryDeviceFacts readPrimary(Kalidor& k) {
+// The sub ids are -1 until a display device is decoded; they read 0 then.
+uint32_t decodedOrZero(int32_t id) { return id < 0 ? 0 : uint32_t(id); }
+
+PrimaryDeviceFacts readPrimary(const HardwareCaps* machine) {
+    const GpuSummary& summary = gGlobals.summary;
+    const GpuRecord* first = gGlobals.gpus.at(0);
     PrimaryDeviceFacts p;
-    p.vendorKind = k.getPrimaryVendorKind();
-    p.driverVersion = presentText(k.getPrimaryDriverVersion());
-    p.driverDate = presentText(k.getPrimaryDriverDate());
-    p.driverText = presentText(k.getPrimaryDriverText());
-    p.vendorId = k.getPrimaryVendorId();
-    p.deviceId = k.getPrimaryDeviceId();
-    p.subvendorId = k.getPrimarySubvendorId();
-    p.subdeviceId = k.getPrimarySubdeviceId();
-    p.gpuName = presentText(k.getPrimaryGpuName());
-    p.codename = presentText(k.getPrimaryCodename());
-    p.shaderCores = k.getPrimaryShaderCores();
-    p.videoMemoryMb = k.getPrimaryVideoMemoryMb();
-    p.biosVersion = presentText(k.getPrimaryBiosVersion());
-    p.textureUnits = k.getPrimaryTmus();
-    p.ropUnits = k.getPrimaryRops();
-    p.tdpWatts = k.getPrimaryTdp();
-    p.displayDeviceString = textOf(k.getGpuDisplayDeviceString(0));
-    p.biosString = presentText(k.getPrimaryBiosString());
-    p.totalGpuCount = k.getPrimaryTotalGpuCount();
+    p.driverText = presentText(summary.driverText);
+    p.vendorId = summary.vendorId;
+    p.deviceId = summary.deviceId;
+    p.gpuName = presentText(summary.gpuName);
+    p.codename = presentText(summary.codename);
+    p.shaderCores = summary.unifiedShaders;
+    p.videoMemoryMb = summary.videoMemoryMb;
+    p.biosVersion = presentText(summary.biosVersion);
+    p.textureUnits = summary.tmus;
+    p.ropUnits = summary.rops;
+    p.tdpWatts = summary.tdpWatts;
+    p.displayDeviceString = first ? first->displayDeviceString : "";
+    p.totalGpuCount = summary.totalGpuCount;
+    if (!machine) return p;
+    p.vendorKind = machine->primaryVendorKind;
+    // The NVIDIA reader reads GPU 0's core count from the driver when it makes the record: that count wins.
+    if (p.vendorKind == kPrimaryVendorNvidia && first && first->vendorClass == kVendorClassNvidia &&
+        first->shaderCores != 0)
+        p.shaderCores = first->shaderCores;
+    p.driverVersion = presentText(machine->driver.driverVersion);
+    p.driverDate = presentText(machine->driver.driverDate);
+    p.subvendorId = decodedOrZero(machine->display.primary.subvendorId);
+    p.subdeviceId = decodedOrZero(machine->display.primary.subdeviceId);
+    p.biosString = presentText(machine->driver.biosString);
     return p;
 }
 
@@ -219,22 +246,23 @@ PrimaryDeviceFacts readPrimary(Kalidor& k) {
 
 MachineSnapshot readMachineSnapshot(Kalidor& k) {
     MachineSnapshot m;
-    m.system = readSystem(k.caps());
-    m.hasDisplayDevice = k.hasDisplayDevice();
+    HardwareCaps* machine = k.caps();
+    m.system = readSystem(machine);
+    m.hasDisplayDevice = gGlobals.hasDisplayDevice;
     if (!k.isLiveOnly()) {
         // One question to the display server for all four figures: each is a round trip, slow on some servers.
         const DisplayMode mode = readCurrentDisplayMode();
         m.displayMode = {int32_t(mode.width), int32_t(mode.height), int32_t(mode.refreshHz),
                          int32_t(mode.bitsPerPixel)};
     }
-    m.primary = readPrimary(k);
+    m.primary = readPrimary(machine);
     m.driver.nvDriverVersionNumber = k.getDriverVersionNumber();
     m.driver.nvDriverBranch = presentText(k.getDriverBranch());
     m.driver.amdGpuCount = k.getAmdAgsGpuCount();
     m.driver.amdCrossfireGpuCount = k.getAmdCrossfireGpuCount();
-    const uint32_t count = k.getGpuCount();
-    m.gpus.reserve(count);
-    for (uint32_t gpu = 0; gpu < count; ++gpu) m.gpus.push_back(readGpu(k, int(gpu)));
+    m.gpus.reserve(gGlobals.gpus.size());
+    for (size_t gpu = 0; gpu < gGlobals.gpus.size(); ++gpu)
+        m.gpus.push_back(readGpu(k, int(gpu), *gGlobals.gpus.at(long(gpu)), machine));
     if (!k.isLiveOnly()) m.gl = readOpenGl(k);
     return m;
 }

@@ -25,6 +25,7 @@ TEST(KalidorFacade, RecordsOfOtherVendorsReadNothingLive) {
     auto record = std::make_unique<GpuRecord>();
     record->vendorId = 0x8086;
     gGlobals.gpus.append(std::move(record));
+    gGlobals.snapshot.reset();  // the facade reads its static facts from the record made here
 
     float percent = 7.0f, rpm = 7.0f;
     EXPECT_FALSE(library->readGpuFanSpeed(0, &percent, &rpm));
@@ -38,6 +39,7 @@ TEST(KalidorFacade, RecordsOfOtherVendorsReadNothingLive) {
     EXPECT_FALSE(library->getGpuPciIds(5, nullptr, nullptr, nullptr, nullptr));
     EXPECT_TRUE(library->getGpuPciIds(0, nullptr, nullptr, nullptr, nullptr));
     gGlobals.gpus.clear();
+    gGlobals.snapshot.reset();
 }
 
 TEST(KalidorFacade, TrackedExtremesFollowTheLastReadings) {
@@ -59,6 +61,7 @@ TEST(KalidorFacade, TrackedExtremesFollowTheLastReadings) {
     EXPECT_FLOAT_EQ(core, 40.0f);
     EXPECT_FALSE(library->readGpuMinTemperatures(1, &core, nullptr, nullptr, nullptr));
     gGlobals.gpus.clear();
+    gGlobals.snapshot.reset();
 }
 
 TEST(KalidorFacade, ShutdownBeforeAStartedScanReportsFalse) {

@@ -28,9 +28,11 @@ protected:
         caps.sources.rootDir = ::testing::TempDir() + "no-sysfs";  // no sleeping GPU to respect
         caps.pci = PciBus::scan(caps.sources.rootDir);
         caps._createGpuRecords(gGlobals.gpus);
+        gGlobals.snapshot.reset();  // the facade reads its static facts from the records made here
     }
     void TearDown() override {
         gGlobals.gpus.clear();
+        gGlobals.snapshot.reset();
         if (library && library->caps()) {
             library->caps()->cleanup();
             library->caps()->nvidia.reset();

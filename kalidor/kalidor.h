@@ -237,8 +237,8 @@ public:
     int32_t capCount() const;
     int32_t capCountInGroup(const char* group, int32_t* firstIndex) const;
     bool findCapByName(const char* name, int32_t* index) const;
-    bool getCap(int index, char* name, int32_t* valueType, int32_t* intValue, int32_t* tripleValue,
-                int64_t* int64Value, float* floatValue, char* group) const;  // names and groups: 128 bytes
+    // One entry of the catalogue; absent past the end.
+    std::optional<GlCapFacts> getCap(int index) const;
     // GPU memory through OpenGL, in KB, read now.
     bool readGlNvxMemory(int32_t* totalKb, int32_t* freeKb);
     int32_t readGlAtiTotalMemoryKb();

@@ -7,6 +7,7 @@
 #include "kalidor/kalidor.h"
 #include "kalidor/library_globals.h"
 #include "kalidor/opengl/extension_link_table.h"
+#include "kalidor/opengl/gl_capability_reader.h"
 #include "kalidor/platform/cpu_x86.h"
 #include "kalidor/platform/x11_display_mode.h"
 
@@ -66,56 +67,68 @@ SystemFacts readSystem(HardwareCaps* machine) {
 constexpr int kCapFbo = 20, kCapPbo = 26, kCapS3tc = 11, kCapAti3dc = 39, kCapTextureRectangle = 21,
               kCapFloatTextures = 22;
 
-OpenGlFacts readOpenGl(Kalidor& k) {
+GlCapFacts capFacts(const GlCap& cap) {
+    GlCapFacts c;
+    c.name = cap.name;
+    c.group = cap.group;
+    c.valueType = cap.valueType;
+    // Only the value of the entry's type means anything; the others stay 0.
+    switch (cap.valueType) {
+        case GlCap::kInteger: c.intValue = cap.intValue; break;
+        case GlCap::kFloat: c.floatValue = cap.floatValue; break;
+        case GlCap::kInteger64: c.int64Value = cap.int64Value; break;
+        case GlCap::kTriple:
+            for (int i = 0; i < 3; ++i) c.tripleValue[i] = cap.tripleValue[i];
+            break;
+        default: break;
+    }
+    return c;
+}
+
+// The scan's summary holds the version texts, the limits and the extension names of the primary GPU; the
+// probe's state holds the rest.
+OpenGlFacts readOpenGl(const HardwareCaps* machine) {
+    const GpuSummary& summary = gGlobals.summary;
+    const OpenGlNumbers& numbers = summary.glNumbers;
     OpenGlFacts gl;
-    gl.vendor = textOf(k.getGlVendor());
-    gl.renderer = textOf(k.getGlRenderer());
-    gl.version = textOf(k.getGlVersion());
-    gl.glslVersion = textOf(k.getGlslVersion());
-    gl.majorVersion = k.getGlMajorVersion();
-    gl.minorVersion = k.getGlMinorVersion();
-    gl.extensionCount = k.getExtensionCount();
-    gl.arbTextureUnits = k.getMaxTextureUnitsARB();
-    gl.vertexTextureUnits = k.getMaxVertexTextureUnits();
-    gl.pixelTextureUnits = k.getMaxPixelTextureUnits();
-    gl.geometryTextureUnits = k.getMaxGeometryTextureUnits();
-    gl.maxTextureSize = k.getMaxTextureSize();
-    gl.maxAnisotropy = k.getMaxAnisotropy();
-    gl.maxPointSpriteSize = k.getMaxPointSpriteSize();
-    gl.maxDynamicLights = k.getMaxDynamicLights();
-    gl.maxViewportSize = k.getMaxViewportSize();
-    gl.maxVertexUniformComponents = k.getMaxVertexUniformComponents();
-    gl.maxFragmentUniformComponents = k.getMaxFragmentUniformComponents();
-    gl.maxGeometryUniformComponents = k.getMaxGeometryUniformComponents();
-    gl.maxVaryingFloats = k.getMaxVaryingFloats();
-    gl.maxVertexBindableUniforms = k.getMaxVertexBindableUniforms();
-    gl.maxFragmentBindableUniforms = k.getMaxFragmentBindableUniforms();
-    gl.maxGeometryBindableUniforms = k.getMaxGeometryBindableUniforms();
-    gl.maxDrawBuffers = k.getMaxDrawBuffers();
-    gl.fbo = k.hasCapability(kCapFbo);
-    gl.pbo = k.hasCapability(kCapPbo);
-    gl.s3tc = k.hasCapability(kCapS3tc);
-    gl.ati3dc = k.hasCapability(kCapAti3dc);
-    gl.textureRectangle = k.hasCapability(kCapTextureRectangle);
-    gl.floatTextures = k.hasCapability(kCapFloatTextures);
-    for (int i = 0; i < k.getMsaaModeCount(); ++i) gl.msaaSampleCounts.push_back(k.getMsaaMode(i));
-    const uint32_t extensionCount = k.getExtensionCount();
-    for (uint32_t i = 0; i < extensionCount; ++i) {
-        const char* name = k.getExtensionName(int(i));
-        if (!name) break;
-        gl.extensions.push_back({name, textOf(extensionNote(name))});
-    }
-    gl.glExtensionCount = k.getGlExtensionCount();
-    gl.wglExtensionCount = k.getWglExtensionCount();
-    for (int i = 0; i < k.capCount(); ++i) {
-        GlCapFacts c;
-        char name[128] = {}, group[128] = {};
-        if (!k.getCap(i, name, &c.valueType, &c.intValue, c.tripleValue, &c.int64Value, &c.floatValue, group))
-            continue;
-        c.name = name;
-        c.group = group;
-        gl.catalogue.push_back(std::move(c));
-    }
+    gl.version = summary.openGLVersion;
+    gl.glslVersion = summary.glslVersion;
+    gl.majorVersion = numbers.majorVersion;
+    gl.minorVersion = numbers.minorVersion;
+    gl.extensionCount = uint32_t(summary.extensionNames.size());
+    gl.arbTextureUnits = numbers.maxTextureUnits;
+    gl.vertexTextureUnits = numbers.maxVertexTextureUnits;
+    gl.pixelTextureUnits = numbers.maxPixelTextureUnits;
+    gl.geometryTextureUnits = numbers.maxGeometryTextureUnits;
+    gl.maxTextureSize = numbers.maxTextureSize;
+    gl.maxAnisotropy = numbers.maxAnisotropy;
+    gl.maxPointSpriteSize = numbers.maxPointSize;
+    gl.maxDynamicLights = numbers.maxLights;
+    gl.maxViewportSize = numbers.maxViewportSize;
+    gl.maxVertexUniformComponents = numbers.maxVertexUniformComponents;
+    gl.maxFragmentUniformComponents = numbers.maxFragmentUniformComponents;
+    gl.maxGeometryUniformComponents = numbers.maxGeometryUniformComponents;
+    gl.maxVaryingFloats = numbers.maxVaryingFloats;
+    gl.maxDrawBuffers = numbers.maxDrawBuffers;
+    for (const std::string& name : summary.extensionNames)
+        gl.extensions.push_back({name, textOf(extensionNote(name.c_str()))});
+    gl.glExtensionCount = summary.glExtensionCount;
+    gl.wglExtensionCount = summary.wglExtensionCount;
+    if (!machine) return gl;
+    const OpenGlState& state = machine->gl;
+    gl.vendor = state.vendorText;
+    gl.renderer = state.rendererText;
+    gl.maxVertexBindableUniforms = state.maxVertexBindableUniforms;
+    gl.maxFragmentBindableUniforms = state.maxFragmentBindableUniforms;
+    gl.maxGeometryBindableUniforms = state.maxGeometryBindableUniforms;
+    gl.fbo = hasCapability(*machine, kCapFbo);
+    gl.pbo = hasCapability(*machine, kCapPbo);
+    gl.s3tc = hasCapability(*machine, kCapS3tc);
+    gl.ati3dc = hasCapability(*machine, kCapAti3dc);
+    gl.textureRectangle = hasCapability(*machine, kCapTextureRectangle);
+    gl.floatTextures = hasCapability(*machine, kCapFloatTextures);
+    for (const MsaaMode& mode : state.msaaModes) gl.msaaSampleCounts.push_back(mode.samples);
+    for (const GlCap& cap : state.caps) gl.catalogue.push_back(capFacts(cap));
     return gl;
 }
 
@@ -263,7 +276,7 @@ MachineSnapshot readMachineSnapshot(Kalidor& k) {
     m.gpus.reserve(gGlobals.gpus.size());
     for (size_t gpu = 0; gpu < gGlobals.gpus.size(); ++gpu)
         m.gpus.push_back(readGpu(k, int(gpu), *gGlobals.gpus.at(long(gpu)), machine));
-    if (!k.isLiveOnly()) m.gl = readOpenGl(k);
+    if (!gGlobals.liveOnly) m.gl = readOpenGl(machine);
     return m;
 }
 

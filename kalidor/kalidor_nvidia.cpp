@@ -126,15 +126,8 @@ const char* Kalidor::getActiveAppName(int gpu, uint32_t i) const {
     return r && i < kActiveAppSlots ? r->activeApps[i].processName : nullptr;
 }
 
-const char* Kalidor::getDriverBranch() const {
-    const NvidiaState* state = nvidiaState(*this);
-    return state ? state->nvDriverBranch : nullptr;
-}
-
-uint32_t Kalidor::getDriverVersionNumber() const {
-    const NvidiaState* state = nvidiaState(*this);
-    return state ? state->nvDriverVersion : 0;
-}
+const char* Kalidor::getDriverBranch() const { return textOrEmpty(heldSnapshot().driver.nvDriverBranch); }
+uint32_t Kalidor::getDriverVersionNumber() const { return heldSnapshot().driver.nvDriverVersionNumber; }
 
 // The driver's settings profiles have no counterpart in the management library.
 bool Kalidor::exportDriverSettings(int, const char*) { return false; }

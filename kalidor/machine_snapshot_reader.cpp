@@ -10,6 +10,7 @@
 #include "kalidor/opengl/gl_capability_reader.h"
 #include "kalidor/platform/cpu_x86.h"
 #include "kalidor/platform/x11_display_mode.h"
+#include "kalidor/vendors/nvidia_gpu.h"
 
 namespace Kalidornm {
 
@@ -132,32 +133,48 @@ OpenGlFacts readOpenGl(const HardwareCaps* machine) {
     return gl;
 }
 
-// Every read fails for a GPU the NVIDIA driver does not serve and leaves its values absent.
-NvidiaClockFacts readNvidiaClocks(Kalidor& k, int gpu) {
+// The NVIDIA driver serves a record whose handle it gave out for the record's address, and is asked only
+// while the GPU may be touched; every value stays absent otherwise, and where a read fails.
+NvidiaClockFacts readNvidiaClocks(GpuRecord& r, const HardwareCaps* machine) {
     NvidiaClockFacts c;
+    if (!machine || r.vendorClass != kVendorClassNvidia || !r.pciAddress) return c;
+    const NvmlLibrary* nvml = machine->nvidia.library();
+    void* handle = nvml ? machine->nvidia.handleAt(*r.pciAddress) : nullptr;
+    if (!handle || handle != r.nvPhysicalGpu || !machine->pci.mayTouch(*r.pciAddress)) return c;
+    NvidiaGpu nvidia(*nvml, r);
     float gpuMhz = 0, memMhz = 0;
-    if (k.readGpuClockFrequencies(gpu, 1, &gpuMhz, &memMhz)) {
+    if (nvidia.readClockFrequencies(1, &gpuMhz, &memMhz)) {
         c.baseClockMhz = gpuMhz;
         c.memoryClockMhz = memMhz;
     }
     gpuMhz = 0, memMhz = 0;
-    if (k.readGpuClockFrequencies(gpu, 2, &gpuMhz, &memMhz)) {
+    if (nvidia.readClockFrequencies(2, &gpuMhz, &memMhz)) {
         c.boostClockMhz = gpuMhz;
         c.boostMemoryClockMhz = memMhz;
     }
     float percent = 0;
-    if (k.readGpuPowerTarget(gpu, &percent, nullptr)) c.powerTargetPercent = percent;
+    if (nvidia.readPowerTarget(&percent, nullptr)) c.powerTargetPercent = percent;
     float minPercent = 0, maxPercent = 0, defaultPercent = 0;
-    if (k.readGpuPowerPolicy(gpu, &minPercent, nullptr, &maxPercent, nullptr, &defaultPercent, nullptr)) {
+    if (nvidia.readPowerPolicy(&minPercent, nullptr, &maxPercent, nullptr, &defaultPercent, nullptr)) {
         c.minPowerTargetPercent = minPercent;
         c.maxPowerTargetPercent = maxPercent;
         c.defaultPowerTargetPercent = defaultPercent;
     }
     ClockOffsets offsets;
-    if (k.readGpuClockOffsets(gpu, &offsets.coreMhz, &offsets.memoryMhz, &offsets.volts)) c.clockOffsets = offsets;
+    if (nvidia.readClockOffsets(&offsets.coreMhz, &offsets.memoryMhz)) c.clockOffsets = offsets;
     ClockSet p0;
-    if (k.readGpuP0Clocks(gpu, &p0.gpuMhz, &p0.memoryMhz, nullptr, &p0.volts)) c.p0Clocks = p0;
+    if (nvidia.readP0Clocks(&p0.gpuMhz, &p0.memoryMhz)) c.p0Clocks = p0;
     return c;
+}
+
+DriverFacts readDrivers(const HardwareCaps* machine) {
+    DriverFacts d;
+    if (!machine) return d;
+    d.nvDriverVersionNumber = machine->nvidia.nvDriverVersion;
+    d.nvDriverBranch = presentText(machine->nvidia.nvDriverBranch);
+    d.amdGpuCount = machine->amd.agsGpuCount;
+    d.amdCrossfireGpuCount = machine->amd.agsCrossfireGpuCount;
+    return d;
 }
 
 // The memory's place as the record codes it; absent where the record does not know.
@@ -190,7 +207,7 @@ std::vector<PerfLevelFacts> readPerfLevels(GpuRecord& r, const HardwareCaps* mac
     return levels;
 }
 
-GpuSnapshot readGpu(Kalidor& k, int gpu, GpuRecord& r, const HardwareCaps* machine) {
+GpuSnapshot readGpu(GpuRecord& r, const HardwareCaps* machine) {
     GpuSnapshot g;
     g.name = presentText(r.name);
     g.codename = presentText(r.codename);
@@ -216,7 +233,7 @@ GpuSnapshot readGpu(Kalidor& k, int gpu, GpuRecord& r, const HardwareCaps* machi
     g.memoryLocation = memoryLocationText(r.memoryLocation);
     g.displayDeviceString = r.displayDeviceString;
     g.hasTemperatureSensor = r.hasTemperature;
-    g.nvidia = readNvidiaClocks(k, gpu);
+    g.nvidia = readNvidiaClocks(r, machine);
     g.perfLevels = readPerfLevels(r, machine);
     return g;
 }
@@ -269,13 +286,10 @@ MachineSnapshot readMachineSnapshot(Kalidor& k) {
                          int32_t(mode.bitsPerPixel)};
     }
     m.primary = readPrimary(machine);
-    m.driver.nvDriverVersionNumber = k.getDriverVersionNumber();
-    m.driver.nvDriverBranch = presentText(k.getDriverBranch());
-    m.driver.amdGpuCount = k.getAmdAgsGpuCount();
-    m.driver.amdCrossfireGpuCount = k.getAmdCrossfireGpuCount();
+    m.driver = readDrivers(machine);
     m.gpus.reserve(gGlobals.gpus.size());
     for (size_t gpu = 0; gpu < gGlobals.gpus.size(); ++gpu)
-        m.gpus.push_back(readGpu(k, int(gpu), *gGlobals.gpus.at(long(gpu)), machine));
+        m.gpus.push_back(readGpu(*gGlobals.gpus.at(long(gpu)), machine));
     if (!gGlobals.liveOnly) m.gl = readOpenGl(machine);
     return m;
 }

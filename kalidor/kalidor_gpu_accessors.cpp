@@ -30,7 +30,6 @@ const char* Kalidor::getPrimaryVendorName() const {
 }
 bool Kalidor::isVista() const { return heldSnapshot().system.osIsVista; }
 uint32_t Kalidor::getPhysxVersion() const { return uint32_t(heldSnapshot().system.physxVersion); }
-bool Kalidor::isPhysxOnGpu() const { return gGlobals.physxOnGpu; }
 
 namespace {
 
@@ -70,11 +69,6 @@ int32_t Kalidor::getGpuBusId(int gpu) const {
     return g ? g->busId : -1;
 }
 
-std::string Kalidor::getGpuPciAddress(int gpu) const {
-    const GpuSnapshot* g = gpuAt(gpu);
-    return g && g->pciAddress ? *g->pciAddress : std::string();
-}
-
 const char* Kalidor::getGpuDisplayDeviceId(int gpu) const {
     const GpuRecord* r = record(gpu);
     return r ? r->displayDeviceId : nullptr;
@@ -86,8 +80,6 @@ const char* Kalidor::getGpuDisplayDeviceString(int gpu) const {
 }
 
 int32_t Kalidor::getGpuShaderCores(int gpu) const { return gpuAt(gpu) ? gpuAt(gpu)->shaderCores : 0; }
-int32_t Kalidor::getGpuVertexPipes(int gpu) const { return gpuAt(gpu) ? gpuAt(gpu)->vertexPipes : 0; }
-int32_t Kalidor::getGpuPixelPipes(int gpu) const { return gpuAt(gpu) ? gpuAt(gpu)->pixelPipes : 0; }
 int32_t Kalidor::getGpuTdp(int gpu) const { return gpuAt(gpu) ? gpuAt(gpu)->tdpWatts : 0; }
 int32_t Kalidor::getGpuTextureUnits(int gpu) const { return gpuAt(gpu) ? gpuAt(gpu)->textureUnits : -1; }
 int32_t Kalidor::getGpuRopUnits(int gpu) const { return gpuAt(gpu) ? gpuAt(gpu)->ropUnits : -1; }
@@ -126,11 +118,6 @@ const char* Kalidor::getGpuCatalystVersion(int gpu) const {
     return g ? textOrEmpty(g->catalystVersion) : nullptr;
 }
 
-const char* Kalidor::getGpuReleaseVersion(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->releaseVersion : nullptr;
-}
-
 bool Kalidor::isGpuCrimsonDriver(int gpu) const { return gpuAt(gpu) && gpuAt(gpu)->isCrimson; }
 bool Kalidor::hasGpuTemperature(int gpu) const { return gpuAt(gpu) && gpuAt(gpu)->hasTemperatureSensor; }
 
@@ -147,13 +134,6 @@ bool Kalidor::getGpuPerfLevelMinClocks(int gpu, uint32_t level, float* gpuMhz, f
     if (gpuMhz) *gpuMhz = *entry.minGpuClockMhz;
     if (memMhz) *memMhz = *entry.minMemClockMhz;
     return true;
-}
-
-uint32_t Kalidor::countGpusWithTemperature() const {
-    uint32_t count = 0;
-    for (size_t i = 0; i < gGlobals.gpus.size(); ++i)
-        if (gGlobals.gpus.at(long(i))->hasTemperature) ++count;
-    return count;
 }
 
 // The snapshot lists the GPUs in the library's order: it is read again after a sort.

@@ -24,7 +24,6 @@ bool Kalidor::isGlVersionAtLeast(int major, int minor) const {
 }
 
 const char* Kalidor::getGlRenderer() const { return glFacts().renderer.c_str(); }
-const char* Kalidor::getGlVendor() const { return glFacts().vendor.c_str(); }
 const char* Kalidor::getGlVersion() const { return glFacts().version.c_str(); }
 const char* Kalidor::getGlslVersion() const { return glFacts().glslVersion.c_str(); }
 
@@ -36,12 +35,6 @@ const char* Kalidor::getExtensionName(int index) const {
 }
 uint32_t Kalidor::getGlExtensionCount() const { return glFacts().glExtensionCount; }
 uint32_t Kalidor::getWglExtensionCount() const { return glFacts().wglExtensionCount; }
-
-int32_t Kalidor::getMsaaModeCount() const { return int32_t(glFacts().msaaSampleCounts.size()); }
-int32_t Kalidor::getMsaaMode(int index) const {
-    const std::vector<int32_t>& samples = glFacts().msaaSampleCounts;
-    return index >= 0 && size_t(index) < samples.size() ? samples[size_t(index)] : 0;
-}
 
 int32_t Kalidor::capCount() const { return int32_t(glFacts().catalogue.size()); }
 int32_t Kalidor::capCountInGroup(const char* group, int32_t* firstIndex) const {
@@ -67,22 +60,8 @@ int32_t Kalidor::readGlAtiUsedMemoryKb() { return gGlobals.mainWindow ? gGlobals
 
 int32_t Kalidor::getGlMajorVersion() const { return glFacts().majorVersion; }
 int32_t Kalidor::getGlMinorVersion() const { return glFacts().minorVersion; }
-int32_t Kalidor::getMaxTextureUnitsARB() const { return glFacts().arbTextureUnits; }
 int32_t Kalidor::getMaxVertexTextureUnits() const { return glFacts().vertexTextureUnits; }
-int32_t Kalidor::getMaxPixelTextureUnits() const { return glFacts().pixelTextureUnits; }
-int32_t Kalidor::getMaxGeometryTextureUnits() const { return glFacts().geometryTextureUnits; }
-int32_t Kalidor::getMaxTextureSize() const { return glFacts().maxTextureSize; }
-float Kalidor::getMaxAnisotropy() const { return glFacts().maxAnisotropy; }
-float Kalidor::getMaxPointSpriteSize() const { return glFacts().maxPointSpriteSize; }
-int32_t Kalidor::getMaxDynamicLights() const { return glFacts().maxDynamicLights; }
-int32_t Kalidor::getMaxViewportSize() const { return glFacts().maxViewportSize; }
 int32_t Kalidor::getMaxVertexUniformComponents() const { return glFacts().maxVertexUniformComponents; }
-int32_t Kalidor::getMaxFragmentUniformComponents() const { return glFacts().maxFragmentUniformComponents; }
-int32_t Kalidor::getMaxGeometryUniformComponents() const { return glFacts().maxGeometryUniformComponents; }
-int32_t Kalidor::getMaxVaryingFloats() const { return glFacts().maxVaryingFloats; }
-int32_t Kalidor::getMaxVertexBindableUniforms() const { return glFacts().maxVertexBindableUniforms; }
-int32_t Kalidor::getMaxFragmentBindableUniforms() const { return glFacts().maxFragmentBindableUniforms; }
-int32_t Kalidor::getMaxGeometryBindableUniforms() const { return glFacts().maxGeometryBindableUniforms; }
 int32_t Kalidor::getMaxDrawBuffers() const { return glFacts().maxDrawBuffers; }
 
 }  // namespace Kalidornm

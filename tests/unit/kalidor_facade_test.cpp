@@ -42,28 +42,6 @@ TEST(KalidorFacade, RecordsOfOtherVendorsReadNothingLive) {
     gGlobals.snapshot.reset();
 }
 
-TEST(KalidorFacade, TrackedExtremesFollowTheLastReadings) {
-    Kalidor* library = Kalidor::getInstance();
-    auto record = std::make_unique<GpuRecord>();
-    record->sensorGpu.take(55.0f);
-    gGlobals.gpus.append(std::move(record));
-
-    // Regression: a board sensor never read counted as 0 °C and raised its maximum from -1000 to 0.
-    float core = 0, board = -7;
-    ASSERT_TRUE(library->readGpuMaxTemperatures(0, &core, &board, nullptr, nullptr));
-    EXPECT_FLOAT_EQ(core, 55.0f);
-    EXPECT_FLOAT_EQ(board, -7.0f);
-    EXPECT_FLOAT_EQ(gGlobals.gpus.at(0)->sensorBoard.max, -1000.0f);
-    gGlobals.gpus.at(0)->sensorGpu.take(40.0f);
-    ASSERT_TRUE(library->readGpuMaxTemperatures(0, &core, nullptr, nullptr, nullptr));
-    EXPECT_FLOAT_EQ(core, 55.0f);
-    ASSERT_TRUE(library->readGpuMinTemperatures(0, &core, nullptr, nullptr, nullptr));
-    EXPECT_FLOAT_EQ(core, 40.0f);
-    EXPECT_FALSE(library->readGpuMinTemperatures(1, &core, nullptr, nullptr, nullptr));
-    gGlobals.gpus.clear();
-    gGlobals.snapshot.reset();
-}
-
 TEST(KalidorFacade, ShutdownBeforeAStartedScanReportsFalse) {
     Kalidor* library = Kalidor::getInstance();
     ASSERT_NE(library, nullptr);

@@ -15,14 +15,7 @@ bool Kalidor::readGpuPowerControl(int gpu, int32_t* current, int32_t* defaultPer
 uint32_t Kalidor::getAmdAgsGpuCount() const { return heldSnapshot().driver.amdGpuCount; }
 uint32_t Kalidor::getAmdCrossfireGpuCount() const { return heldSnapshot().driver.amdCrossfireGpuCount; }
 
-uint32_t Kalidor::getAmdAdapterCount() const {
-    const HardwareCaps* machine = caps();
-    return machine ? machine->amd.amdAdapterCount : 0;
-}
-
-uint32_t Kalidor::getAmdUsableAdapterCount() const {
-    const HardwareCaps* machine = caps();
-    return machine ? machine->amd.amdUsableAdapterCount : 0;
-}
+uint32_t Kalidor::getAmdAdapterCount() const { return heldSnapshot().driver.amdAdapterCount; }
+uint32_t Kalidor::getAmdUsableAdapterCount() const { return heldSnapshot().driver.amdUsableAdapterCount; }
 
 }  // namespace Kalidornm

@@ -70,8 +70,8 @@ int32_t Kalidor::getGpuBusId(int gpu) const {
 }
 
 const char* Kalidor::getGpuDisplayDeviceId(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->displayDeviceId : nullptr;
+    const GpuSnapshot* g = gpuAt(gpu);
+    return g ? g->displayDeviceId.c_str() : nullptr;
 }
 
 const char* Kalidor::getGpuDisplayDeviceString(int gpu) const {
@@ -109,8 +109,8 @@ const char* Kalidor::getGpuDriverVersion(int gpu) const {
 }
 
 const char* Kalidor::getGpuDriverDate(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->driverDate : nullptr;
+    const GpuSnapshot* g = gpuAt(gpu);
+    return g ? textOrEmpty(g->driverDate) : nullptr;
 }
 
 const char* Kalidor::getGpuCatalystVersion(int gpu) const {

@@ -5,16 +5,6 @@ namespace Kalidornm {
 
 namespace {
 
-const PrimaryDriverValues* driverOf(const Kalidor& library) {
-    const HardwareCaps* machine = library.caps();
-    return machine ? &machine->driver : nullptr;
-}
-
-const char* driverText(const Kalidor& library, char (PrimaryDriverValues::*field)[256]) {
-    const PrimaryDriverValues* values = driverOf(library);
-    return values ? values->*field : "";
-}
-
 const PrimaryDeviceFacts& primary() { return heldSnapshot().primary; }
 
 }  // namespace
@@ -24,10 +14,7 @@ const char* Kalidor::getPrimaryCodename() const { return textOrEmpty(primary().c
 const char* Kalidor::getPrimaryDriverText() const { return textOrEmpty(primary().driverText); }
 uint32_t Kalidor::getPrimarySubdeviceId() const { return primary().subdeviceId; }
 
-const char* Kalidor::getPrimaryRevisionText() const {
-    const HardwareCaps* machine = caps();
-    return machine ? machine->display.primary.revisionText : "";
-}
+const char* Kalidor::getPrimaryRevisionText() const { return primary().revisionText.c_str(); }
 
 int32_t Kalidor::getPrimaryShaderCores() const { return primary().shaderCores; }
 int32_t Kalidor::getPrimaryTdp() const { return primary().tdpWatts; }
@@ -35,15 +22,9 @@ int32_t Kalidor::getPrimaryTdp() const { return primary().tdpWatts; }
 int32_t Kalidor::getPrimaryVendorKind() const { return primary().vendorKind; }
 
 const char* Kalidor::getPrimaryDriverVersion() const { return textOrEmpty(primary().driverVersion); }
-const char* Kalidor::getPrimaryDriverDescription() const {
-    return driverText(*this, &PrimaryDriverValues::driverDescription);
-}
+const char* Kalidor::getPrimaryDriverDescription() const { return textOrEmpty(primary().driverDescription); }
 const char* Kalidor::getPrimaryDriverDate() const { return textOrEmpty(primary().driverDate); }
-const char* Kalidor::getPrimaryDeviceDescription() const {
-    return driverText(*this, &PrimaryDriverValues::deviceDescription);
-}
-const char* Kalidor::getPrimaryOpenGLDriverName() const {
-    return driverText(*this, &PrimaryDriverValues::openGLDriverName);
-}
+const char* Kalidor::getPrimaryDeviceDescription() const { return textOrEmpty(primary().deviceDescription); }
+const char* Kalidor::getPrimaryOpenGLDriverName() const { return textOrEmpty(primary().openGLDriverName); }
 
 }  // namespace Kalidornm

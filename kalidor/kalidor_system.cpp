@@ -6,11 +6,6 @@ namespace Kalidornm {
 
 namespace {
 
-const CpuOsInfo* cpuOsOf(const Kalidor& library) {
-    const HardwareCaps* machine = library.caps();
-    return machine ? &machine->cpuOs : nullptr;
-}
-
 const SystemFacts& system() { return heldSnapshot().system; }
 
 }  // namespace
@@ -23,9 +18,7 @@ const char* Kalidor::getOsDescription() const { return textOrEmpty(system().osDe
 
 uint32_t Kalidor::getInstalledMemoryMb() const { return system().installedMemoryMb; }
 uint32_t Kalidor::getTotalMemoryKb() const { return system().totalMemoryKb; }
-uint32_t Kalidor::getPhysicalMemoryBytes() const {
-    return cpuOsOf(*this) ? cpuOsOf(*this)->physicalMemoryBytes : 0;
-}
+uint32_t Kalidor::getPhysicalMemoryBytes() const { return system().physicalMemoryBytes; }
 
 uint32_t Kalidor::getMemoryLoadPercent() const {
     const HardwareCaps* machine = caps();

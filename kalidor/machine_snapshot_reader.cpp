@@ -60,6 +60,7 @@ SystemFacts readSystem(HardwareCaps* machine) {
     sys.cpuStepping = cpuOs.cpuStepping;
     sys.installedMemoryMb = cpuOs.installedMemoryMb;
     sys.totalMemoryKb = cpuOs.totalMemoryKb;
+    sys.physicalMemoryBytes = cpuOs.physicalMemoryBytes;
     sys.systemOsDescription = std::string(cpuOs.osDescription);
     return sys;
 }
@@ -174,6 +175,8 @@ DriverFacts readDrivers(const HardwareCaps* machine) {
     d.nvDriverBranch = presentText(machine->nvidia.nvDriverBranch);
     d.amdGpuCount = machine->amd.agsGpuCount;
     d.amdCrossfireGpuCount = machine->amd.agsCrossfireGpuCount;
+    d.amdAdapterCount = machine->amd.amdAdapterCount;
+    d.amdUsableAdapterCount = machine->amd.amdUsableAdapterCount;
     return d;
 }
 
@@ -232,6 +235,8 @@ GpuSnapshot readGpu(GpuRecord& r, const HardwareCaps* machine) {
     if (r.memoryBusWidth != 0) g.memoryBusWidthBits = r.memoryBusWidth;
     g.memoryLocation = memoryLocationText(r.memoryLocation);
     g.displayDeviceString = r.displayDeviceString;
+    g.displayDeviceId = r.displayDeviceId;
+    g.driverDate = presentText(r.driverDate);
     g.hasTemperatureSensor = r.hasTemperature;
     g.nvidia = readNvidiaClocks(r, machine);
     g.perfLevels = readPerfLevels(r, machine);
@@ -269,6 +274,10 @@ PrimaryDeviceFacts readPrimary(const HardwareCaps* machine) {
     p.subvendorId = decodedOrZero(machine->display.primary.subvendorId);
     p.subdeviceId = decodedOrZero(machine->display.primary.subdeviceId);
     p.biosString = presentText(machine->driver.biosString);
+    p.revisionText = machine->display.primary.revisionText;
+    p.driverDescription = presentText(machine->driver.driverDescription);
+    p.deviceDescription = presentText(machine->driver.deviceDescription);
+    p.openGLDriverName = presentText(machine->driver.openGLDriverName);
     return p;
 }
 

@@ -17,12 +17,10 @@ enum GpuVendorClass : uint32_t {
     kVendorClassIntel = 3,
 };
 
-// One temperature sensor; min and max start at the far ends so the first reading moves both. Until a reading
-// arrives `current` means nothing: a sensor never read is unknown, not 0 °C.
+// One temperature sensor. Until a reading arrives `current` means nothing: a sensor never read is unknown,
+// not 0 °C.
 struct TempSensor {
     float current = 0.0f;  // °C, valid once `read`
-    float min = 1000.0f;
-    float max = -1000.0f;
     bool read = false;
 
     void take(float celsius) {

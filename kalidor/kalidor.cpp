@@ -1,6 +1,7 @@
 #include "kalidor/kalidor.h"
 
 #include <cstring>
+#include <mutex>
 #include <new>
 
 #include "kalidor/library_globals.h"
@@ -88,10 +89,15 @@ bool Kalidor::startupLiveOnly() {
 
 bool Kalidor::isLiveOnly() const { return gGlobals.liveOnly; }
 
-const MachineSnapshot& Kalidor::snapshot() {
-    if (!gGlobals.snapshot) gGlobals.snapshot = readMachineSnapshot(*this);
+// A demo thread may ask its first question while the window asks its own.
+const MachineSnapshot& heldSnapshot() {
+    static std::mutex reading;
+    const std::lock_guard<std::mutex> lock(reading);
+    if (!gGlobals.snapshot) gGlobals.snapshot = readMachineSnapshot(*gInstance);
     return *gGlobals.snapshot;
 }
+
+const MachineSnapshot& Kalidor::snapshot() { return heldSnapshot(); }
 
 void Kalidor::refreshLiveSample() {
     snapshot();

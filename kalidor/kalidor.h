@@ -11,12 +11,11 @@
 namespace Kalidornm {
 
 // The hardware information library as the application sees it. A `gpu` argument is a position in the GPU
-// list; past the end a call gives false, 0 or null unless it says otherwise. Strings stay valid until
+// list; past the end a call gives false, 0 or null unless it says otherwise. The calls that hand out static
+// facts answer from the machine snapshot; the read... calls ask the driver now. Strings stay valid until
 // shutdown. Out parameters may be null.
 class Kalidor {
 public:
-    static constexpr uint32_t kVersionMajor = 1, kVersionMinor = 14, kVersionPatch = 0;
-
     // Creates the singleton on the first call; null if it cannot be made.
     static Kalidor* getInstance();
     static void destroyInstance();
@@ -35,9 +34,6 @@ public:
     bool startupLiveOnly();
     bool isLiveOnly() const;
     bool shutdown();
-    uint32_t getVersionMajor() const { return kVersionMajor; }
-    uint32_t getVersionMinor() const { return kVersionMinor; }
-    uint32_t getVersionPatch() const { return kVersionPatch; }
 
     // The machine as plain values: read on the first call after start-up, the same object afterwards.
     // Its live samples are those of the last refreshLiveSample(), absent before the first.
@@ -49,34 +45,14 @@ public:
     uint32_t getCpuSpeedMhz();
     bool isVista() const;
     uint32_t getPhysxVersion() const;
-    bool isPhysxOnGpu() const;
     const char* getCpuName() const;
-    int32_t getCpuFamily() const;
-    int32_t getCpuExtFamily() const;
-    int32_t getCpuModel() const;
-    int32_t getCpuExtModel() const;
-    int32_t getCpuStepping() const;
-    int32_t getCpuExtStepping() const;
     int32_t getCpuLogicalCores() const;
-    int32_t getCpuPhysicalCores() const;
-    // Index 0 to 7; false above.
-    bool getCpuFeature(int index) const;
     const char* getOsDescription() const;
-    // The OS text as read at start, before and without any graphics scan; getOsDescription gives the
-    // summary's copy, which only a scan fills.
-    const char* getSystemOsDescription() const;
-    const char* getOsShortName() const;
     uint32_t getInstalledMemoryMb() const;
     uint32_t getTotalMemoryKb() const;
     uint32_t getPhysicalMemoryBytes() const;
     // Read now, each call.
     uint32_t getMemoryLoadPercent() const;
-
-    // Display mode: each call reads the current mode of the default display and keeps it in the summary.
-    uint32_t getDisplayBitsPerPixel();
-    uint32_t getDisplayFrequency();
-    uint32_t getDisplayHeight();
-    uint32_t getDisplayWidth();
 
     // Primary GPU summary
     bool hasDisplayDevice() const;
@@ -87,28 +63,12 @@ public:
     const char* getPrimaryVendorName() const;
     const char* getPrimaryCodename() const;
     const char* getPrimaryDriverText() const;
-    uint32_t getPrimaryVendorId() const;
-    uint32_t getPrimaryDeviceId() const;
-    uint32_t getPrimarySubvendorId() const;
     uint32_t getPrimarySubdeviceId() const;
     const char* getPrimaryRevisionText() const;
     // For an NVIDIA primary, GPU 0's core count as its reader knows it, if non-zero; else the summary's.
     int32_t getPrimaryShaderCores() const;
-    int32_t getPrimaryVertexPipes() const;
-    int32_t getPrimaryPixelPipes() const;
-    int32_t getPrimaryTmus() const;
-    int32_t getPrimaryRops() const;
     int32_t getPrimaryTdp() const;
-    uint32_t getPrimaryVideoMemoryMb() const;
-    const char* getPrimaryBiosVersion() const;
-    uint32_t getPrimaryGpuCount() const;
-    uint32_t getPrimaryTotalGpuCount() const;
-    bool hasArrayAndBufferTextures() const;
     int32_t getPrimaryVendorKind() const;
-    bool isPrimaryAmd() const;
-    bool isPrimaryIntel() const;
-    bool isPrimaryNvidia() const;
-    bool isPrimaryS3() const;
 
     // Primary-device driver values
     const char* getPrimaryDriverVersion() const;
@@ -116,11 +76,6 @@ public:
     const char* getPrimaryDriverDate() const;
     const char* getPrimaryDeviceDescription() const;
     const char* getPrimaryOpenGLDriverName() const;
-    const char* getPrimaryAdapterString() const;
-    const char* getPrimaryBiosString() const;
-    const char* getPrimaryCatalystVersion() const;
-    const char* getPrimaryReleaseVersion() const;
-    uint32_t getPrimaryMemorySizeBytes() const;
 
     // Per-GPU identity and cached values
     uint32_t getGpuCount() const;
@@ -128,14 +83,10 @@ public:
     const char* getGpuName(int gpu) const;
     const char* getGpuCodename(int gpu) const;
     int32_t getGpuBusId(int gpu) const;
-    // "0000:03:00.0"; empty for a GPU off the PCI bus.
-    std::string getGpuPciAddress(int gpu) const;
     const char* getGpuDisplayDeviceId(int gpu) const;
     const char* getGpuDisplayDeviceString(int gpu) const;
     // A figure of 0 asks the database again with the record's ids; a value above 0 is kept in the record.
     int32_t getGpuShaderCores(int gpu) const;
-    int32_t getGpuVertexPipes(int gpu) const;
-    int32_t getGpuPixelPipes(int gpu) const;
     int32_t getGpuTdp(int gpu) const;
     // -1 without a record.
     int32_t getGpuTextureUnits(int gpu) const;
@@ -148,7 +99,6 @@ public:
     const char* getGpuDriverVersion(int gpu) const;
     const char* getGpuDriverDate(int gpu) const;
     const char* getGpuCatalystVersion(int gpu) const;
-    const char* getGpuReleaseVersion(int gpu) const;
     bool isGpuCrimsonDriver(int gpu) const;
     bool hasGpuTemperature(int gpu) const;
     // Read now, each call: the kernel's runtime power state is "suspended". A sleeping GPU must not be asked
@@ -158,7 +108,6 @@ public:
     // The lowest clocks of a level, MHz, from the table read at start-up; false where the driver gave no range
     // (the level's clocks are then all it has).
     bool getGpuPerfLevelMinClocks(int gpu, uint32_t level, float* gpuMhz, float* memMhz) const;
-    uint32_t countGpusWithTemperature() const;
     bool sortGpusByBusId();
 
     // Per-GPU live reads: each goes to the record's vendor reader; other records read false. A failed read
@@ -175,9 +124,6 @@ public:
     // The values a backend reads beyond the calls above, into the GPU's live sample; nothing for a record
     // without a reader.
     void readGpuMoreLive(int gpu, LiveSample& sample);
-    // Tracked extremes of the last readings; no driver call. A sensor never read leaves its output as given.
-    bool readGpuMaxTemperatures(int gpu, float* coreC, float* boardC, float* memoryC, float* vrmC);
-    bool readGpuMinTemperatures(int gpu, float* coreC, float* boardC, float* memoryC, float* vrmC);
 
     // NVIDIA only
     // Each reads GPU `gpu` through the NVIDIA driver; false, 0 or null for any other record and past the end.
@@ -185,10 +131,6 @@ public:
     // clockType: 0 current, 1 base, 2 boost; other values read the current clocks.
     bool readGpuClockFrequencies(int gpu, uint32_t clockType, float* gpuMhz, float* memMhz);
     bool readGpuClockOffsets(int gpu, float* coreMhz, float* memMhz, float* volts);
-    bool readGpuP0Clocks(int gpu, float* gpuMhz, float* memMhz, float* shaderMhz, float* volts);
-    bool readGpuBaseClocks(int gpu, float* gpuMhz, float* memMhz, float* shaderMhz, float* volts);
-    bool readGpuVoltage(int gpu, float* volts);
-    bool readGpuVoltageStep(int gpu, float* volts);
     bool readGpuPowerUsage(int gpu, float* percent, uint32_t* milliwatts);
     bool readGpuPowerPolicy(int gpu, float* minPercent, uint32_t* minMw, float* maxPercent, uint32_t* maxMw,
                             float* defaultPercent, uint32_t* defaultMw);
@@ -198,8 +140,6 @@ public:
     bool readGpuPerfLimiters(int gpu);
     // Slots 0 to 3: whether the limit is in force and its name.
     bool getGpuPerfLimiter(int gpu, uint32_t slot, bool* active, const char** name) const;
-    // `text` has room for 64 characters.
-    bool getGpuRamMaker(int gpu, char* text) const;
     bool readGpuBoardInfo(int gpu, uint8_t (&bytes)[16]);
     // The number of processes using the GPU; entries then read by getActiveAppPid/getActiveAppName, i < 128.
     uint32_t queryActive3DApps(int gpu);
@@ -207,9 +147,6 @@ public:
     const char* getActiveAppName(int gpu, uint32_t i) const;
     const char* getDriverBranch() const;
     uint32_t getDriverVersionNumber() const;
-    bool exportDriverSettings(int gpu, const char* utf8Path);
-    bool setGpuPstate20Clocks(int gpu, float coreMhz, float memMhz, float volts);
-    bool setGpuPstateClocks(int gpu, float gpuMhz, float memMhz, float shaderMhz, float volts);
 
     // AMD only
     // Power limit as percent of the board's default (the default reads 100); false without a power limit.
@@ -224,43 +161,26 @@ public:
     bool isExtensionSupported(const char* name) const;
     bool isGlVersionAtLeast(int major, int minor) const;
     const char* getGlRenderer() const;
-    const char* getGlVendor() const;
     const char* getGlVersion() const;
     const char* getGlslVersion() const;
     uint32_t getExtensionCount() const;
     const char* getExtensionName(int index) const;
     uint32_t getGlExtensionCount() const;
     uint32_t getWglExtensionCount() const;  // names the EGL display adds
-    int32_t getMsaaModeCount() const;
-    int32_t getMsaaMode(int index) const;  // samples; 0 past the end
     // The capability catalogue; a null group selects the separator's empty group.
     int32_t capCount() const;
     int32_t capCountInGroup(const char* group, int32_t* firstIndex) const;
     bool findCapByName(const char* name, int32_t* index) const;
-    bool getCap(int index, char* name, int32_t* valueType, int32_t* intValue, int32_t* tripleValue,
-                int64_t* int64Value, float* floatValue, char* group) const;  // names and groups: 128 bytes
+    // One entry of the catalogue; absent past the end.
+    std::optional<GlCapFacts> getCap(int index) const;
     // GPU memory through OpenGL, in KB, read now.
     bool readGlNvxMemory(int32_t* totalKb, int32_t* freeKb);
     int32_t readGlAtiTotalMemoryKb();
     int32_t readGlAtiUsedMemoryKb();
     int32_t getGlMajorVersion() const;
     int32_t getGlMinorVersion() const;
-    int32_t getMaxTextureUnitsARB() const;
     int32_t getMaxVertexTextureUnits() const;
-    int32_t getMaxPixelTextureUnits() const;
-    int32_t getMaxGeometryTextureUnits() const;
-    int32_t getMaxTextureSize() const;
-    float getMaxAnisotropy() const;
-    float getMaxPointSpriteSize() const;
-    int32_t getMaxDynamicLights() const;
-    int32_t getMaxViewportSize() const;
     int32_t getMaxVertexUniformComponents() const;
-    int32_t getMaxFragmentUniformComponents() const;
-    int32_t getMaxGeometryUniformComponents() const;
-    int32_t getMaxVaryingFloats() const;
-    int32_t getMaxVertexBindableUniforms() const;
-    int32_t getMaxFragmentBindableUniforms() const;
-    int32_t getMaxGeometryBindableUniforms() const;
     int32_t getMaxDrawBuffers() const;
 
     // The main render window's machine state (null before getInstance succeeded).

@@ -1,4 +1,5 @@
 #include "kalidor/kalidor.h"
+#include "kalidor/library_globals.h"
 #include "kalidor/vendors/amd_live_reader.h"
 
 namespace Kalidornm {
@@ -11,24 +12,10 @@ bool Kalidor::readGpuPowerControl(int gpu, int32_t* current, int32_t* defaultPer
     return reader && reader->readPowerControl(*r, current, defaultPercent, min, max);
 }
 
-uint32_t Kalidor::getAmdAgsGpuCount() const {
-    const HardwareCaps* machine = caps();
-    return machine ? machine->amd.agsGpuCount : 0;
-}
+uint32_t Kalidor::getAmdAgsGpuCount() const { return heldSnapshot().driver.amdGpuCount; }
+uint32_t Kalidor::getAmdCrossfireGpuCount() const { return heldSnapshot().driver.amdCrossfireGpuCount; }
 
-uint32_t Kalidor::getAmdCrossfireGpuCount() const {
-    const HardwareCaps* machine = caps();
-    return machine ? machine->amd.agsCrossfireGpuCount : 0;
-}
-
-uint32_t Kalidor::getAmdAdapterCount() const {
-    const HardwareCaps* machine = caps();
-    return machine ? machine->amd.amdAdapterCount : 0;
-}
-
-uint32_t Kalidor::getAmdUsableAdapterCount() const {
-    const HardwareCaps* machine = caps();
-    return machine ? machine->amd.amdUsableAdapterCount : 0;
-}
+uint32_t Kalidor::getAmdAdapterCount() const { return heldSnapshot().driver.amdAdapterCount; }
+uint32_t Kalidor::getAmdUsableAdapterCount() const { return heldSnapshot().driver.amdUsableAdapterCount; }
 
 }  // namespace Kalidornm

@@ -14,7 +14,6 @@ GpuLiveReader* Kalidor::readerOf(GpuRecord& r) const {
 }
 
 bool Kalidor::hasDisplayDevice() const { return gGlobals.hasDisplayDevice; }
-const char* Kalidor::getPrimaryGpuName() const { return gGlobals.summary.gpuName; }
 
 // Looked up from the primary ids rather than read at gpu_db_index: the scan sets that index from the same
 // ids, and before any scan the ids are -1, which finds no row either.
@@ -29,142 +28,98 @@ const char* Kalidor::getPrimaryVendorName() const {
     const HardwareCaps* machine = caps();
     return pciVendorName(machine ? machine->display.primary.vendorId : -1);
 }
-bool Kalidor::isVista() const { return gGlobals.isVista; }
-uint32_t Kalidor::getPhysxVersion() const { return gGlobals.physxVersion; }
-bool Kalidor::isPhysxOnGpu() const { return gGlobals.physxOnGpu; }
+bool Kalidor::isVista() const { return heldSnapshot().system.osIsVista; }
+uint32_t Kalidor::getPhysxVersion() const { return uint32_t(heldSnapshot().system.physxVersion); }
 
-uint32_t Kalidor::getGpuCount() const { return uint32_t(gGlobals.gpus.size()); }
+namespace {
+
+// The GPU's static facts as the snapshot holds them; null past the end.
+const GpuSnapshot* gpuAt(int gpu) {
+    const std::vector<GpuSnapshot>& gpus = heldSnapshot().gpus;
+    return gpu >= 0 && size_t(gpu) < gpus.size() ? &gpus[size_t(gpu)] : nullptr;
+}
+
+}  // namespace
+
+uint32_t Kalidor::getGpuCount() const { return uint32_t(heldSnapshot().gpus.size()); }
 
 bool Kalidor::getGpuPciIds(int gpu, uint32_t* vendor, uint32_t* device, uint32_t* subvendor,
                            uint32_t* subdevice) const {
-    const GpuRecord* r = record(gpu);
-    if (!r) return false;
-    if (vendor) *vendor = r->vendorId;
-    if (device) *device = r->deviceId;
-    if (subvendor) *subvendor = r->subvendorId;
-    if (subdevice) *subdevice = r->subdeviceId;
+    const GpuSnapshot* g = gpuAt(gpu);
+    if (!g) return false;
+    if (vendor) *vendor = g->vendorId;
+    if (device) *device = g->deviceId;
+    if (subvendor) *subvendor = g->subvendorId;
+    if (subdevice) *subdevice = g->subdeviceId;
     return true;
 }
 
 const char* Kalidor::getGpuName(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->name : nullptr;
+    const GpuSnapshot* g = gpuAt(gpu);
+    return g ? textOrEmpty(g->name) : nullptr;
 }
 
 const char* Kalidor::getGpuCodename(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->codename : nullptr;
+    const GpuSnapshot* g = gpuAt(gpu);
+    return g ? textOrEmpty(g->codename) : nullptr;
 }
 
 int32_t Kalidor::getGpuBusId(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->busId : -1;
-}
-
-std::string Kalidor::getGpuPciAddress(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r && r->pciAddress ? r->pciAddress->text() : std::string();
+    const GpuSnapshot* g = gpuAt(gpu);
+    return g ? g->busId : -1;
 }
 
 const char* Kalidor::getGpuDisplayDeviceId(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->displayDeviceId : nullptr;
+    const GpuSnapshot* g = gpuAt(gpu);
+    return g ? g->displayDeviceId.c_str() : nullptr;
 }
 
 const char* Kalidor::getGpuDisplayDeviceString(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->displayDeviceString : nullptr;
+    const GpuSnapshot* g = gpuAt(gpu);
+    return g ? g->displayDeviceString.c_str() : nullptr;
 }
 
-int32_t Kalidor::getGpuShaderCores(int gpu) const {
-    GpuRecord* r = record(gpu);
-    return r ? refillFromGpuDb(r->shaderCores, r->vendorId, r->deviceId, GpuDbFigure::UnifiedShaders) : 0;
-}
-
-int32_t Kalidor::getGpuVertexPipes(int gpu) const {
-    GpuRecord* r = record(gpu);
-    return r ? refillFromGpuDb(r->vertexPipes, r->vendorId, r->deviceId, GpuDbFigure::VertexPipes) : 0;
-}
-
-int32_t Kalidor::getGpuPixelPipes(int gpu) const {
-    GpuRecord* r = record(gpu);
-    return r ? refillFromGpuDb(r->pixelPipes, r->vendorId, r->deviceId, GpuDbFigure::PixelPipes) : 0;
-}
-
-int32_t Kalidor::getGpuTdp(int gpu) const {
-    GpuRecord* r = record(gpu);
-    return r ? refillFromGpuDb(r->tdpWatts, r->vendorId, r->deviceId, GpuDbFigure::TdpWatts) : 0;
-}
-
-int32_t Kalidor::getGpuTextureUnits(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->tmus : -1;
-}
-
-int32_t Kalidor::getGpuRopUnits(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->rops : -1;
-}
-
-uint32_t Kalidor::getGpuMemorySizeMb(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->memorySizeMb : 0;
-}
+int32_t Kalidor::getGpuShaderCores(int gpu) const { return gpuAt(gpu) ? gpuAt(gpu)->shaderCores : 0; }
+int32_t Kalidor::getGpuTdp(int gpu) const { return gpuAt(gpu) ? gpuAt(gpu)->tdpWatts : 0; }
+int32_t Kalidor::getGpuTextureUnits(int gpu) const { return gpuAt(gpu) ? gpuAt(gpu)->textureUnits : -1; }
+int32_t Kalidor::getGpuRopUnits(int gpu) const { return gpuAt(gpu) ? gpuAt(gpu)->ropUnits : -1; }
+uint32_t Kalidor::getGpuMemorySizeMb(int gpu) const { return gpuAt(gpu) ? gpuAt(gpu)->memorySizeMb : 0; }
 
 const char* Kalidor::getGpuMemoryType(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->memoryType : nullptr;
+    const GpuSnapshot* g = gpuAt(gpu);
+    return g ? textOrEmpty(g->memoryType) : nullptr;
 }
 
 bool Kalidor::getGpuMemoryBusWidth(int gpu, uint32_t* bits, const char** text) const {
-    const GpuRecord* r = record(gpu);
-    if (!r) return false;
-    if (bits) *bits = r->memoryBusWidth;
-    if (text) {
-        switch (r->memoryLocation) {
-            case 1: *text = "GPU dedicated"; break;
-            case 2: *text = "Sys shared"; break;
-            case 3: *text = "Sys dedicated"; break;
-            default: *text = ""; break;
-        }
-    }
+    const GpuSnapshot* g = gpuAt(gpu);
+    if (!g) return false;
+    if (bits) *bits = g->memoryBusWidthBits.value_or(0);
+    if (text) *text = textOrEmpty(g->memoryLocation);
     return true;
 }
 
 const char* Kalidor::getGpuBiosVersion(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->biosVersion : nullptr;
+    const GpuSnapshot* g = gpuAt(gpu);
+    return g ? textOrEmpty(g->biosVersion) : nullptr;
 }
 
 const char* Kalidor::getGpuDriverVersion(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->driverVersion : nullptr;
+    const GpuSnapshot* g = gpuAt(gpu);
+    return g ? textOrEmpty(g->driverVersion) : nullptr;
 }
 
 const char* Kalidor::getGpuDriverDate(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->driverDate : nullptr;
+    const GpuSnapshot* g = gpuAt(gpu);
+    return g ? textOrEmpty(g->driverDate) : nullptr;
 }
 
 const char* Kalidor::getGpuCatalystVersion(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->catalystVersion : nullptr;
+    const GpuSnapshot* g = gpuAt(gpu);
+    return g ? textOrEmpty(g->catalystVersion) : nullptr;
 }
 
-const char* Kalidor::getGpuReleaseVersion(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r ? r->releaseVersion : nullptr;
-}
-
-bool Kalidor::isGpuCrimsonDriver(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r && r->isCrimson;
-}
-
-bool Kalidor::hasGpuTemperature(int gpu) const {
-    const GpuRecord* r = record(gpu);
-    return r && r->hasTemperature;
-}
+bool Kalidor::isGpuCrimsonDriver(int gpu) const { return gpuAt(gpu) && gpuAt(gpu)->isCrimson; }
+bool Kalidor::hasGpuTemperature(int gpu) const { return gpuAt(gpu) && gpuAt(gpu)->hasTemperatureSensor; }
 
 uint32_t Kalidor::getGpuPerfLevelCount(int gpu) const {
     const GpuRecord* r = record(gpu);
@@ -181,13 +136,10 @@ bool Kalidor::getGpuPerfLevelMinClocks(int gpu, uint32_t level, float* gpuMhz, f
     return true;
 }
 
-uint32_t Kalidor::countGpusWithTemperature() const {
-    uint32_t count = 0;
-    for (size_t i = 0; i < gGlobals.gpus.size(); ++i)
-        if (gGlobals.gpus.at(long(i))->hasTemperature) ++count;
-    return count;
+// The snapshot lists the GPUs in the library's order: it is read again after a sort.
+bool Kalidor::sortGpusByBusId() {
+    gGlobals.snapshot.reset();
+    return gGlobals.gpus.sortByBusId();
 }
-
-bool Kalidor::sortGpusByBusId() { return gGlobals.gpus.sortByBusId(); }
 
 }  // namespace Kalidornm

@@ -1,5 +1,4 @@
 #include "kalidor/kalidor.h"
-#include <utility>
 
 #include "kalidor/library_globals.h"
 
@@ -46,45 +45,6 @@ bool Kalidor::readGpuPerfLevel(int gpu, uint32_t level, uint32_t* id, float* gpu
 void Kalidor::readGpuMoreLive(int gpu, LiveSample& sample) {
     GpuRecord* r = record(gpu);
     if (GpuLiveReader* reader = r ? readerOf(*r) : nullptr) reader->readMoreLive(*r, sample);
-}
-
-namespace {
-
-// Out order is core, board, memory, VRM, as the temperature read gives them. A sensor never read has no
-// extreme: its output stays as the caller gave it.
-template <typename Track>
-bool trackedTemperatures(GpuRecord* r, Track track, float* coreC, float* boardC, float* memoryC, float* vrmC) {
-    if (!r) return false;
-    const std::pair<TempSensor*, float*> sensors[] = {
-        {&r->sensorGpu, coreC}, {&r->sensorBoard, boardC}, {&r->sensorMemory, memoryC}, {&r->sensorVrm, vrmC}};
-    for (auto [sensor, out] : sensors) {
-        if (!sensor->read) continue;
-        const float value = track(*sensor);
-        if (out) *out = value;
-    }
-    return true;
-}
-
-}  // namespace
-
-bool Kalidor::readGpuMaxTemperatures(int gpu, float* coreC, float* boardC, float* memoryC, float* vrmC) {
-    return trackedTemperatures(
-        record(gpu),
-        [](TempSensor& s) {
-            if (s.current > s.max) s.max = s.current;
-            return s.max;
-        },
-        coreC, boardC, memoryC, vrmC);
-}
-
-bool Kalidor::readGpuMinTemperatures(int gpu, float* coreC, float* boardC, float* memoryC, float* vrmC) {
-    return trackedTemperatures(
-        record(gpu),
-        [](TempSensor& s) {
-            if (s.current < s.min) s.min = s.current;
-            return s.min;
-        },
-        coreC, boardC, memoryC, vrmC);
 }
 
 }  // namespace Kalidornm

@@ -49,20 +49,6 @@ bool Kalidor::readGpuClockOffsets(int gpu, float* coreMhz, float* memMhz, float*
     return nvidia.readClockOffsets(coreMhz, memMhz);
 }
 
-// P0 runs at the maximum clocks. No shader clock and no voltage: those outputs keep what the caller gave.
-bool Kalidor::readGpuP0Clocks(int gpu, float* gpuMhz, float* memMhz, float*, float*) {
-    KALIDOR_NVIDIA_GPU(gpu);
-    return nvidia.readP0Clocks(gpuMhz, memMhz);
-}
-
-bool Kalidor::readGpuBaseClocks(int gpu, float* gpuMhz, float* memMhz, float* shaderMhz, float* volts) {
-    return readGpuP0Clocks(gpu, gpuMhz, memMhz, shaderMhz, volts);
-}
-
-// The management library reports no voltage.
-bool Kalidor::readGpuVoltage(int, float*) { return false; }
-bool Kalidor::readGpuVoltageStep(int, float*) { return false; }
-
 bool Kalidor::readGpuPowerUsage(int gpu, float* percent, uint32_t* milliwatts) {
     KALIDOR_NVIDIA_GPU(gpu);
     return nvidia.readPowerUsage(percent, milliwatts);
@@ -102,9 +88,6 @@ bool Kalidor::getGpuPerfLimiter(int gpu, uint32_t slot, bool* active, const char
     return true;
 }
 
-// The management library does not name the memory maker.
-bool Kalidor::getGpuRamMaker(int, char*) const { return false; }
-
 bool Kalidor::readGpuBoardInfo(int gpu, uint8_t (&bytes)[16]) {
     KALIDOR_NVIDIA_GPU(gpu);
     return nvidia.readBoardInfo(bytes);
@@ -126,30 +109,8 @@ const char* Kalidor::getActiveAppName(int gpu, uint32_t i) const {
     return r && i < kActiveAppSlots ? r->activeApps[i].processName : nullptr;
 }
 
-const char* Kalidor::getDriverBranch() const {
-    const NvidiaState* state = nvidiaState(*this);
-    return state ? state->nvDriverBranch : nullptr;
-}
-
-uint32_t Kalidor::getDriverVersionNumber() const {
-    const NvidiaState* state = nvidiaState(*this);
-    return state ? state->nvDriverVersion : 0;
-}
-
-// The driver's settings profiles have no counterpart in the management library.
-bool Kalidor::exportDriverSettings(int, const char*) { return false; }
-
-// Only the application clocks can be set here, both at once; voltage cannot be set.
-bool Kalidor::setGpuPstate20Clocks(int gpu, float coreMhz, float memMhz, float volts) {
-    if (volts > 0.0f) return false;
-    KALIDOR_NVIDIA_GPU(gpu);
-    return nvidia.setApplicationClocks(coreMhz, memMhz);
-}
-
-bool Kalidor::setGpuPstateClocks(int gpu, float gpuMhz, float memMhz, float shaderMhz, float volts) {
-    if (shaderMhz > 0.0f) return false;
-    return setGpuPstate20Clocks(gpu, gpuMhz, memMhz, volts);
-}
+const char* Kalidor::getDriverBranch() const { return textOrEmpty(heldSnapshot().driver.nvDriverBranch); }
+uint32_t Kalidor::getDriverVersionNumber() const { return heldSnapshot().driver.nvDriverVersionNumber; }
 
 #undef KALIDOR_NVIDIA_GPU
 

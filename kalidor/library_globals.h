@@ -13,15 +13,13 @@
 
 namespace Kalidornm {
 
-// The primary GPU as the scan saw it at the end of start-up; never refreshed but for the display mode.
+// The primary GPU as the scan saw it at the end of start-up; never refreshed.
 struct GpuSummary {
     char gpuName[256] = {};
     char driverText[256] = {};
     char codename[128] = {};
     char biosVersion[256] = {};
-    char cpuName[256] = {};
     char osDescription[256] = {};
-    char osShortName[128] = {};
     char openGLVersion[256] = {};
     char glslVersion[256] = {};
     int32_t tdpWatts = 0;
@@ -33,11 +31,7 @@ struct GpuSummary {
     uint32_t videoMemoryMb = 0;
     uint32_t vendorId = 0;
     uint32_t deviceId = 0;
-    uint32_t gpuCount = 0;
     uint32_t totalGpuCount = 0;
-    uint64_t physicalMemory = 0;
-    bool hasArrayAndBufferTextures = false;
-    uint32_t displayWidth = 0, displayHeight = 0, displayFrequency = 0, displayBitsPerPixel = 0;
     std::vector<std::string> extensionNames;
     uint32_t glExtensionCount = 0;
     uint32_t wglExtensionCount = 0;
@@ -57,11 +51,17 @@ struct LibraryGlobals {
     bool hasDisplayDevice = false;
     bool isVista = false;
     uint32_t physxVersion = 0;
-    bool physxOnGpu = false;
     GpuSummary summary;
     std::optional<MachineSnapshot> snapshot;  // read on first use, dropped at shutdown
 };
 
 extern LibraryGlobals gGlobals;
+
+// The snapshot the library holds, read from the records on first use after start-up; what the facade's
+// accessors of static facts answer from.
+const MachineSnapshot& heldSnapshot();
+
+// A snapshot text where the facade hands out C strings: one the library never found reads as empty.
+inline const char* textOrEmpty(const std::optional<std::string>& text) { return text ? text->c_str() : ""; }
 
 }  // namespace Kalidornm

@@ -21,6 +21,7 @@ struct SystemFacts {
     int32_t cpuFamily = 0, cpuModel = 0, cpuStepping = 0;
     uint32_t installedMemoryMb = 0;  // 0 where the system cannot tell
     uint32_t totalMemoryKb = 0;
+    uint32_t physicalMemoryBytes = 0;  // saturates at the 32-bit limit
     // The summary's copy, which the graphics scan fills: empty on a machine without a display device.
     std::optional<std::string> osDescription;
     // The same text as the system gave it at start, known with or without a GPU.
@@ -127,6 +128,8 @@ struct GpuSnapshot {
     std::optional<std::string> memoryMaker;     // the memory chips' vendor, where the driver tells
     int32_t vertexPipes = 0, pixelPipes = 0;    // of GPUs before unified shaders
     std::string displayDeviceString;            // its display device's text; empty without one
+    std::string displayDeviceId;                // its display device's PCI id string; empty without one
+    std::optional<std::string> driverDate;      // the kernel driver's build date
     bool hasTemperatureSensor = false;
     NvidiaClockFacts nvidia;
     std::vector<PerfLevelFacts> perfLevels;  // the levels that could be read, in level order
@@ -145,6 +148,8 @@ struct PrimaryDeviceFacts {
     int32_t textureUnits = 0, ropUnits = 0, tdpWatts = 0;
     std::string displayDeviceString;  // display device 0; empty without one
     std::optional<std::string> biosString;  // the BIOS as the display driver words it
+    std::string revisionText;               // the PCI revision, "A1"; empty before a display device is decoded
+    std::optional<std::string> driverDescription, deviceDescription, openGLDriverName;
     uint32_t totalGpuCount = 0;             // GPUs the primary vendor's driver counts, linked ones included
 };
 
@@ -152,6 +157,7 @@ struct DriverFacts {
     uint32_t nvDriverVersionNumber = 0;  // NVIDIA driver version x 100; 0 without the driver
     std::optional<std::string> nvDriverBranch;
     uint32_t amdGpuCount = 0, amdCrossfireGpuCount = 0;  // 0 without the AMD driver
+    uint32_t amdAdapterCount = 0, amdUsableAdapterCount = 0;
 };
 
 struct GlCapFacts {

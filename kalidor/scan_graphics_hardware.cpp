@@ -69,7 +69,6 @@ bool Kalidor::scanGraphicsHardware() {
     }
 
     trace.write("Kalidor::scanGraphicsHardware() - 07");
-    if (machine->capabilityFlags[30] && machine->capabilityFlags[31]) summary.hasArrayAndBufferTextures = true;
 
     trace.write("Kalidor::scanGraphicsHardware() - 08");
     trace.write("Kalidor::scanGraphicsHardware() - 09");
@@ -85,25 +84,18 @@ bool Kalidor::scanGraphicsHardware() {
     trace.write("Kalidor::scanGraphicsHardware() - 11");
     summary.vendorId = uint32_t(primary.vendorId);
     summary.deviceId = uint32_t(primary.deviceId);
-    summary.gpuCount = 1;
     if (nvidiaPrimary) {
         // Without the legacy control panel there is no second count to fall back on.
         summary.totalGpuCount = machine->nvidia.nvLogicalGpuCount;
-        summary.gpuCount = machine->nvidia.nvPhysicalGpuCount;
         if (summary.totalGpuCount == 0) summary.totalGpuCount = 1;
     } else if (machine->primaryVendorKind == kPrimaryVendorAmd) {
         summary.totalGpuCount = machine->amd.agsGpuCount;
-        summary.gpuCount = machine->amd.agsGpuCount;
         if (summary.totalGpuCount == 0) summary.totalGpuCount = 1;
     }
-    if (summary.gpuCount == 0) summary.gpuCount = 1;
 
     trace.write("Kalidor::scanGraphicsHardware() - 12");
     const CpuOsInfo& cpuOs = machine->cpuOs;
-    if (cpuOs.cpuName[0]) copyText(summary.cpuName, cpuOs.cpuName);
-    summary.physicalMemory = cpuOs.physicalMemoryBytes;
     if (cpuOs.osDescription[0]) copyText(summary.osDescription, cpuOs.osDescription);
-    if (cpuOs.osShortName[0]) copyText(summary.osShortName, cpuOs.osShortName);
 
     trace.write("Kalidor::scanGraphicsHardware() - 13");
     copyOpenGlSummary(*machine, summary);

@@ -106,6 +106,7 @@ protected:
             Kalidor::destroyInstance();
         }
         Kalidornm::gGlobals.summary = Kalidornm::GpuSummary{};
+        Kalidornm::gGlobals.snapshot.reset();
         Kalidornm::gGlobals.gpu_db_index = -1;
         Kalidornm::gGlobals.hasDisplayDevice = false;
         Kalidor::setSources(Kalidornm::KalidorSources{});

@@ -31,6 +31,7 @@ protected:
         Kalidornm::Kalidor& library = start("amdgpu-rx6800");
         library.caps()->gl.msaaModes = {{11, 2}, {12, 4}, {13, 8}};
         Kalidornm::gGlobals.summary.glNumbers.maxViewportSize = 4096;
+        Kalidornm::gGlobals.snapshot.reset();  // read again, with the limits set here
         return library;
     }
     static const DemoDescriptor& demo(int row) { return *demoDescriptor(DemoPicker::OpenGl, row); }

@@ -140,19 +140,21 @@ TEST_F(OpenGlPanelTest, CapsTreeHoldsEveryHeadedGroupOfTheCatalogueCollapsed) {
         int32_t first = -1;
         ASSERT_EQ(branch->childCount(), m_library->capCountInGroup(shown.back().c_str(), &first)) << shown.back();
         for (int leaf = 0; leaf < branch->childCount(); ++leaf) {
-            char name[128] = {}, group[128] = {};
-            int32_t type = 0, integer = 0, triple[3] = {};
-            int64_t wide = 0;
-            float real = 0;
-            ASSERT_TRUE(m_library->getCap(first + leaf, name, &type, &integer, triple, &wide, &real, group));
+            const std::optional<Kalidornm::GlCapFacts> cap = m_library->getCap(first + leaf);
+            ASSERT_TRUE(cap);
+            const QString name = QString::fromStdString(cap->name);
             const QStringList parts = branch->child(leaf)->text(0).split(": ");
             ASSERT_EQ(parts.size(), 2);
             EXPECT_EQ(parts[0], name);
-            const double value = type == 2 ? double(real) : type == 4 ? double(wide) : integer;
-            if (type == 5) {
-                EXPECT_EQ(parts[1], QString("%1/%2/%3").arg(triple[0]).arg(triple[1]).arg(triple[2])) << name;
+            const double value = cap->valueType == 2   ? double(cap->floatValue)
+                                 : cap->valueType == 4 ? double(cap->int64Value)
+                                                       : cap->intValue;
+            if (cap->valueType == 5) {
+                const int32_t* triple = cap->tripleValue;
+                EXPECT_EQ(parts[1], QString("%1/%2/%3").arg(triple[0]).arg(triple[1]).arg(triple[2]))
+                    << name.toStdString();
             } else {
-                EXPECT_NEAR(parts[1].toDouble(), value, 1e-6 * (1 + std::fabs(value))) << name;
+                EXPECT_NEAR(parts[1].toDouble(), value, 1e-6 * (1 + std::fabs(value))) << name.toStdString();
             }
         }
     }

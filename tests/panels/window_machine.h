@@ -87,6 +87,7 @@ protected:
             Kalidor::destroyInstance();
         }
         gGlobals.summary = GpuSummary{};
+        gGlobals.snapshot.reset();
         gGlobals.gpu_db_index = -1;
         gGlobals.hasDisplayDevice = false;
         Kalidor::setSources(KalidorSources{});

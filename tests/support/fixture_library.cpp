@@ -41,6 +41,7 @@ void FixtureLibrary::stop() {
         Kalidor::destroyInstance();
     }
     gGlobals.summary = GpuSummary{};
+    gGlobals.snapshot.reset();
     gGlobals.gpu_db_index = -1;
     gGlobals.hasDisplayDevice = false;
     Kalidor::setSources(KalidorSources{});

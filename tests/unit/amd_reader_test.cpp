@@ -316,6 +316,7 @@ TEST(KalidorAmd, FacadeReadsPowerControlAndCounts) {
     caps->sources.rootDir = kFixtures + "/amdgpu-two-cards";
     caps->sources.nvmlLibrary = "";
     caps->init(gGlobals.gpus);
+    gGlobals.snapshot.reset();  // the facade reads its static facts from the records made here
 
     EXPECT_EQ(library->getAmdAgsGpuCount(), 2u);
     EXPECT_EQ(library->getAmdCrossfireGpuCount(), 0u);
@@ -332,6 +333,7 @@ TEST(KalidorAmd, FacadeReadsPowerControlAndCounts) {
     EXPECT_FLOAT_EQ(gpuMhz, 1040.0f);
 
     gGlobals.gpus.clear();
+    gGlobals.snapshot.reset();
     caps->cleanup();
     *caps = HardwareCaps{};
 }

@@ -43,6 +43,7 @@ TEST(FixtureMachine, DesktopWithOneNvidiaCardAndNoDriverLibrary) {
 
     // The primary block the OpenGL probe asks for.
     ASSERT_TRUE(library.caps()->initGraphicsControllerData());
+    gGlobals.snapshot.reset();  // the facade's static facts are read again, with the block just filled
     EXPECT_STREQ(library.getPrimaryDriverVersion(), "535.104.05");
     EXPECT_STREQ(library.getPrimaryDriverDescription(), "nvidia");
     EXPECT_STREQ(library.getPrimaryOpenGLDriverName(), "nvidia");

@@ -22,8 +22,7 @@ TEST(GpuRecord, StartsWithNeverReadValuesAndTheFourServedLimiterNames) {
     EXPECT_EQ(r.displaySlot, 1000u);
     EXPECT_FLOAT_EQ(r.fanPercent, -1.0f);
     EXPECT_FLOAT_EQ(r.videoLoadPercent, -1.0f);
-    EXPECT_FLOAT_EQ(r.sensorGpu.min, 1000.0f);
-    EXPECT_FLOAT_EQ(r.sensorGpu.max, -1000.0f);
+    EXPECT_FALSE(r.sensorGpu.read);
     EXPECT_STREQ(r.perfLimiterName[0].get(), "power");
     EXPECT_STREQ(r.perfLimiterName[1].get(), "temperature");
     EXPECT_STREQ(r.perfLimiterName[2].get(), "voltage");

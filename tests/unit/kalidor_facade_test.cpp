@@ -25,6 +25,7 @@ TEST(KalidorFacade, RecordsOfOtherVendorsReadNothingLive) {
     auto record = std::make_unique<GpuRecord>();
     record->vendorId = 0x8086;
     gGlobals.gpus.append(std::move(record));
+    gGlobals.snapshot.reset();  // the facade reads its static facts from the record made here
 
     float percent = 7.0f, rpm = 7.0f;
     EXPECT_FALSE(library->readGpuFanSpeed(0, &percent, &rpm));
@@ -38,27 +39,7 @@ TEST(KalidorFacade, RecordsOfOtherVendorsReadNothingLive) {
     EXPECT_FALSE(library->getGpuPciIds(5, nullptr, nullptr, nullptr, nullptr));
     EXPECT_TRUE(library->getGpuPciIds(0, nullptr, nullptr, nullptr, nullptr));
     gGlobals.gpus.clear();
-}
-
-TEST(KalidorFacade, TrackedExtremesFollowTheLastReadings) {
-    Kalidor* library = Kalidor::getInstance();
-    auto record = std::make_unique<GpuRecord>();
-    record->sensorGpu.take(55.0f);
-    gGlobals.gpus.append(std::move(record));
-
-    // Regression: a board sensor never read counted as 0 °C and raised its maximum from -1000 to 0.
-    float core = 0, board = -7;
-    ASSERT_TRUE(library->readGpuMaxTemperatures(0, &core, &board, nullptr, nullptr));
-    EXPECT_FLOAT_EQ(core, 55.0f);
-    EXPECT_FLOAT_EQ(board, -7.0f);
-    EXPECT_FLOAT_EQ(gGlobals.gpus.at(0)->sensorBoard.max, -1000.0f);
-    gGlobals.gpus.at(0)->sensorGpu.take(40.0f);
-    ASSERT_TRUE(library->readGpuMaxTemperatures(0, &core, nullptr, nullptr, nullptr));
-    EXPECT_FLOAT_EQ(core, 55.0f);
-    ASSERT_TRUE(library->readGpuMinTemperatures(0, &core, nullptr, nullptr, nullptr));
-    EXPECT_FLOAT_EQ(core, 40.0f);
-    EXPECT_FALSE(library->readGpuMinTemperatures(1, &core, nullptr, nullptr, nullptr));
-    gGlobals.gpus.clear();
+    gGlobals.snapshot.reset();
 }
 
 TEST(KalidorFacade, ShutdownBeforeAStartedScanReportsFalse) {

@@ -28,9 +28,11 @@ protected:
         caps.sources.rootDir = ::testing::TempDir() + "no-sysfs";  // no sleeping GPU to respect
         caps.pci = PciBus::scan(caps.sources.rootDir);
         caps._createGpuRecords(gGlobals.gpus);
+        gGlobals.snapshot.reset();  // the facade reads its static facts from the records made here
     }
     void TearDown() override {
         gGlobals.gpus.clear();
+        gGlobals.snapshot.reset();
         if (library && library->caps()) {
             library->caps()->cleanup();
             library->caps()->nvidia.reset();
@@ -94,8 +96,10 @@ TEST_F(NvidiaFacade, LiveReadsGiveTheDriversValuesInTheirUnits) {
         EXPECT_FLOAT_EQ(gpuMhz, expected.first) << type;
         EXPECT_FLOAT_EQ(memMhz, expected.second) << type;
     }
-    ASSERT_TRUE(library->readGpuBaseClocks(0, &gpuMhz, &memMhz, nullptr, nullptr));
-    EXPECT_FLOAT_EQ(gpuMhz, 1110.0f);
+    // P0 runs at the maximum clocks, which the snapshot keeps as the P0 set.
+    const std::optional<ClockSet>& p0 = library->snapshot().gpus.at(0).nvidia.p0Clocks;
+    ASSERT_TRUE(p0);
+    EXPECT_FLOAT_EQ(p0->gpuMhz, clockTypes[2].second.first);
     float coreOffset = 0, memOffset = 0;
     ASSERT_TRUE(library->readGpuClockOffsets(0, &coreOffset, &memOffset, nullptr));
     EXPECT_FLOAT_EQ(coreOffset, -50.0f);

@@ -77,12 +77,13 @@ std::string combinedFilter(const char* existing, const std::string& ours) {
 
 Kalidornm::MachineSnapshot sleepView(Kalidornm::Kalidor& library) {
     Kalidornm::MachineSnapshot view;
-    for (uint32_t gpu = 0; gpu < library.getGpuCount(); ++gpu) {
+    const Kalidornm::MachineSnapshot& machine = library.snapshot();
+    for (size_t gpu = 0; gpu < machine.gpus.size(); ++gpu) {
         Kalidornm::GpuSnapshot g;
-        uint32_t device = 0, subvendor = 0, subdevice = 0;
-        g.hasPciIds = library.getGpuPciIds(int(gpu), &g.vendorId, &device, &subvendor, &subdevice);
-        const std::string address = library.getGpuPciAddress(int(gpu));
-        if (!address.empty()) g.pciAddress = address;
+        g.hasPciIds = machine.gpus[gpu].hasPciIds;
+        g.vendorId = machine.gpus[gpu].vendorId;
+        g.pciAddress = machine.gpus[gpu].pciAddress;
+        // Asked now rather than taken from the snapshot: a GPU may have gone to sleep since it was read.
         g.live.suspended = library.isGpuSuspended(int(gpu));
         view.gpus.push_back(std::move(g));
     }

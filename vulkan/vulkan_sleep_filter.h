@@ -30,8 +30,8 @@ DriverFilterDecision decideDriverFilter(const Kalidornm::MachineSnapshot& machin
 // The filter the loader is given: an existing setting of the user's kept, ours added to it.
 std::string combinedFilter(const char* existing, const std::string& ours);
 
-// The GPUs as the sleep decision needs them (vendor, address, whether each sleeps now), read from the
-// library's records without asking any GPU more than its power state.
+// The GPUs as the sleep decision needs them (vendor, address, whether each sleeps now): identity from the
+// library's snapshot, each GPU's power state asked again.
 Kalidornm::MachineSnapshot sleepView(Kalidornm::Kalidor& library);
 
 }  // namespace vulkan

@@ -6,7 +6,6 @@
 
 // The module's one exported function: the interactive run, with main's arguments and meaning of the result.
 extern "C" int lumenscope_desktop_main(int argc, char** argv);
-using DesktopMainFunction = int(int argc, char** argv);
 inline constexpr const char* kDesktopMainSymbol = "lumenscope_desktop_main";
 
 // The module's file name; it sits beside the program in the build tree and in LUMENSCOPE_MODULE_DIR (relative

@@ -31,6 +31,17 @@ int printJsonReport(const AppState& state, Kalidornm::Kalidor* library, std::FIL
     return 0;
 }
 
+void useMachineRoot(const LongOptions& options) {
+    if (!options.root) return;
+    Kalidornm::KalidorSources sources;
+    sources.rootDir = *options.root;
+    // A machine read from a folder has files where its device nodes were: the host's libdrm_amdgpu, asked on
+    // one, answers nothing and prints its own failures on stderr. An AMD card's memory type stays unknown there
+    // instead.
+    sources.amdgpuLibrary.clear();
+    Kalidornm::Kalidor::setSources(sources);
+}
+
 int runJsonReport(int argc, const char* const* argv) {
     AppState& state = gApp;
     // As openRun, without the log file.

@@ -11,6 +11,9 @@ namespace Kalidornm {
 class Kalidor;
 }
 
+// Points the hardware library at the machine folder of --root, where one is given.
+void useMachineRoot(const LongOptions& options);
+
 // report.json's text on standard output, from the same start-up and snapshot as the batch reports; no file.
 // `argc`/`argv` hold the older options only. A library that would not start is told on standard error and
 // the report of what is known without it is printed still. 0, or 1 when nothing could be printed.
@@ -24,5 +27,5 @@ int printJsonReport(const AppState& state, Kalidornm::Kalidor* library, std::FIL
 int runMetricsTextFile(const LongOptions& options);
 
 // The metrics endpoint (--serve-metrics) until SIGINT or SIGTERM, every scrape answered from one sample read
-// at most once a second (app/metrics_endpoint_run.cpp). 1 with a message where this build has no endpoint.
+// at most once a second. Built into the metrics module only (app/metrics_module.h).
 int runMetricsEndpoint(const LongOptions& options);

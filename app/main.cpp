@@ -9,7 +9,6 @@
 #include "app/long_options.h"
 #include "app/monitor_run.h"
 #include "app/platform/desktop_module_loader.h"
-#include "kalidor/kalidor.h"
 
 int main(int argc, char** argv) {
     const std::string commandLine = joinArguments(argc, argv);
@@ -25,15 +24,9 @@ int main(int argc, char** argv) {
         return 2;
     }
     const LongOptions& options = split.options;
-    if (options.root) {
-        Kalidornm::KalidorSources sources;
-        sources.rootDir = *options.root;
-        // A machine read from a folder has files where its device nodes were: the host's libdrm_amdgpu,
-        // asked on one, answers nothing and prints its own failures on stderr. An AMD card's memory type
-        // stays unknown there instead.
-        sources.amdgpuLibrary.clear();
-        Kalidornm::Kalidor::setSources(sources);
-    }
+    // The metrics module reads the whole line itself.
+    if (options.serveMetrics) return runProgramModule(kMetricsModule, argc, argv);
+    useMachineRoot(options);
     // The older options see the line without the two-dash options.
     std::vector<const char*> rest = {argv[0]};
     for (const std::string& argument : split.otherArguments) rest.push_back(argument.c_str());
@@ -43,7 +36,6 @@ int main(int argc, char** argv) {
     if (options.json) return runJsonReport(restCount, restArgv);
     if (options.monitor) return runMonitor(options);
     if (options.textfile) return runMetricsTextFile(options);
-    if (options.serveMetrics) return runMetricsEndpoint(options);
     if (isBatchRun(joinArguments(restCount, restArgv).c_str())) return runBatchReports(restCount, restArgv);
-    return runDesktopModule(restCount, restArgv);
+    return runProgramModule(kDesktopModule, restCount, restArgv);
 }

@@ -1,13 +1,8 @@
 #include <cstdio>
 #include <string>
 
-#include "app/live_runs.h"
-
-// The server lives in the exporter layer beside the exposition; a tree built without it still answers the
-// option, with a message.
-#if __has_include("exporter/metrics_server.h")
-
 #include "app/live_library.h"
+#include "app/live_runs.h"
 #include "app/platform/stop_signals.h"
 #include "exporter/metrics_server.h"
 #include "exporter/shared_live_sample.h"
@@ -32,12 +27,3 @@ int runMetricsEndpoint(const LongOptions& options) {
     signals.unblock();
     return serveMetrics(server, [&sample] { return sample.metricsText(); }, signals.stopRequested());
 }
-
-#else
-
-int runMetricsEndpoint(const LongOptions&) {
-    std::fputs("lumenscope: --serve-metrics: this build has no metrics endpoint\n", stderr);
-    return 1;
-}
-
-#endif

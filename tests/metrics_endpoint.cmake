@@ -4,10 +4,10 @@ find_library(CRYPT_LIBRARY crypt REQUIRED)
 find_package(nlohmann_json REQUIRED)
 
 add_executable(fixed_metrics_server metrics_endpoint/fixed_metrics_server.cpp)
-target_link_libraries(fixed_metrics_server PRIVATE exporter)
+target_link_libraries(fixed_metrics_server PRIVATE exporter_server)
 
 lumenscope_unit_test(unit_metrics_request_parsing unit/metrics_request_parsing_test.cpp)
-target_link_libraries(unit_metrics_request_parsing PRIVATE exporter ${CRYPT_LIBRARY})
+target_link_libraries(unit_metrics_request_parsing PRIVATE exporter_server ${CRYPT_LIBRARY})
 
 foreach(name endpoint tls_auth prometheus_scrape)
   lumenscope_integration_test(integration_metrics_${name} metrics_endpoint/${name}_test.cpp)
@@ -17,7 +17,7 @@ foreach(name endpoint tls_auth prometheus_scrape)
     FIXED_METRICS_SERVER="$<TARGET_FILE:fixed_metrics_server>")
 endforeach()
 # Prometheus also scrapes the program itself serving fixture machines, NVIDIA cards through the fake library.
-add_dependencies(integration_metrics_prometheus_scrape lumenscope fake_nvml_full)
+add_dependencies(integration_metrics_prometheus_scrape lumenscope lumenscope_metrics fake_nvml_full)
 target_compile_definitions(integration_metrics_prometheus_scrape PRIVATE
   LUMENSCOPE_BINARY="$<TARGET_FILE:lumenscope>"
   SYSFS_FIXTURES="${CMAKE_CURRENT_SOURCE_DIR}/fixtures/sysfs"

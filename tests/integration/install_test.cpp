@@ -179,3 +179,33 @@ TEST_F(InstalledProgram, ManPageRendersWithoutWarningsAndNamesEveryOption) {
 }
 
 }  // namespace
+
+// The metrics endpoint comes from a module of its own, so that no other run maps the HTTP server and TLS
+// libraries: the program does not even name them.
+TEST_F(InstalledProgram, ServesMetricsFromItsOwnModuleAndTheProgramNeedsNoHttpServer) {
+    const fs::path module = prefix / INSTALL_LIBDIR / "lumenscope" / "lumenscope-metrics.so";
+    ASSERT_TRUE(fs::is_regular_file(module));
+    const fs::path work = base / "metrics_module_run";
+    fs::create_directories(work);
+
+    const CapturedRun needed = runCaptured("readelf", work, {"--dynamic", binary().string()}, work / "readelf");
+    ASSERT_EQ(needed.exitCode, 0) << needed.err;
+    EXPECT_NE(needed.out.find("(NEEDED)"), std::string::npos) << needed.out;
+    for (const char* library : {"libmicrohttpd", "libgnutls", "libcrypt.so"})
+        EXPECT_EQ(needed.out.find(library), std::string::npos) << library << " in\n" << needed.out;
+    const CapturedRun moduleNeeds = runCaptured("readelf", work, {"--dynamic", module.string()}, work / "readelf");
+    EXPECT_NE(moduleNeeds.out.find("libmicrohttpd"), std::string::npos) << moduleNeeds.out;
+
+    // Loaded: the module reads the line itself and refuses an address that is none.
+    const CapturedRun loaded = runWithoutDisplay(binary(), work, {"--serve-metrics=not-an-address"});
+    EXPECT_EQ(loaded.exitCode, 2) << loaded.err;
+    EXPECT_NE(loaded.err.find("--serve-metrics"), std::string::npos) << loaded.err;
+
+    const fs::path aside = base / "metrics_module_aside.so";
+    fs::rename(module, aside);
+    const CapturedRun missing = runWithoutDisplay(binary(), work, {"--serve-metrics=127.0.0.1:0"});
+    fs::rename(aside, module);
+    EXPECT_EQ(missing.exitCode, 1);
+    EXPECT_NE(missing.err.find("cannot load the metrics module"), std::string::npos) << missing.err;
+    EXPECT_NE(missing.err.find(module.string()), std::string::npos) << "names the file it looked for";
+}

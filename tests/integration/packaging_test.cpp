@@ -68,6 +68,7 @@ TEST(DebianPackage, HoldsTheProgramItsModuleDataAndServiceAndDeclaresItsLibrarie
     const std::string expected[] = {
         " ./usr/bin/lumenscope\n",
         " ./usr/" PACKAGE_LIBDIR "/lumenscope/lumenscope-desktop.so\n",
+        " ./usr/" PACKAGE_LIBDIR "/lumenscope/lumenscope-metrics.so\n",
         " ./usr/share/man/man1/lumenscope.1",  // compressed or not, as the packager chooses
         " ./usr/share/applications/org.example.lumenscope.desktop\n",
         " ./usr/share/metainfo/org.example.lumenscope.metainfo.xml\n",

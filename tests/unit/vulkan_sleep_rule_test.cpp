@@ -1,7 +1,4 @@
 #include <gtest/gtest.h>
-#include <sys/inotify.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -10,6 +7,7 @@
 
 #include "fakes/vulkan/fake_vulkan_values.h"
 #include "support/fixture_library.h"
+#include "support/open_watch.h"
 #include "support/sysfs_tree.h"
 #include "unit/compute_test_log.h"
 #include "vulkan/vulkan_discovery.h"
@@ -65,32 +63,6 @@ TEST(VulkanSleepFilter, LeavesOutTheSleepingVendorsDriversOrSkipsWhereThatWouldH
     EXPECT_EQ(combinedFilter("*lvp*", "*amd*"), "*lvp*,*amd*");
     EXPECT_EQ(combinedFilter("*lvp*", ""), "*lvp*");
 }
-
-// The folder's files the kernel saw opened while watched.
-class OpenWatch {
-public:
-    OpenWatch() : m_fd(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {}
-    ~OpenWatch() {
-        if (m_fd >= 0) ::close(m_fd);
-    }
-    OpenWatch(const OpenWatch&) = delete;
-    OpenWatch& operator=(const OpenWatch&) = delete;
-    bool watch(const std::string& folder) { return m_fd >= 0 && inotify_add_watch(m_fd, folder.c_str(), IN_OPEN) >= 0; }
-    std::vector<std::string> opened() {
-        std::vector<std::string> names;
-        alignas(inotify_event) char buffer[8192];
-        for (ssize_t n; (n = ::read(m_fd, buffer, sizeof buffer)) > 0;)
-            for (ssize_t at = 0; at < n;) {
-                const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
-                names.push_back(event->len ? event->name : ".");
-                at += ssize_t(sizeof(inotify_event) + event->len);
-            }
-        return names;
-    }
-
-private:
-    int m_fd;
-};
 
 // What the fake loader saw at vkCreateInstance, one line per call.
 class CreateLog {

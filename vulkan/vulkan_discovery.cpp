@@ -69,7 +69,8 @@ std::vector<VulkanExtension> instanceExtensions(const VulkanGlobalCalls& g, std:
         [&](uint32_t* count, VkExtensionProperties* items) {
             return g.enumerateInstanceExtensionProperties(nullptr, count, items);
         },
-        kMaxVulkanExtensions, "vkEnumerateInstanceExtensionProperties", problems);
+        kMaxVulkanExtensions, "vkEnumerateInstanceExtensionProperties", problems,
+        kInstanceExtensionsFirstRoom);
     for (const VkExtensionProperties& extension : extensions) {
         const auto& [name, revision] = extension;
         out.push_back({std::string(name, strnlen(name, sizeof name)), revision});
@@ -81,7 +82,7 @@ std::vector<VulkanLayer> instanceLayers(const VulkanGlobalCalls& g, std::vector<
     std::vector<VulkanLayer> out;
     const auto layers = enumerateCapped<VkLayerProperties>(
         [&](uint32_t* count, VkLayerProperties* items) { return g.enumerateInstanceLayerProperties(count, items); },
-        kMaxVulkanLayers, "vkEnumerateInstanceLayerProperties", problems);
+        kMaxVulkanLayers, "vkEnumerateInstanceLayerProperties", problems, kInstanceLayersFirstRoom);
     for (const VkLayerProperties& layer : layers) {
         const auto& [name, apiVersion, implementation, description] = layer;
         out.push_back({std::string(name, strnlen(name, sizeof name)),

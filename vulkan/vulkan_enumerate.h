@@ -18,9 +18,27 @@ namespace vulkan {
 
 // `call(uint32_t* count, T* items)` is the driver's enumeration with its other arguments bound. Returns what
 // could be read; each thing that went wrong adds one line, "<what>: <why>", to `problems`.
+// A `firstRoom` above zero makes the first call with that much room and no count asked: the loader answers
+// each instance-level enumeration by reading every manifest and opening every driver again, so one call where
+// two were made halves that cost whenever the list fits.
 template <typename T, typename Call>
-std::vector<T> enumerateCapped(Call call, uint32_t cap, const char* what, std::vector<std::string>& problems) {
+std::vector<T> enumerateCapped(Call call, uint32_t cap, const char* what, std::vector<std::string>& problems,
+                               uint32_t firstRoom = 0) {
     std::vector<T> items;
+    if (firstRoom > 0) {
+        const uint32_t room = std::min(firstRoom, cap);
+        items.assign(room, T{});
+        uint32_t written = room;
+        const VkResult result = call(&written, items.data());
+        if (result == VK_SUCCESS) {
+            items.resize(std::min(written, room));
+            return items;
+        }
+        if (result != VK_INCOMPLETE) {
+            problems.push_back(std::string(what) + ": " + vkResultText(result));
+            return {};
+        }
+    }
     for (int attempt = 0; attempt < kVulkanEnumerationTries; ++attempt) {
         uint32_t reported = 0;
         VkResult result = call(&reported, nullptr);

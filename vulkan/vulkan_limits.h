@@ -11,6 +11,9 @@ constexpr uint32_t kMaxVulkanDevices = 64;
 constexpr uint32_t kMaxVulkanExtensions = 4096;
 constexpr uint32_t kMaxVulkanLayers = 256;
 constexpr uint32_t kMaxVulkanQueueFamilies = 256;
+// Room for the first instance-level call: what a loader with every Mesa and vendor driver offers fits.
+constexpr uint32_t kInstanceExtensionsFirstRoom = 64;
+constexpr uint32_t kInstanceLayersFirstRoom = 32;
 // An enumeration whose count keeps changing between the two calls is asked this often, then kept as it is.
 constexpr int kVulkanEnumerationTries = 4;
 // The loader version whose driver filter (VK_LOADER_DRIVERS_DISABLE) keeps a sleeping GPU's driver unloaded.

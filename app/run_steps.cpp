@@ -8,6 +8,7 @@
 #include "app/app_state.h"
 #include "app/command_line.h"
 #include "app/gpu_log_block.h"
+#include "base/log_sink.h"
 #include "base/version.h"
 #include "compute/cuda_discovery.h"
 #include "compute/opencl_discovery.h"
@@ -45,10 +46,9 @@ void logDisplayDeviceStrings(Kalidor& library) {
 
 // LUMENSCOPE_VULKAN_LOADER names another loader file; the tests and the benchmark use it to serve a fake
 // loader or none.
-void discoverVulkanDevices(Kalidor& library) {
+void discoverVulkanDevices(Kalidor& library, base::LogSink& log) {
     const char* loader = std::getenv("LUMENSCOPE_VULKAN_LOADER");
-    vulkan::discoverVulkan(vulkan::sleepView(library), base::programLog(),
-                           loader && *loader ? loader : vulkan::kVulkanLoaderName);
+    vulkan::discoverVulkan(vulkan::sleepView(library), log, loader && *loader ? loader : vulkan::kVulkanLoaderName);
 }
 
 }  // namespace
@@ -74,12 +74,16 @@ Kalidor* startMachineProbes(AppState& state) {
     if (!library || !library->startup(0, 0, 64, 64, state.glMajorVersion, state.glMinorVersion, true)) {
         return nullptr;
     }
+    // Vulkan goes first, while the CPU clock's measuring window (which the first snapshot waits out) is
+    // still open; its lines keep their place in the log, after CUDA's.
+    base::HeldLines vulkanLines;
+    discoverVulkanDevices(*library, vulkanLines);
     state.gpuCount = library->getGpuCount();
     logDisplayDeviceStrings(*library);
     if (state.gpuCount > 0) logDetectedGpus(*library, state.gpuCount);
     state.cpuSpeedMhz = int32_t(library->getCpuSpeedMhz());
     compute::discoverCuda();
-    discoverVulkanDevices(*library);
+    vulkanLines.passTo(base::programLog());
 
     state.osIsVista = library->isVista();
     state.physxVersion = int32_t(library->getPhysxVersion());

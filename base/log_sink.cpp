@@ -27,6 +27,11 @@ void formatTo(LogSink& sink, const char* format, va_list args) {
 
 }  // namespace
 
+void HeldLines::passTo(LogSink& sink) {
+    for (const std::string& line : m_lines) sink.writeLine(line);
+    m_lines.clear();
+}
+
 void logTo(LogSink& sink, const char* format, ...) {
     va_list args;
     va_start(args, format);

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace base {
 
@@ -11,6 +13,17 @@ public:
     virtual ~LogSink() = default;
     // One message, without line end or time prefix; the sink adds what its medium needs.
     virtual void writeLine(std::string_view line) = 0;
+};
+
+// Lines kept back, to be written later where they belong in the log's order.
+class HeldLines final : public LogSink {
+public:
+    void writeLine(std::string_view line) override { m_lines.emplace_back(line); }
+    // Writes every held line to `sink` in order and forgets them.
+    void passTo(LogSink& sink);
+
+private:
+    std::vector<std::string> m_lines;
 };
 
 // Formats a message as printf does, cut at 32 KiB, and hands it to `sink`.

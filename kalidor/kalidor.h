@@ -79,6 +79,9 @@ public:
 
     // Per-GPU identity and cached values
     uint32_t getGpuCount() const;
+    // Each scanned GPU's PCI identity (ids, address), read from the scan itself rather than the snapshot:
+    // the first snapshot waits out the CPU clock's measuring window, and start-up does work in that window.
+    std::vector<GpuSnapshot> scannedGpuIdentities() const;
     bool getGpuPciIds(int gpu, uint32_t* vendor, uint32_t* device, uint32_t* subvendor, uint32_t* subdevice) const;
     const char* getGpuName(int gpu) const;
     const char* getGpuCodename(int gpu) const;

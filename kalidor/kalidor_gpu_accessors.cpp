@@ -3,6 +3,7 @@
 #include "kalidor/gpu_database/gpu_naming.h"
 #include "kalidor/gpu_database/pci_vendor_table.h"
 #include "kalidor/library_globals.h"
+#include "kalidor/machine_snapshot_reader.h"
 
 namespace Kalidornm {
 
@@ -42,6 +43,13 @@ const GpuSnapshot* gpuAt(int gpu) {
 }  // namespace
 
 uint32_t Kalidor::getGpuCount() const { return uint32_t(heldSnapshot().gpus.size()); }
+
+std::vector<GpuSnapshot> Kalidor::scannedGpuIdentities() const {
+    std::vector<GpuSnapshot> gpus;
+    gpus.reserve(gGlobals.gpus.size());
+    for (size_t gpu = 0; gpu < gGlobals.gpus.size(); ++gpu) gpus.push_back(gpuIdentity(*gGlobals.gpus.at(long(gpu))));
+    return gpus;
+}
 
 bool Kalidor::getGpuPciIds(int gpu, uint32_t* vendor, uint32_t* device, uint32_t* subvendor,
                            uint32_t* subdevice) const {

@@ -211,15 +211,11 @@ std::vector<PerfLevelFacts> readPerfLevels(GpuRecord& r, const HardwareCaps* mac
 }
 
 GpuSnapshot readGpu(GpuRecord& r, const HardwareCaps* machine) {
-    GpuSnapshot g;
+    GpuSnapshot g = gpuIdentity(r);
     g.name = presentText(r.name);
     g.codename = presentText(r.codename);
-    g.vendorId = r.vendorId, g.deviceId = r.deviceId, g.subvendorId = r.subvendorId, g.subdeviceId = r.subdeviceId;
-    // A device off the PCI bus (the software rasterizer) has a record with zero ids: it has none to show.
-    g.hasPciIds = r.vendorId != 0;
     g.driverVersion = presentText(r.driverVersion);
     g.busId = r.busId;
-    if (r.pciAddress) g.pciAddress = r.pciAddress->text();
     g.catalystVersion = presentText(r.catalystVersion);
     g.isCrimson = r.isCrimson != 0;
     // A figure the driver left at 0 comes from the database, and stays in the record.
@@ -282,6 +278,15 @@ PrimaryDeviceFacts readPrimary(const HardwareCaps* machine) {
 }
 
 }  // namespace
+
+GpuSnapshot gpuIdentity(const GpuRecord& r) {
+    GpuSnapshot g;
+    g.vendorId = r.vendorId, g.deviceId = r.deviceId, g.subvendorId = r.subvendorId, g.subdeviceId = r.subdeviceId;
+    // A device off the PCI bus (the software rasterizer) has a record with zero ids: it has none to show.
+    g.hasPciIds = r.vendorId != 0;
+    if (r.pciAddress) g.pciAddress = r.pciAddress->text();
+    return g;
+}
 
 MachineSnapshot readMachineSnapshot(Kalidor& k) {
     MachineSnapshot m;

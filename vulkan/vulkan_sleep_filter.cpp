@@ -77,16 +77,10 @@ std::string combinedFilter(const char* existing, const std::string& ours) {
 
 Kalidornm::MachineSnapshot sleepView(Kalidornm::Kalidor& library) {
     Kalidornm::MachineSnapshot view;
-    const Kalidornm::MachineSnapshot& machine = library.snapshot();
-    for (size_t gpu = 0; gpu < machine.gpus.size(); ++gpu) {
-        Kalidornm::GpuSnapshot g;
-        g.hasPciIds = machine.gpus[gpu].hasPciIds;
-        g.vendorId = machine.gpus[gpu].vendorId;
-        g.pciAddress = machine.gpus[gpu].pciAddress;
-        // Asked now rather than taken from the snapshot: a GPU may have gone to sleep since it was read.
-        g.live.suspended = library.isGpuSuspended(int(gpu));
-        view.gpus.push_back(std::move(g));
-    }
+    view.gpus = library.scannedGpuIdentities();
+    // Asked now rather than at the scan: a GPU may have gone to sleep since.
+    for (size_t gpu = 0; gpu < view.gpus.size(); ++gpu)
+        view.gpus[gpu].live.suspended = library.isGpuSuspended(int(gpu));
     return view;
 }
 

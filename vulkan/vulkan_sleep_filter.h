@@ -31,7 +31,7 @@ DriverFilterDecision decideDriverFilter(const Kalidornm::MachineSnapshot& machin
 std::string combinedFilter(const char* existing, const std::string& ours);
 
 // The GPUs as the sleep decision needs them (vendor, address, whether each sleeps now): identity from the
-// library's snapshot, each GPU's power state asked again.
+// library's scan, each GPU's power state asked now. Reads no machine snapshot.
 Kalidornm::MachineSnapshot sleepView(Kalidornm::Kalidor& library);
 
 }  // namespace vulkan

@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -108,6 +109,17 @@ TEST_P(FakeDriverBatch, WritesEveryReportWithoutASanitizerReport) {
     EXPECT_EQ(json["vulkan"]["devices"].size(), size_t(std::max(vulkanDevices, 0L)));
     if (vulkanDevices < 0) {
         EXPECT_NE(json["vulkan"]["status"], "read") << "a section read without its log line";
+    }
+    // Vulkan is discovered before the GPUs are logged, but its lines are held back to stand after CUDA's.
+    const size_t firstVulkanLine = log.find(">> Vulkan");
+    const size_t foundVulkan = log.find(" Vulkan device(s).");
+    const size_t vulkanStart = std::min(firstVulkanLine, foundVulkan);
+    ASSERT_NE(vulkanStart, std::string::npos) << log;
+    for (const char* earlier : {"Detected graphics cards", "CUDA", "libcuda"}) {
+        const size_t last = log.rfind(earlier);
+        if (last != std::string::npos) {
+            EXPECT_GT(vulkanStart, last) << earlier << " after Vulkan's lines:\n" << log;
+        }
     }
 }
 

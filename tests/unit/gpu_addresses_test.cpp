@@ -74,6 +74,31 @@ TEST(GpuAddresses, SortingByBusChangesNoVendorRead) {
     EXPECT_FLOAT_EQ(library.readGpuCoreTemperature(2), 52.0f);  // the AMD GPU's own files
 }
 
+// Start-up reads the scan's identities before the first snapshot (Vulkan's sleep rule needs them while the
+// CPU clock is still being measured): they must name the same GPUs, in the same order, as the snapshot does,
+// and follow a sort as the snapshot does.
+TEST(GpuAddresses, TheScansIdentitiesAgreeWithTheSnapshotBeforeAndAfterSorting) {
+    ThreeVendorMachine machine;
+    FixtureLibrary started(machine.sources());
+    Kalidor& library = started.library();
+    for (const bool sorted : {false, true}) {
+        if (sorted) {
+            ASSERT_TRUE(library.sortGpusByBusId());
+        }
+        const std::vector<GpuSnapshot> scanned = library.scannedGpuIdentities();
+        const std::vector<GpuSnapshot>& snapshot = library.snapshot().gpus;
+        ASSERT_EQ(scanned.size(), 3u);
+        ASSERT_EQ(scanned.size(), snapshot.size());
+        for (size_t i = 0; i < scanned.size(); ++i) {
+            EXPECT_EQ(scanned[i].vendorId, snapshot[i].vendorId) << i;
+            EXPECT_EQ(scanned[i].deviceId, snapshot[i].deviceId) << i;
+            EXPECT_EQ(scanned[i].hasPciIds, snapshot[i].hasPciIds) << i;
+            EXPECT_EQ(scanned[i].pciAddress, snapshot[i].pciAddress) << i;
+        }
+        EXPECT_EQ(scanned[0].pciAddress, sorted ? "0000:00:02.0" : "0000:01:00.0");
+    }
+}
+
 TEST(GpuAddresses, ASecondStartUpAfterShutdownGivesTheSameGpus) {
     ThreeVendorMachine machine;
     std::vector<GpuIdentity> first;

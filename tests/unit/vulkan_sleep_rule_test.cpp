@@ -118,6 +118,35 @@ TEST(VulkanSleepRule, OnTheHybridLaptopTheSleepingGpusDriversAreLeftOutAndItsFil
     freeVulkanInfo();
 }
 
+// A laptop whose two discrete GPUs both sleep, an NVIDIA and an AMD one, beside an awake Intel GPU: both
+// vendors' drivers are left out, and neither sleeping GPU's folder is opened but for its power state.
+TEST(VulkanSleepRule, ASleepingNvidiaAndASleepingAmdGpuAreBothLeftOutAndNeitherIsOpened) {
+    SysfsTree tree;
+    SysfsTree::Device intel = SysfsTree::gpu("0000:00:02.0", 0x8086, 0x9A49, "i915");
+    intel.bootVga = true;
+    tree.addDevice(intel);
+    const std::string nvidia =
+        tree.root() + tree.addDevice(SysfsTree::gpu("0000:01:00.0", 0x10DE, 0x25A2, "nvidia", "suspended"));
+    const std::string amd =
+        tree.root() + tree.addDevice(SysfsTree::gpu("0000:02:00.0", 0x1002, 0x73BF, "amdgpu", "suspended"));
+    CreateLog creates;
+    TestLog log;
+    {
+        FixtureLibrary started({tree.root(), ""});
+        OpenWatch watch;
+        for (const std::string& folder : {nvidia, amd}) {
+            ASSERT_TRUE(watch.watch(folder)) << folder;
+            ASSERT_TRUE(watch.watch(folder + "/power")) << folder;
+        }
+        discoverVulkan(sleepView(started.library()), log.log(), FAKE_VULKAN_LIBRARY);
+        for (const std::string& name : watch.opened()) EXPECT_EQ(name, "runtime_status");
+    }
+    EXPECT_EQ(vulkanInfo().status, VulkanStatus::Read);
+    const std::string leftOut = "*nvidia*,*nouveau*,*radeon*,*amd*,*virtio*";
+    EXPECT_EQ(creates.lines(), std::vector<std::string>{"vkCreateInstance " + leftOut + " layers ~implicit~"});
+    freeVulkanInfo();
+}
+
 // Two AMD GPUs, one asleep: no instance is made at all, and the log and the record say why.
 TEST(VulkanSleepRule, ASleepingGpuBesideAnAwakeOneOfItsVendorStopsDiscovery) {
     SysfsTree tree;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/command_line.h"
+#include "app/environment_variables.h"
 #include "base/version.h"
 
 namespace {
@@ -29,11 +30,18 @@ std::string helpText() {
         "and a number follows its '=' directly. With a report option the reports are written to the working\n"
         "directory and the program ends; without one the main window opens. Options that begin with '--' are\n"
         "whole words, their value after '='; an unknown one ends the program with status 2.\n"
+        "The reports and the window give the machine, its GPUs, OpenGL, OpenCL, CUDA and Vulkan.\n"
         "\n"
         "Options:\n";
     for (const OptionDescription& option : options) {
         const std::string column = optionColumn(option);
         text += "  " + column + std::string(width - column.size() + 2, ' ') + option.description + '\n';
+    }
+    text += "\nEnvironment:\n";
+    for (const EnvironmentDescription& variable : kDescribedEnvironment) {
+        const std::string name = variable.name;
+        text += "  " + name + std::string(width > name.size() ? width - name.size() + 2 : 2, ' ') +
+                variable.description + '\n';
     }
     return text;
 }

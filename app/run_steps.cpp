@@ -7,6 +7,7 @@
 #include "app/app_log.h"
 #include "app/app_state.h"
 #include "app/command_line.h"
+#include "app/environment_variables.h"
 #include "app/gpu_log_block.h"
 #include "base/log_sink.h"
 #include "base/version.h"
@@ -47,7 +48,7 @@ void logDisplayDeviceStrings(Kalidor& library) {
 // LUMENSCOPE_VULKAN_LOADER names another loader file; the tests and the benchmark use it to serve a fake
 // loader or none.
 void discoverVulkanDevices(Kalidor& library, base::LogSink& log) {
-    const char* loader = std::getenv("LUMENSCOPE_VULKAN_LOADER");
+    const char* loader = std::getenv(kVulkanLoaderVariable);
     vulkan::discoverVulkan(vulkan::sleepView(library), log, loader && *loader ? loader : vulkan::kVulkanLoaderName);
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "app/command_line.h"
+#include "app/environment_variables.h"
 #include "base/version.h"
 
 namespace {
@@ -39,6 +40,13 @@ std::string optionsSection() {
     return text;
 }
 
+std::string environmentSection() {
+    std::string text = ".SH ENVIRONMENT\n";
+    for (const EnvironmentDescription& variable : kDescribedEnvironment)
+        text += ".TP\n.B " + roffText(variable.name, false) + "\n" + roffText(variable.description, false) + "\n";
+    return text;
+}
+
 std::string manPage() {
     const char* version = lumenscope::kVersionText;
     const std::string name = lumenscope::kDisplayName;
@@ -69,6 +77,7 @@ std::string manPage() {
         "stands. With a report option the program writes its reports to the working directory and ends;\n"
         "without one the main window opens.\n";
     page += optionsSection();
+    page += environmentSection();
     page +=
         ".SH FILES\n"
         "All in the working directory of the run but the media.\n"

@@ -10,6 +10,7 @@
 #include "app/command_line.h"
 #include "app/long_options.h"
 #include "app/command_line_help.h"
+#include "app/environment_variables.h"
 #include "demos/harness/demo_table.h"
 
 namespace {
@@ -235,8 +236,13 @@ TEST(CommandLineHelp, ListsEveryOptionOnOneLineWithItsDescriptionInOneColumn) {
     std::istringstream text(helpText());
     for (std::string line; std::getline(text, line);) lines.push_back(line);
     const auto optionsHeading = std::find(lines.begin(), lines.end(), "Options:");
+    const auto environmentHeading = std::find(lines.begin(), lines.end(), "Environment:");
     ASSERT_NE(optionsHeading, lines.end());
-    const std::vector<std::string> optionLines(optionsHeading + 1, lines.end());
+    ASSERT_NE(environmentHeading, lines.end());
+    // The option lines, then one blank line before the environment's.
+    const std::vector<std::string> optionLines(optionsHeading + 1, environmentHeading - 1);
+    EXPECT_EQ(*(environmentHeading - 1), "");
+    EXPECT_EQ(size_t(lines.end() - environmentHeading - 1), std::size(kDescribedEnvironment));
 
     const std::vector<OptionDescription> options = describedOptions();
     ASSERT_EQ(optionLines.size(), options.size());

@@ -59,7 +59,7 @@ constexpr const char* kImplicitLayers = "~implicit~";
 VulkanInfo stopped(VulkanInfo info, VulkanStatus status, std::string text, base::LogSink& log) {
     info.status = status;
     info.statusText = std::move(text);
-    base::logTo(log, "%s", info.statusText.c_str());
+    base::logTo(log, "Vulkan: %s", info.statusText.c_str());
     return info;
 }
 
@@ -117,7 +117,7 @@ VulkanInfo discover(const Kalidornm::MachineSnapshot& machine, base::LogSink& lo
     const DriverFilterDecision decision = decideDriverFilter(machine);
     if (decision.skipReason)
         return stopped(std::move(info), VulkanStatus::SkippedForSleepingGpu,
-                       "Vulkan discovery skipped: " + *decision.skipReason + ".", log);
+                       "discovery skipped: " + *decision.skipReason + ".", log);
     LoaderSetting filter(kDriverFilterVariable, decision.disable());
 
     const VulkanLoader loader(loaderName);
@@ -125,14 +125,14 @@ VulkanInfo discover(const Kalidornm::MachineSnapshot& machine, base::LogSink& lo
         filter.restore();
         return stopped(std::move(info), VulkanStatus::NoLoader,
                        loader.hasLibrary()
-                           ? base::formatText("Vulkan: %s has no vkGetInstanceProcAddr.", loaderName)
-                           : base::formatText("Vulkan: could not find %s.", loaderName),
+                           ? base::formatText("%s has no vkGetInstanceProcAddr.", loaderName)
+                           : base::formatText("could not find %s.", loaderName),
                        log);
     }
     if (!loader.missingGlobals().empty()) {
         filter.restore();
         return stopped(std::move(info), VulkanStatus::NoLoader,
-                       "Vulkan: the loader lacks " + joined(loader.missingGlobals()) + ".", log);
+                       "the loader lacks " + joined(loader.missingGlobals()) + ".", log);
     }
     const VulkanGlobalCalls& g = loader.global();
     uint32_t loaderVersion = VK_API_VERSION_1_0;
@@ -148,7 +148,7 @@ VulkanInfo discover(const Kalidornm::MachineSnapshot& machine, base::LogSink& lo
         if (loaderVersion < kDriverFilterLoaderVersion) {
             filter.restore();
             return stopped(std::move(info), VulkanStatus::SkippedForSleepingGpu,
-                           base::formatText("Vulkan discovery skipped: a GPU sleeps and the loader (%s) is older "
+                           base::formatText("discovery skipped: a GPU sleeps and the loader (%s) is older "
                                             "than its driver filter (%s).",
                                             vkVersionText(loaderVersion).c_str(),
                                             vkVersionText(kDriverFilterLoaderVersion).c_str()),
@@ -176,7 +176,7 @@ VulkanInfo discover(const Kalidornm::MachineSnapshot& machine, base::LogSink& lo
     withoutImplicitLayers.restore();
     if (created != VK_SUCCESS || handle == VK_NULL_HANDLE)
         return stopped(std::move(info), VulkanStatus::InstanceFailed,
-                       "Vulkan: no instance (" + vkResultText(created) + "): no driver could be used.", log);
+                       "no instance (" + vkResultText(created) + "): no driver could be used.", log);
 
     std::vector<std::string> missingCalls;
     const VulkanInstanceCalls calls = loader.instanceCalls(handle, missingCalls);

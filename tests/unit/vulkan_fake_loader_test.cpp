@@ -143,7 +143,9 @@ TEST_F(FakeVulkan, AMachineWithoutDevicesOrWithoutADriverIsAnEmptySectionThatSay
         EXPECT_EQ(info.status, VulkanStatus::InstanceFailed);
         EXPECT_NE(info.statusText.find("VK_ERROR_INCOMPATIBLE_DRIVER"), std::string::npos) << info.statusText;
         EXPECT_TRUE(info.devices.empty());
-        EXPECT_EQ(log.messages(), std::vector<std::string>{info.statusText});
+        // The record holds the reason alone; the log, the report and the window each put "Vulkan: " before it.
+        EXPECT_EQ(log.messages(), std::vector<std::string>{"Vulkan: " + info.statusText});
+        EXPECT_EQ(info.statusText.rfind("no instance (VK_ERROR_INCOMPATIBLE_DRIVER)", 0), 0u) << info.statusText;
         EXPECT_EQ(asJson(info)["status_text"], info.statusText);
     }
     log.clear();
@@ -156,6 +158,7 @@ TEST_F(FakeVulkan, AMachineWithoutDevicesOrWithoutADriverIsAnEmptySectionThatSay
     discoverVulkan(Kalidornm::MachineSnapshot{}, log.log(), "/nonexistent/libvulkan.so.1");
     EXPECT_EQ(vulkanInfo().status, VulkanStatus::NoLoader);
     EXPECT_EQ(log.messages(), std::vector<std::string>{"Vulkan: could not find /nonexistent/libvulkan.so.1."});
+    EXPECT_EQ(vulkanInfo().statusText, "could not find /nonexistent/libvulkan.so.1.");
     EXPECT_EQ(asJson(vulkanInfo())["devices"].size(), 0u);
     log.clear();
     discoverVulkan(Kalidornm::MachineSnapshot{}, log.log(), "libm.so.6");  // a library, but no loader

@@ -160,7 +160,7 @@ TEST(VulkanSleepRule, ASleepingGpuBesideAnAwakeOneOfItsVendorStopsDiscovery) {
     }
     EXPECT_TRUE(creates.lines().empty());
     EXPECT_EQ(vulkanInfo().status, VulkanStatus::SkippedForSleepingGpu);
-    EXPECT_EQ(log.messages(), std::vector<std::string>{vulkanInfo().statusText});
+    EXPECT_EQ(log.messages(), std::vector<std::string>{"Vulkan: " + vulkanInfo().statusText});
     EXPECT_NE(vulkanInfo().statusText.find("0000:04:00.0 sleeps"), std::string::npos) << vulkanInfo().statusText;
     EXPECT_EQ(std::getenv(kDriverFilterVariable), nullptr);
     freeVulkanInfo();

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
 #include "tests/unit/fake_nvml_machine.h"
+#include "support/call_log_file.h"
 #include "support/fixture_library.h"
 #include "support/open_watch.h"
 #include "support/live_reads.h"
@@ -18,20 +18,7 @@ using namespace Kalidornm;
 // The calls the fake management library saw, one "<bus id> <call>" a line.
 class CallLog {
 public:
-    CallLog() : m_path(::testing::TempDir() + "nvml_calls_" + std::to_string(::getpid())) {
-        std::remove(m_path.c_str());
-        ::setenv("FAKE_NVML_CALL_LOG", m_path.c_str(), 1);
-    }
-    ~CallLog() {
-        ::unsetenv("FAKE_NVML_CALL_LOG");
-        std::remove(m_path.c_str());
-    }
-    std::vector<std::string> lines() const {
-        std::vector<std::string> result;
-        std::ifstream in(m_path);
-        for (std::string line; std::getline(in, line);) result.push_back(line);
-        return result;
-    }
+    std::vector<std::string> lines() const { return m_file.lines(); }
     // Calls that named the GPU with this driver bus id ("00000000:02:00.0").
     size_t callsFor(const std::string& busId) const {
         size_t count = 0;
@@ -45,7 +32,7 @@ public:
     }
 
 private:
-    std::string m_path;
+    CallLogFile m_file{"FAKE_NVML_CALL_LOG", "nvml_calls"};
 };
 
 constexpr const char* kTwoGeForces =

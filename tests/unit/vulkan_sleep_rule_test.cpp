@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
-#include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include "fakes/vulkan/fake_vulkan_values.h"
+#include "support/call_log_file.h"
 #include "support/fixture_library.h"
 #include "support/open_watch.h"
 #include "support/sysfs_tree.h"
@@ -64,28 +63,15 @@ TEST(VulkanSleepFilter, LeavesOutTheSleepingVendorsDriversOrSkipsWhereThatWouldH
     EXPECT_EQ(combinedFilter("*lvp*", ""), "*lvp*");
 }
 
-// What the fake loader saw at vkCreateInstance, one line per call.
+// What the fake loader saw at vkCreateInstance, one line per call; the driver filter starts and ends unset.
 class CreateLog {
 public:
-    CreateLog() : m_path(::testing::TempDir() + "vulkan_calls_" + std::to_string(::getpid())) {
-        std::remove(m_path.c_str());
-        ::setenv(fv::kCallLogVariable, m_path.c_str(), 1);
-        ::unsetenv(kDriverFilterVariable);
-    }
-    ~CreateLog() {
-        ::unsetenv(fv::kCallLogVariable);
-        ::unsetenv(kDriverFilterVariable);
-        std::remove(m_path.c_str());
-    }
-    std::vector<std::string> lines() const {
-        std::vector<std::string> result;
-        std::ifstream in(m_path);
-        for (std::string line; std::getline(in, line);) result.push_back(line);
-        return result;
-    }
+    CreateLog() { ::unsetenv(kDriverFilterVariable); }
+    ~CreateLog() { ::unsetenv(kDriverFilterVariable); }
+    std::vector<std::string> lines() const { return m_file.lines(); }
 
 private:
-    std::string m_path;
+    CallLogFile m_file{fv::kCallLogVariable, "vulkan_calls"};
 };
 
 // The hybrid laptop: an awake Intel GPU and a sleeping AMD one. The AMD drivers are filtered out before the

@@ -16,6 +16,11 @@ std::string optionColumn(const OptionDescription& option) {
     return column;
 }
 
+// One line of a list: the name, then its description in the column after the longest name.
+std::string listLine(const std::string& name, size_t width, const char* description) {
+    return "  " + name + std::string(width > name.size() ? width - name.size() + 2 : 2, ' ') + description + '\n';
+}
+
 }  // namespace
 
 std::string helpText() {
@@ -33,16 +38,10 @@ std::string helpText() {
         "The reports and the window give the machine, its GPUs, OpenGL, OpenCL, CUDA and Vulkan.\n"
         "\n"
         "Options:\n";
-    for (const OptionDescription& option : options) {
-        const std::string column = optionColumn(option);
-        text += "  " + column + std::string(width - column.size() + 2, ' ') + option.description + '\n';
-    }
+    for (const OptionDescription& option : options) text += listLine(optionColumn(option), width, option.description);
     text += "\nEnvironment:\n";
-    for (const EnvironmentDescription& variable : kDescribedEnvironment) {
-        const std::string name = variable.name;
-        text += "  " + name + std::string(width > name.size() ? width - name.size() + 2 : 2, ' ') +
-                variable.description + '\n';
-    }
+    for (const EnvironmentDescription& variable : kDescribedEnvironment)
+        text += listLine(variable.name, width, variable.description);
     return text;
 }
 
